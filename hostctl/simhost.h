@@ -1,0 +1,24 @@
+// How the ZrkCtl implementations reach the simulated host's state.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "sim/state.h"
+
+namespace ZrkCtl::Sim {
+
+using Json = ::Sim::Json;
+
+// The state as it is now; a missing or unreadable state arrives as
+// HostCtl::Lib::HostCtlException.
+Json Load();
+
+// A change of the state as one locked step; failures as HostCtlException.
+void Update(const std::function<void(Json&)>& change);
+
+// Throws HostCtlException with the fault's "exception" text when the state
+// asks the operation `name` to fail ("/faults/<name>").
+void CheckFault(const std::string& name);
+
+}  // namespace ZrkCtl::Sim

@@ -1,0 +1,59 @@
+#include "platform/audit.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <ctime>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/hostroot.h"
+#include "platform/syslog.h"
+
+namespace {
+
+std::string UtcStamp() {
+    char stamp[32] = "";
+    std::time_t now = std::time(nullptr);
+    struct tm tm {};
+    ::gmtime_r(&now, &tm);
+    std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &tm);
+    return stamp;
+}
+
+}  // namespace
+
+void BrlAudit_VLog(const char* event, const char* user, const char* application, int outcome,
+                   ...) {
+    nlohmann::ordered_json record;
+    record["time"] = UtcStamp();
+    record["event"] = event ? event : "";
+    record["user"] = user ? user : "";
+    record["application"] = application ? application : "";
+    record["outcome"] = outcome;
+    nlohmann::ordered_json data = nlohmann::ordered_json::object();
+    va_list args;
+    va_start(args, outcome);
+    while (const char* key = va_arg(args, const char*)) {
+        const char* value = va_arg(args, const char*);
+        data[key] = value ? value : "";
+        if (!value) break;
+    }
+    va_end(args);
+    record["data"] = data;
+    std::string line = record.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+
+    if (!Tesk::Platform::IsSimulatedRoot()) {
+        ::syslog(LOG_AUTHPRIV | LOG_INFO, "audit: %s", line.c_str());
+        return;
+    }
+    line += '\n';
+    int fd = ::open(Tesk::Platform::HostPath("/var/log/audit.log").c_str(),
+                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0) return;
+    ssize_t ignored = ::write(fd, line.data(), line.size());
+    (void)ignored;
+    ::close(fd);
+}

@@ -1,0 +1,69 @@
+#include "platform/nox.h"
+
+#include <fcntl.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <ctime>
+
+#include "platform/hostroot.h"
+#include "sim/state.h"
+
+namespace {
+bool g_open = false;
+}
+
+std::pair<std::string, std::string> Tesk::Platform::SplitNoxText(const std::string& text) {
+    const std::string marker = kNoxMarker;
+    if (text.rfind(marker, 0) == 0) {
+        auto close = text.find(')', marker.size());
+        if (close != std::string::npos)
+            return {text.substr(marker.size(), close - marker.size()), text.substr(close + 1)};
+    }
+    return {"-", text};
+}
+
+int NoxUserLib_Init() {
+    if (Tesk::Platform::IsSimulatedRoot()) {
+        if (auto fault = Sim::Fault("noxUserLib.init")) {
+            int code = fault->value("errorCode", 1);
+            if (code != 0) return code;
+        }
+    }
+    g_open = true;
+    return 0;
+}
+
+int NoxUserLib_AddNox(const char* fmt, ...) {
+    if (!g_open) return -1;
+    va_list args;
+    va_start(args, fmt);
+    char* raw = nullptr;
+    int n = ::vasprintf(&raw, fmt, args);
+    va_end(args);
+    if (n < 0) return -1;
+    std::string text(raw, static_cast<size_t>(n));
+    ::free(raw);
+
+    auto [id, message] = Tesk::Platform::SplitNoxText(text);
+    if (!Tesk::Platform::IsSimulatedRoot()) {
+        ::syslog(LOG_USER | LOG_INFO, "event %s: %s", id.c_str(), message.c_str());
+        return 0;
+    }
+    char stamp[32] = "";
+    std::time_t now = std::time(nullptr);
+    struct tm tm {};
+    ::gmtime_r(&now, &tm);
+    std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &tm);
+    std::string line = std::string(stamp) + " " + id + " " + message + "\n";
+    int fd = ::open(Tesk::Platform::HostPath("/var/log/noxd.log").c_str(),
+                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0) return -1;
+    ssize_t written = ::write(fd, line.data(), line.size());
+    ::close(fd);
+    return written == static_cast<ssize_t>(line.size()) ? 0 : -1;
+}
+
+void NoxUserLib_Close() { g_open = false; }

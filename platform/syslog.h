@@ -1,0 +1,30 @@
+// Syslog for the console, mirrored into the host root's var/log/syslog.log
+// when the root is simulated.
+#pragma once
+
+#include <syslog.h>
+
+#include <cstdarg>
+#include <string>
+
+namespace Tesk::Platform {
+
+// openlog(identity, LOG_PID, LOG_USER) and a mask of emergency..info.
+void OpenSyslog(const char* identity = "TESK");
+
+// The identity used in mirrored lines ("TESK" unless OpenSyslog said otherwise).
+const std::string& SyslogIdentity();
+
+// syslog(priority, fmt, ...); debug lines are never written. A facility in
+// priority (LOG_AUTH | LOG_INFO) is honoured.
+void Log(int priority, const char* fmt, ...) __attribute__((format(printf, 2, 3)));
+void VLog(int priority, const char* fmt, va_list args);
+
+// "<what> with errno(<errno>): <strerror>" at error level, errno as it is now.
+void LogSystemError(const char* what);
+
+// The line mirrored for a simulated root, without its newline:
+// "Nov 21 05:02:18 <host> <identity>[<pid>]: <text>".
+std::string FormatMirrorLine(const std::string& text);
+
+}  // namespace Tesk::Platform

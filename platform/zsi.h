@@ -1,0 +1,24 @@
+// The kernel's system-information nodes.
+#pragma once
+
+#include <cstddef>
+
+enum ZSI_Node {
+    ZSI_NODE_system_version,
+    ZSI_NODE_system_bootOption,
+};
+
+// The system-version node: four NUL-terminated text fields.
+struct ZSI_SystemVersion {
+    char productName[64];
+    char productVersion[64];
+    char kernelVersion[64];
+    char buildNumber[64];
+};
+
+// Reads a node into out (size bytes). 0 on success, -1 when the node cannot be
+// read (or does not fit). The boot-option node is 4 bytes; its first byte is 1
+// in audit mode. Under a simulated root the nodes come from the state
+// ("/system", "/bootOption"); the faults "zsi.systemVersion" and
+// "zsi.bootOption" make a read fail.
+int ZSI_Get(ZSI_Node node, void* out, std::size_t size);

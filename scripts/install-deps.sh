@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Installs every Debian package the console, the simulated host, the tests and
+# the benchmarks need. Safe to run again; it installs only what is missing.
+set -euo pipefail
+
+packages=(
+  build-essential cmake ninja-build pkg-config clang
+  libncurses-dev ncurses-base ncurses-term
+  libpam0g-dev libpam-wrapper libpam-modules
+  libvterm-dev
+  nlohmann-json3-dev
+  libgtest-dev libgmock-dev googletest
+  libbenchmark-dev
+  less locales
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+
+if [ "${#missing[@]}" -gt 0 ]; then
+  if [ "$(id -u)" -ne 0 ]; then SUDO=sudo; else SUDO=; fi
+  export DEBIAN_FRONTEND=noninteractive
+  $SUDO apt-get update -qq
+  $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+# The console sets the locale en_US.UTF-8; make sure it exists.
+if ! locale -a 2>/dev/null | grep -qi '^en_US\.utf-\?8$'; then
+  if [ "$(id -u)" -ne 0 ]; then SUDO=sudo; else SUDO=; fi
+  $SUDO sed -i 's/^# *\(en_US.UTF-8 UTF-8\)/\1/' /etc/locale.gen 2>/dev/null || true
+  grep -q '^en_US.UTF-8 UTF-8' /etc/locale.gen 2>/dev/null || echo 'en_US.UTF-8 UTF-8' | $SUDO tee -a /etc/locale.gen >/dev/null
+  $SUDO locale-gen >/dev/null
+fi

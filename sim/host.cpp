@@ -1,0 +1,145 @@
+#include "sim/host.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "platform/hostroot.h"
+#include "sim/profiles.h"
+#include "sim/state.h"
+#include "sim/tools.h"
+
+namespace Sim {
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char kPamWrapperLibrary[] = "libpam_wrapper.so";
+constexpr const char kPamMatrixModule[] = "/usr/lib/x86_64-linux-gnu/pam_wrapper/pam_matrix.so";
+
+void WriteFile(const fs::path& path, const std::string& text) {
+    fs::create_directories(path.parent_path());
+    std::ofstream out(path, std::ios::trunc);
+    out << text;
+    if (!out.flush()) throw std::runtime_error("cannot write " + path.string());
+}
+
+const Profile* FindProfile(const std::string& name) {
+    for (const auto& p : Profiles())
+        if (name == p.name) return &p;
+    return nullptr;
+}
+
+std::string ProfileNames() {
+    std::string names;
+    for (const auto& p : Profiles()) names += std::string(names.empty() ? "" : ", ") + p.name;
+    return names;
+}
+
+// The pam_matrix database: "user:password:service" per line. A user whose
+// outcome is "denied" may authenticate but is allowed no service, so the
+// account check refuses it.
+std::string PassDb(const Json& state) {
+    std::string db;
+    for (const auto& user : state.value("users", Json::array())) {
+        std::string outcome = user.value("outcome", "success");
+        db += user.value("name", "") + ":" + user.value("password", "") + ":" +
+              (outcome == "denied" ? "none" : "tesk") + "\n";
+    }
+    return db;
+}
+
+}  // namespace
+
+const std::vector<std::string>& LogFiles() {
+    static const std::vector<std::string> files = {
+        "/var/log/syslog.log", "/var/log/zerkel.log", "/var/log/sysboot.log",
+        "/var/log/hagentd.log", "/var/log/mgra.log",  "/var/log/hamon.log",
+        "/var/log/noxd.log"};
+    return files;
+}
+
+std::string OwnDirectory() {
+    std::error_code ec;
+    fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    return ec ? std::string(".") : self.parent_path().string();
+}
+
+void InitRoot(const std::string& dir, const std::string& profileName) {
+    const Profile* profile = FindProfile(profileName);
+    if (!profile)
+        throw std::runtime_error("unknown profile '" + profileName + "' (known: " + ProfileNames() + ")");
+    Json state = Json::parse(profile->json);
+
+    fs::path root = fs::absolute(dir);
+    fs::create_directories(root);
+    Tesk::Platform::SetHostRootForTesting(root.string());
+
+    for (const char* sub : {"bin", "sbin", "etc/init.d", "var/run", "var/log", "tmp"})
+        fs::create_directories(root / sub);
+    Save(state);
+
+    if (state.value("loginEnabled", true)) WriteFile(root / "var/run/brelt/show-tesk-login", "");
+    WriteFile(root / "etc/brelt/support", state.value("support", std::string()));
+    for (const auto& log : LogFiles()) WriteFile(root / log.substr(1), "");
+    std::string hosts = "127.0.0.1\tlocalhost.localdomain localhost\n::1\tlocalhost.localdomain localhost\n";
+    if (state.contains("hostsFile")) hosts = state["hostsFile"].get<std::string>();
+    WriteFile(root / "etc/hosts", hosts);
+
+    // PAM through pam_wrapper: the service "tesk" and the root's own users.
+    fs::path passdb = root / "etc/simhost/passdb";
+    WriteFile(passdb, PassDb(state));
+    std::string module = std::string(kPamMatrixModule) + " passdb=" + passdb.string();
+    WriteFile(root / "etc/simhost/pam.d/tesk",
+              "auth required " + module + "\naccount required " + module +
+                  "\npassword required " + module + "\nsession required " + module + "\n");
+
+    std::string self = (fs::path(OwnDirectory()) / "tesk-sim").string();
+    for (const auto& link : ToolLinks()) {
+        fs::path at = root / link.hostPath.substr(1);
+        fs::create_directories(at.parent_path());
+        fs::remove(at);
+        fs::create_symlink(link.target.empty() ? self : link.target, at);
+    }
+}
+
+std::vector<std::pair<std::string, std::string>> PamEnvironment(const std::string& root) {
+    return {{"LD_PRELOAD", kPamWrapperLibrary},
+            {"PAM_WRAPPER", "1"},
+            {"PAM_WRAPPER_SERVICE_DIR", (fs::path(root) / "etc/simhost/pam.d").string()}};
+}
+
+std::pair<std::string, std::string> DemoLogin() {
+    Json state = Json::parse(FindProfile("default")->json);
+    const Json& user = state["users"][0];
+    return {user["name"].get<std::string>(), user["password"].get<std::string>()};
+}
+
+bool ChangeCard(const std::string& root, const std::string& userId, std::string& message) {
+    Tesk::Platform::SetHostRootForTesting(fs::absolute(root).string());
+    Update([&](Json& state) {
+        Json& slots = state["smartCards"]["slots"];
+        if (!slots.is_array() || slots.empty()) slots = Json::array({{{"name", "Reader 0"}}});
+        for (auto& slot : slots) slot["token"] = nullptr;
+        if (!userId.empty()) slots[0]["token"] = {{"userIds", Json::array({userId})}};
+    });
+    std::ifstream pidFile(fs::path(root) / "var/run/tesk.pid");
+    long pid = -1;
+    if (!(pidFile >> pid) || pid <= 0) {
+        message = "card changed; no console pid in var/run/tesk.pid to tell";
+        return false;
+    }
+    if (::kill(static_cast<pid_t>(pid), SIGUSR1) != 0) {
+        message = "card changed; console " + std::to_string(pid) + " not told: " + std::strerror(errno);
+        return false;
+    }
+    message = "card changed; console " + std::to_string(pid) + " told";
+    return true;
+}
+
+}  // namespace Sim

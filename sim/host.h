@@ -1,0 +1,33 @@
+// Making and driving a simulated host root.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Sim {
+
+// The seven log files of a host, in the log viewer's order.
+const std::vector<std::string>& LogFiles();
+
+// Makes a host root in dir from the named profile: the state file, the login
+// marker, the support file, the log files, /etc/hosts, the PAM set-up and the
+// tool links. Throws std::runtime_error (unknown profile, unwritable dir).
+void InitRoot(const std::string& dir, const std::string& profile = "default");
+
+// The environment that makes PAM in the console go through pam_wrapper and the
+// root's own user database: LD_PRELOAD, PAM_WRAPPER, PAM_WRAPPER_SERVICE_DIR.
+std::vector<std::pair<std::string, std::string>> PamEnvironment(const std::string& root);
+
+// The demo login of a root made from the default profile ("root", its password).
+std::pair<std::string, std::string> DemoLogin();
+
+// Puts a card carrying userId into the first slot, or takes every card out
+// (userId empty), then sends SIGUSR1 to the console named in the root's pid
+// file. Returns false with a message when the console could not be told.
+bool ChangeCard(const std::string& root, const std::string& userId, std::string& message);
+
+// The folder holding tesk-sim, where tesk is built or installed beside it.
+std::string OwnDirectory();
+
+}  // namespace Sim

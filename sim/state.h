@@ -1,0 +1,42 @@
+// The simulated host's state: one JSON document in the host root, read and
+// changed under a file lock so that the console and the simulated host tools
+// (separate processes) never see half-written state.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+namespace Sim {
+
+using Json = nlohmann::json;
+
+// "<root>/var/lib/simhost/state.json".
+std::string StatePath();
+
+// True when the host root has a state file.
+bool HasState();
+
+// The whole state as it is now. Throws std::runtime_error when there is no
+// state file or it cannot be parsed.
+Json Load();
+
+// Reads, changes and writes the state as one step under an exclusive lock.
+// The file is replaced atomically; a throwing change writes nothing.
+void Update(const std::function<void(Json&)>& change);
+
+// Replaces the whole state (used when a root is made).
+void Save(const Json& state);
+
+// A value by JSON pointer ("/advancedOptions/UserVars/TeskTimeOut"); none when
+// the state or the value is missing.
+std::optional<Json> Get(const std::string& pointer);
+
+// A fault the state asks for at a named operation or tool, from
+// "/faults/<name>": {"exitStatus": n, "hang": bool, "output": "...",
+// "exception": "...", "errorCode": n}. None when no fault is set.
+std::optional<Json> Fault(const std::string& name);
+
+}  // namespace Sim

@@ -1,0 +1,106 @@
+#include "ui/window.h"
+
+#include <algorithm>
+
+#include "app/event_loop.h"
+#include "app/flags.h"
+
+namespace Tesk {
+
+Window::Window(int x, int y, int width, int height, int background, int foreground)
+    : x_(x), y_(y), width_(width), height_(height), background_(background), foreground_(foreground) {
+    win_ = newwin(height, width, y, x);
+    if (win_) wbkgd(win_, ColourAttr(background_, foreground_));
+}
+
+Window::Window(Window* parent, int x, int y, int width, int height, int background, int foreground)
+    : parent_(parent),
+      x_(parent ? parent->x_ + x : x),
+      y_(parent ? parent->y_ + y : y),
+      width_(width),
+      height_(height),
+      background_(background == -1 && parent ? parent->background_ : background),
+      foreground_(foreground == -1 && parent ? parent->foreground_ : foreground) {
+    if (parent && parent->win_) win_ = subwin(parent->win_, height, width, y_, x_);
+    if (win_) wbkgd(win_, ColourAttr(background_, foreground_));
+    if (parent) parent->children_.push_back(this);
+}
+
+Window::~Window() {
+    // Children are owned by whoever made them; detach them from this window.
+    for (Window* child : children_) child->parent_ = nullptr;
+    if (parent_) parent_->removeChild(this);
+    if (Flags().currentWindow == this) Flags().currentWindow = nullptr;
+    if (win_) delwin(win_);
+}
+
+void Window::removeChild(Window* child) {
+    children_.erase(std::remove(children_.begin(), children_.end(), child), children_.end());
+}
+
+void Window::setActive(bool active) {
+    active_ = active;
+    if (active) {
+        if (win_) wbkgd(win_, ColourAttr(background_, foreground_));
+        for (Window* child : children_) child->setActive(true);
+        redraw();
+        if (isTopLevel()) {
+            SetCursorVisible(savedCursor_.visible);
+            if (savedCursor_.visible) {
+                Cursor().column = savedCursor_.column;
+                Cursor().row = savedCursor_.row;
+                move(savedCursor_.row, savedCursor_.column);
+                refresh();
+            }
+        }
+    } else {
+        if (isTopLevel()) {
+            savedCursor_ = Cursor();
+            SetCursorVisible(false);
+        }
+        if (win_) wbkgd(win_, ColourAttr(ColourBlack, ColourDarkGrey));
+        for (Window* child : children_) child->setActive(false);
+        redraw();
+    }
+    flushinp();
+}
+
+void Window::redraw() {
+    if (!win_) return;
+    touchwin(win_);
+    wrefresh(win_);
+}
+
+void Window::print(int column, int row, const std::string& text) {
+    if (!win_) return;
+    mvwaddstr(win_, row, column, text.c_str());
+}
+
+int Run(Window& w) {
+    ProcessFlags& flags = Flags();
+    flags.currentWindow = nullptr;
+    Window* opener = w.opener();
+    if (opener) {
+        opener->setActive(false);
+        opener->redraw();
+    }
+    w.setActive(true);
+    flags.currentWindow = &w;
+    int result = 0;
+    try {
+        result = w.run();
+    } catch (const TeskTimeout&) {
+        flags.currentWindow = nullptr;
+        throw;
+    }
+    if (opener) {
+        opener->setActive(true);
+        opener->redraw();
+        flags.currentWindow = opener;
+    } else {
+        flags.currentWindow = nullptr;
+    }
+    return result;
+}
+
+}  // namespace Tesk

@@ -1,0 +1,70 @@
+// The window tree: every screen, dialog, text area and item list is a Window.
+#pragma once
+
+#include <curses.h>
+
+#include <string>
+#include <vector>
+
+#include "app/terminal.h"
+
+namespace Tesk {
+
+class Window {
+public:
+    // A top-level window: its own curses window of that size.
+    Window(int x, int y, int width, int height, int background, int foreground);
+    // A child window: a curses sub-window of the parent's at (x, y) relative to
+    // the parent; a colour of -1 takes the parent's.
+    Window(Window* parent, int x, int y, int width, int height, int background, int foreground);
+    virtual ~Window();
+
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    // Gains or loses the focus (drawn in its colours or in black on dark-grey).
+    virtual void setActive(bool active);
+    // The window's own modal loop; its result is the result of Run().
+    virtual int run() { return 0; }
+    // A smart-card notification reached the current window.
+    virtual void notify() {}
+
+    // Touches every line and refreshes.
+    void redraw();
+    // Moves to (column, row) and adds the whole string.
+    void print(int column, int row, const std::string& text);
+
+    WINDOW* curses() const { return win_; }
+    Window* parent() const { return parent_; }
+    // The window this one was opened over (frames and dialogs have one).
+    virtual Window* opener() const { return nullptr; }
+    bool isTopLevel() const { return parent_ == nullptr; }
+    bool isActive() const { return active_; }
+    int x() const { return x_; }
+    int y() const { return y_; }
+    int width() const { return width_; }
+    int height() const { return height_; }
+    int background() const { return background_; }
+    int foreground() const { return foreground_; }
+    const std::vector<Window*>& children() const { return children_; }
+
+protected:
+    // Removes a child from the list (its destructor calls this).
+    void removeChild(Window* child);
+
+private:
+    CursorState savedCursor_{};
+    Window* parent_ = nullptr;
+    WINDOW* win_ = nullptr;
+    int x_ = 0, y_ = 0, width_ = 0, height_ = 0;
+    int background_ = ColourBlack, foreground_ = ColourWhite;
+    std::vector<Window*> children_;
+    bool active_ = true;
+};
+
+// Shows w modally over its opener and returns w's run() result. The opener is
+// dimmed while w runs and made current again afterwards; TeskTimeout leaves no
+// window current and is passed on.
+int Run(Window& w);
+
+}  // namespace Tesk
