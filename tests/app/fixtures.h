@@ -1,0 +1,80 @@
+// Fixtures shared by the frame tests: a simulated host root and a curses
+// screen on pipes.
+#pragma once
+
+#include <curses.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "app/flags.h"
+#include "app/terminal.h"
+#include "platform/hostroot.h"
+
+namespace fs = std::filesystem;
+
+// A simulated host root made by tesk-sim, used as the host root for the test.
+class HostRootTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/tesk-frame-test.XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern), nullptr);
+        root_ = pattern;
+        std::string cmd = std::string(TESK_SIM_BINARY) + " init " + root_ + " >/dev/null";
+        ASSERT_EQ(std::system(cmd.c_str()), 0);
+        Tesk::Platform::SetHostRootForTesting(root_);
+    }
+    void TearDown() override {
+        Tesk::Platform::SetHostRootForTesting("");
+        fs::remove_all(root_);
+    }
+    std::string Read(const std::string& relative) const {
+        std::ifstream in(fs::path(root_) / relative);
+        std::stringstream s;
+        s << in.rdbuf();
+        return s.str();
+    }
+    std::string root_;
+};
+
+// A curses screen on pipes, so the tests can type bytes and read key codes.
+class CursesOnPipes : public ::testing::Test {
+protected:
+    void Start(const char* term) {
+        ASSERT_EQ(::pipe(in_), 0);
+        inFile_ = ::fdopen(in_[0], "r");
+        outFile_ = std::fopen("/dev/null", "w");
+        screen_ = newterm(term, outFile_, inFile_);
+        ASSERT_NE(screen_, nullptr) << term;
+        set_term(screen_);
+        start_color();
+        Tesk::Flags().cannotChangeColours = false;
+        Tesk::SetupCurses();
+    }
+    void TearDown() override {
+        if (screen_) {
+            endwin();
+            delscreen(screen_);
+        }
+        if (inFile_) std::fclose(inFile_);
+        if (outFile_) std::fclose(outFile_);
+        if (in_[1] >= 0) ::close(in_[1]);
+        Tesk::Flags().cannotChangeColours = false;
+    }
+    int KeyFor(const std::string& bytes) {
+        EXPECT_EQ(::write(in_[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+        return wgetch(stdscr);
+    }
+    int in_[2] = {-1, -1};
+    FILE* inFile_ = nullptr;
+    FILE* outFile_ = nullptr;
+    SCREEN* screen_ = nullptr;
+};
+

@@ -1,0 +1,198 @@
+// Start-up guards and terminal set-up, tested in-process: the virtual-terminal
+// argument, the terminal type, the pid file, the key table and the colours.
+#include <curses.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "app/flags.h"
+#include "app/startup.h"
+#include "app/terminal.h"
+#include "platform/hostroot.h"
+#include "tests/app/fixtures.h"
+
+namespace {
+
+using VirtualTerminalArgument = HostRootTest;
+
+TEST_F(VirtualTerminalArgument, OnlyOneToSixtyThreeIsAccepted) {
+    EXPECT_EQ(Tesk::ParseVirtualTerminal("1"), 1);
+    EXPECT_EQ(Tesk::ParseVirtualTerminal("63"), 63);
+    for (const char* bad : {"0", "64", "-3", "x"}) {
+        EXPECT_FALSE(Tesk::ParseVirtualTerminal(bad).has_value()) << bad;
+        EXPECT_NE(Read("var/log/syslog.log").find(std::string("Invalid VT specified for TESK: ") + bad),
+                  std::string::npos)
+            << bad;
+    }
+    EXPECT_EQ(Read("var/log/syslog.log").find("TESK: 63"), std::string::npos);
+}
+
+// Sets or clears an environment variable for one test and puts it back.
+class EnvGuard {
+public:
+    explicit EnvGuard(const char* name) : name_(name) {
+        if (const char* v = std::getenv(name)) old_ = v, had_ = true;
+    }
+    ~EnvGuard() {
+        if (had_)
+            ::setenv(name_, old_.c_str(), 1);
+        else
+            ::unsetenv(name_);
+    }
+    void Set(const char* value) {
+        if (value)
+            ::setenv(name_, value, 1);
+        else
+            ::unsetenv(name_);
+    }
+
+private:
+    const char* name_;
+    std::string old_;
+    bool had_ = false;
+};
+
+TEST(TerminalType, ConsoleRemoteAndXtermRules) {
+    EnvGuard term("TERM"), ssh("SSH_CLIENT"), terminfo("TERMINFO");
+    struct Case {
+        bool onConsole;
+        const char* term;
+        const char* ssh;
+        const char* wantTerm;
+        bool wantLocal;
+    } cases[] = {
+        {false, nullptr, nullptr, "vt102", false},           // unset: filled in
+        {false, "linux", nullptr, "vt102", false},           // linux off the console
+        {false, "xterm", nullptr, "xterm", true},            // local xterm
+        {false, "xterm", "10.0.0.1 5000 22", "xterm", false},  // xterm over SSH
+        {false, "screen", nullptr, "screen", false},         // kept as it is
+        {true, "xterm", nullptr, "linux", true},             // a real console is always linux
+    };
+    for (const auto& c : cases) {
+        term.Set(c.term);
+        ssh.Set(c.ssh);
+        terminfo.Set(nullptr);
+        bool local = Tesk::ChooseTerminalType(c.onConsole);
+        EXPECT_STREQ(std::getenv("TERM"), c.wantTerm) << (c.term ? c.term : "(unset)");
+        EXPECT_EQ(local, c.wantLocal) << (c.term ? c.term : "(unset)");
+        EXPECT_STREQ(std::getenv("TERMINFO"), "/usr/share/terminfo");
+    }
+    terminfo.Set("/elsewhere");
+    Tesk::ChooseTerminalType(false);
+    EXPECT_STREQ(std::getenv("TERMINFO"), "/elsewhere");
+}
+
+using PidFile = HostRootTest;
+
+TEST_F(PidFile, WrittenWhenAbsentOrStaleAndLeftAloneWhenLive) {
+    const std::string pidFile = "var/run/tesk.pid";
+    const std::string own = std::to_string(::getpid());
+
+    Tesk::GuardPidFile();
+    EXPECT_EQ(Read(pidFile), own);
+
+    // A process that has ended: its pid is stale.
+    pid_t dead = ::fork();
+    if (dead == 0) ::_exit(0);
+    ::waitpid(dead, nullptr, 0);
+    std::ofstream(fs::path(root_) / pidFile) << dead;
+    Tesk::GuardPidFile();
+    EXPECT_EQ(Read(pidFile), own);
+
+    // A live process: the file stays as it is and the attempt is logged.
+    pid_t live = ::fork();
+    if (live == 0) {
+        ::pause();
+        ::_exit(0);
+    }
+    std::ofstream(fs::path(root_) / pidFile) << live << "\n";
+    Tesk::GuardPidFile();
+    EXPECT_EQ(Read(pidFile), std::to_string(live) + "\n");
+    EXPECT_NE(Read("var/log/syslog.log")
+                  .find("Attempt to run multiple TESK instances, not updating /var/run/tesk.pid"),
+              std::string::npos);
+    ::kill(live, SIGKILL);
+    ::waitpid(live, nullptr, 0);
+
+    // Garbage and non-positive numbers are not a live instance.
+    for (const char* junk : {"", "abc", "0", "-5"}) {
+        std::ofstream(fs::path(root_) / pidFile, std::ios::trunc) << junk;
+        Tesk::GuardPidFile();
+        EXPECT_EQ(Read(pidFile), own) << junk;
+    }
+}
+
+using EscapeSequences = CursesOnPipes;
+
+TEST_F(EscapeSequences, EveryVariantArrivesAsItsKey) {
+    Start("linux");
+    struct {
+        const char* bytes;
+        int key;
+    } cases[] = {
+        {"\0330", KEY_F(10)},   {"\033@", KEY_F(12)},    {"\033OY", KEY_F(12)},
+        {"\0331", KEY_F(1)},    {"\033!", KEY_F(11)},    {"\033[11~", KEY_F(1)},
+        {"\033[24~", KEY_F(12)}, {"\033[M", KEY_F(1)},   {"\033[X", KEY_F(12)},
+        {"\033OP", KEY_F(1)},   {"\033OX", KEY_F(9)},    {"\033h", KEY_HOME},
+        {"\033k", KEY_END},     {"\033+", KEY_IC},       {"\033-", KEY_DC},
+        {"\033?", KEY_PPAGE},   {"\033/", KEY_NPAGE},    {"\033OA", KEY_UP},
+        {"\033[D", KEY_LEFT},   {"\033[1~", KEY_HOME},   {"\033[6~", KEY_NPAGE},
+        {"\177", KEY_BACKSPACE}, {"\033R", KEY_RESIZE},  {"a", 'a'},
+    };
+    for (const auto& c : cases) EXPECT_EQ(KeyFor(c.bytes), c.key) << c.bytes + 1;
+}
+
+using Colours = CursesOnPipes;
+
+TEST_F(Colours, RedefinableTerminalGetsTheThirtySixPairs) {
+    Start("linux");
+    ASSERT_TRUE(can_change_color());
+    EXPECT_FALSE(Tesk::Flags().cannotChangeColours);
+    for (int b : Tesk::kPaletteOrder) {
+        for (int f : Tesk::kPaletteOrder) {
+            int pair = f + b * COLORS + 1;
+            if (pair >= COLOR_PAIRS) continue;  // beyond what this terminal holds
+            EXPECT_EQ(Tesk::ColourAttr(b, f), static_cast<attr_t>(COLOR_PAIR(pair)));
+            short fg = -1, bg = -1;
+            ASSERT_EQ(pair_content(static_cast<short>(pair), &fg, &bg), OK);
+            EXPECT_EQ(fg, f);
+            EXPECT_EQ(bg, b);
+        }
+    }
+    short r, g, b;
+    color_content(Tesk::ColourYellow, &r, &g, &b);
+    EXPECT_EQ(r, 1000);
+    EXPECT_EQ(g, 800);
+    EXPECT_EQ(b, 0);
+}
+
+TEST_F(Colours, MonochromeTerminalUsesStandoutForDarkBackgrounds) {
+    Start("vt102");
+    ASSERT_FALSE(can_change_color());
+    EXPECT_TRUE(Tesk::Flags().cannotChangeColours);
+    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourBlack, Tesk::ColourWhite), A_STANDOUT);
+    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourDarkGrey, Tesk::ColourWhite), A_STANDOUT);
+    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourWhite, Tesk::ColourBlack), A_NORMAL);
+    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourYellow, Tesk::ColourBlack), A_NORMAL);
+}
+
+TEST_F(Colours, PairNumbersStayInsideAnAttributeOnLargePalettes) {
+    Start("xterm-256color");
+    for (int b : Tesk::kPaletteOrder)
+        for (int f : Tesk::kPaletteOrder) {
+            int pair = Tesk::ColourPairNumber(b, f);
+            EXPECT_LE(pair, 255);
+            EXPECT_EQ(static_cast<int>(PAIR_NUMBER(Tesk::ColourAttr(b, f))), pair);
+        }
+}
+
+}  // namespace

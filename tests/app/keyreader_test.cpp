@@ -1,0 +1,231 @@
+// The key reader: dimming, the idle timeout, events from the wake-up pipe and
+// the smart-card check. Time is driven through the reader's hooks, so minutes
+// pass without waiting for them.
+#include <signal.h>
+#include <sys/time.h>
+
+#include <deque>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "app/event_loop.h"
+#include "app/flags.h"
+#include "app/keys.h"
+#include "sim/state.h"
+#include "tests/app/fixtures.h"
+#include "ui/window.h"
+
+namespace {
+
+// Remembers every focus change.
+class RecordingWindow : public Tesk::Window {
+public:
+    RecordingWindow() : Window(0, 0, 20, 5, Tesk::ColourBlack, Tesk::ColourWhite) {}
+    void setActive(bool active) override {
+        changes.push_back(active);
+        Window::setActive(active);
+    }
+    void notify() override { ++notified; }
+    std::vector<bool> changes;
+    int notified = 0;
+};
+
+// What the fake wait does next: let the whole limit pass (a time-out), or
+// deliver a result after some seconds.
+struct Step {
+    int result;
+    long afterSeconds;  // -1: the whole limit
+};
+
+class KeyReader : public CursesOnPipes {
+protected:
+    void SetUp() override {
+        Start("linux");
+        now_ = {1000000, 250000};
+        Tesk::Hooks().now = [this] { return now_; };
+        Tesk::Hooks().wait = [this](const timeval* limit) { return Wait(limit); };
+        flags_ = Tesk::Flags();
+    }
+    void TearDown() override {
+        Tesk::ResetHooks();
+        Tesk::Flags() = flags_;
+        CursesOnPipes::TearDown();
+    }
+    int Wait(const timeval* limit) {
+        limits_.push_back(limit ? limit->tv_sec : -1);
+        if (steps_.empty()) {
+            ADD_FAILURE() << "the reader waited more often than the test planned";
+            throw std::runtime_error("no more steps");
+        }
+        Step s = steps_.front();
+        steps_.pop_front();
+        if (s.afterSeconds < 0) {
+            if (!limit) {
+                ADD_FAILURE() << "a time-out was planned but the reader waits without limit";
+                throw std::runtime_error("unlimited wait");
+            }
+            // poll returns a little after its limit.
+            now_.tv_sec += limit->tv_sec;
+            now_.tv_usec += limit->tv_usec + 1000;
+        } else {
+            now_.tv_sec += s.afterSeconds;
+        }
+        if (now_.tv_usec >= 1000000) now_.tv_sec += 1, now_.tv_usec -= 1000000;
+        return s.result;
+    }
+    timeval now_{};
+    std::deque<Step> steps_;
+    std::vector<long> limits_;
+    Tesk::ProcessFlags flags_;
+};
+
+TEST_F(KeyReader, DimsAfterAMinuteAndTheWakingKeyIsNotSwallowed) {
+    RecordingWindow w;
+    Tesk::Flags().idleTimeout = 0;  // disabled: dims, never times out
+    steps_ = {{Tesk::EventTimeout, -1}, {'x', 100000}};
+    EXPECT_EQ(Tesk::ReadKey(&w, true), 'x');
+    EXPECT_EQ(w.changes, (std::vector<bool>{false, true}));
+    // First wait until the dim deadline, then without limit.
+    EXPECT_EQ(limits_, (std::vector<long>{60, -1}));
+}
+
+TEST_F(KeyReader, ShortIdleTimeoutActsAsOneMinute) {
+    RecordingWindow w;
+    Tesk::Flags().idleTimeout = 30;
+    Tesk::Flags().currentWindow = &w;
+    steps_ = {{Tesk::EventTimeout, -1}};
+    EXPECT_THROW(Tesk::ReadKey(&w, true), Tesk::TeskTimeout);
+    // The expiry falls on the dim deadline: one minute's wait, then the exception.
+    EXPECT_EQ(limits_, (std::vector<long>{60}));
+    EXPECT_EQ(Tesk::Flags().currentWindow, nullptr);
+}
+
+TEST_F(KeyReader, IdleTimeoutOnlyWhereTheCallerAllowsIt) {
+    RecordingWindow w;
+    Tesk::Flags().idleTimeout = 120;
+    steps_ = {{Tesk::EventTimeout, -1}, {'k', 10000}};
+    EXPECT_EQ(Tesk::ReadKey(&w, false), 'k');
+
+    steps_ = {{Tesk::EventTimeout, -1}, {Tesk::EventTimeout, -1}};
+    limits_.clear();
+    EXPECT_THROW(Tesk::ReadKey(&w, true), Tesk::TeskTimeout);
+    EXPECT_EQ(limits_, (std::vector<long>{60, 59}));  // the dim minute, then the rest of 120 s
+}
+
+TEST_F(KeyReader, EventsThatDoNotEndTheProcess) {
+    RecordingWindow w;
+    Tesk::Flags().currentWindow = &w;
+    Tesk::Flags().sessionActive = true;
+    Tesk::Flags().restartPending = false;
+    steps_ = {{Tesk::EventNone, 1}, {Tesk::EventRestart, 1}, {Tesk::EventSmartCard, 1}, {KEY_F(2), 1}};
+    EXPECT_EQ(Tesk::ReadKey(&w, false), KEY_F(2));
+    EXPECT_TRUE(Tesk::Flags().restartPending);  // restart waits for the logout
+    EXPECT_EQ(w.notified, 1);
+    EXPECT_TRUE(w.changes.empty());  // never dimmed within a minute
+}
+
+TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    RecordingWindow w;
+    Tesk::Flags().sessionActive = false;
+    for (int event : {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
+        steps_ = {{event, 1}};
+        EXPECT_EXIT(Tesk::ReadKey(&w, false), ::testing::ExitedWithCode(0), "") << event;
+    }
+}
+
+// The real wait on the real wake-up pipe, fed by the real signal thread.
+class WakeupPipe : public CursesOnPipes {
+protected:
+    static void SetUpTestSuite() { Tesk::StartSignalHandling(); }
+    void SetUp() override {
+        Start("linux");
+        Tesk::SetInputDescriptorForTesting(in_[0]);
+    }
+    void TearDown() override {
+        Tesk::SetInputDescriptorForTesting(0);
+        CursesOnPipes::TearDown();
+    }
+    void Byte(char b) { ASSERT_EQ(::write(Tesk::WakeupPipeWriteEndForTesting(), &b, 1), 1); }
+};
+
+TEST_F(WakeupPipe, KeyBeforePipeByteAndEveryByteItsEvent) {
+    ASSERT_EQ(::write(in_[1], "a", 1), 1);
+    Byte(4);
+    EXPECT_EQ(Tesk::WaitForInput(nullptr), 'a');
+    EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventQuit);
+    for (char b : {1, 2, 3}) {
+        Byte(b);
+        EXPECT_EQ(Tesk::WaitForInput(nullptr), -(2 + b));
+    }
+    Byte(9);
+    EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventNone);
+    timeval shortWait{0, 20000};
+    EXPECT_EQ(Tesk::WaitForInput(&shortWait), Tesk::EventTimeout);
+}
+
+TEST_F(WakeupPipe, SignalsArriveAsTheirEvents) {
+    timeval limit{5, 0};
+    ASSERT_EQ(::kill(::getpid(), SIGUSR1), 0);
+    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventSmartCard);
+    ASSERT_EQ(::kill(::getpid(), SIGWINCH), 0);
+    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventResize);
+    ASSERT_EQ(::kill(::getpid(), SIGUSR2), 0);
+    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventRestart);
+    for (int sig : {SIGTERM, SIGINT, SIGQUIT}) {
+        ASSERT_EQ(::kill(::getpid(), sig), 0);
+        EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventQuit) << sig;
+    }
+}
+
+class SmartCards : public HostRootTest {
+protected:
+    void SetUp() override {
+        HostRootTest::SetUp();
+        flags_ = Tesk::Flags();
+    }
+    void TearDown() override {
+        Tesk::Flags() = flags_;
+        HostRootTest::TearDown();
+    }
+    void Cards(const Sim::Json& slots) {
+        Sim::Update([&](Sim::Json& s) { s["smartCards"]["slots"] = slots; });
+    }
+    Tesk::ProcessFlags flags_;
+};
+
+TEST_F(SmartCards, FirstNonEmptyIdOfTheFirstReadableCardIsDetected) {
+    Tesk::Flags().sessionActive = false;
+    Cards(Sim::Json::parse(R"([{"name":"a","token":null},
+                               {"name":"b","token":{"userIds":["",""]}},
+                               {"name":"c","token":{"userIds":["","alice","bob"]}},
+                               {"name":"d","token":{"userIds":["carol"]}}])"));
+    Tesk::SmartCardCheck();
+    EXPECT_EQ(Tesk::DetectedCardUserId(), "alice");
+    EXPECT_NE(Read("var/log/syslog.log").find("Found smart card with user id 'alice'"), std::string::npos);
+
+    Cards(Sim::Json::parse(R"([{"name":"a","token":null}])"));
+    Tesk::SmartCardCheck();
+    EXPECT_EQ(Tesk::DetectedCardUserId(), "");
+}
+
+TEST_F(SmartCards, CardBoundSessionEndsWhenItsCardLeaves) {
+    // "fast" forks right here, so the child logs into this test's root.
+    GTEST_FLAG_SET(death_test_style, "fast");
+    Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["alice"]}}])"));
+    Tesk::Flags().sessionActive = true;
+    Tesk::BindSessionToCard("alice");
+    EXPECT_TRUE(Tesk::Flags().cardBoundSession);
+    Tesk::SmartCardCheck();  // still there: nothing happens
+
+    Tesk::BindSessionToCard("alic");  // ids compare whole, not by prefix
+    EXPECT_FALSE(Tesk::Flags().cardBoundSession);
+
+    Tesk::BindSessionToCard("alice");
+    Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["bob"]}}])"));
+    EXPECT_EXIT(Tesk::SmartCardCheck(), ::testing::ExitedWithCode(0), "");
+    EXPECT_NE(Read("var/log/syslog.log").find("Logging out user id 'alice'"), std::string::npos);
+}
+
+}  // namespace
