@@ -20,7 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char kPamWrapperLibrary[] = "libpam_wrapper.so";
-constexpr const char kPamMatrixModule[] = "/usr/lib/x86_64-linux-gnu/pam_wrapper/pam_matrix.so";
 
 void WriteFile(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
@@ -41,16 +40,13 @@ std::string ProfileNames() {
     return names;
 }
 
-// The pam_matrix database: "user:password:service" per line. A user whose
-// outcome is "denied" may authenticate but is allowed no service, so the
-// account check refuses it.
-std::string PassDb(const Json& state) {
+// The user file of the root's PAM module: "name:password:outcome" per line
+// (outcomes: success, denied, expired, twoprompts; see sim/pam/pam_simhost.c).
+std::string UserFile(const Json& state) {
     std::string db;
-    for (const auto& user : state.value("users", Json::array())) {
-        std::string outcome = user.value("outcome", "success");
+    for (const auto& user : state.value("users", Json::array()))
         db += user.value("name", "") + ":" + user.value("password", "") + ":" +
-              (outcome == "denied" ? "none" : "tesk") + "\n";
-    }
+              user.value("outcome", "success") + "\n";
     return db;
 }
 
@@ -92,9 +88,9 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
     WriteFile(root / "etc/hosts", hosts);
 
     // PAM through pam_wrapper: the service "tesk" and the root's own users.
-    fs::path passdb = root / "etc/simhost/passdb";
-    WriteFile(passdb, PassDb(state));
-    std::string module = std::string(kPamMatrixModule) + " passdb=" + passdb.string();
+    fs::path users = root / "etc/simhost/users";
+    WriteFile(users, UserFile(state));
+    std::string module = (fs::path(OwnDirectory()) / "pam_simhost.so").string() + " db=" + users.string();
     WriteFile(root / "etc/simhost/pam.d/tesk",
               "auth required " + module + "\naccount required " + module +
                   "\npassword required " + module + "\nsession required " + module + "\n");

@@ -1,0 +1,198 @@
+/*
+ * The simulated host's PAM module: authenticates against the root's user
+ * file and answers, per user, with the outcome the file names, so every login
+ * result can be tried at the console.
+ *
+ *   auth|account|password|session required /path/pam_simhost.so db=/root/etc/simhost/users
+ *
+ * Each line of the user file is "name:password:outcome" with the outcome
+ *   success     authentication and account check succeed
+ *   denied      the account check answers PAM_PERM_DENIED
+ *   expired     the account check answers PAM_NEW_AUTHTOK_REQD until the
+ *               password has been changed (then the user becomes "success")
+ *   twoprompts  authentication asks two hidden prompts in one conversation call
+ * A missing user or a wrong password is PAM_AUTH_ERR.
+ * A password change asks the current password, the new one and the new one
+ * again; it refuses a wrong current password, a mismatch and new passwords
+ * shorter than six characters (PAM_AUTHTOK_ERR).
+ */
+#define _GNU_SOURCE
+#include <security/pam_appl.h>
+#include <security/pam_modules.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+#define MAX_LINE 1024
+#define MIN_NEW_PASSWORD 6
+
+struct user_entry {
+    char name[256];
+    char password[256];
+    char outcome[64];
+};
+
+static const char* db_path(int argc, const char** argv) {
+    for (int i = 0; i < argc; ++i)
+        if (strncmp(argv[i], "db=", 3) == 0) return argv[i] + 3;
+    return NULL;
+}
+
+static int parse_line(const char* line, struct user_entry* e) {
+    const char* c1 = strchr(line, ':');
+    if (!c1) return 0;
+    const char* c2 = strchr(c1 + 1, ':');
+    if (!c2) return 0;
+    size_t nl = (size_t)(c1 - line), pl = (size_t)(c2 - c1 - 1);
+    size_t ol = strcspn(c2 + 1, "\r\n");
+    if (nl >= sizeof e->name || pl >= sizeof e->password || ol >= sizeof e->outcome) return 0;
+    memcpy(e->name, line, nl);
+    e->name[nl] = '\0';
+    memcpy(e->password, c1 + 1, pl);
+    e->password[pl] = '\0';
+    memcpy(e->outcome, c2 + 1, ol);
+    e->outcome[ol] = '\0';
+    return 1;
+}
+
+static int find_user(const char* db, const char* user, struct user_entry* out) {
+    FILE* f = db ? fopen(db, "r") : NULL;
+    if (!f) return 0;
+    char line[MAX_LINE];
+    int found = 0;
+    while (!found && fgets(line, sizeof line, f))
+        if (parse_line(line, out) && strcmp(out->name, user) == 0) found = 1;
+    fclose(f);
+    return found;
+}
+
+/* Rewrites the user's line with a new password and outcome. */
+static int update_user(const char* db, const char* user, const char* password, const char* outcome) {
+    FILE* in = fopen(db, "r");
+    if (!in) return 0;
+    char tmp[4096];
+    snprintf(tmp, sizeof tmp, "%s.tmp.%d", db, (int)getpid());
+    FILE* out = fopen(tmp, "w");
+    if (!out) {
+        fclose(in);
+        return 0;
+    }
+    char line[MAX_LINE];
+    struct user_entry e;
+    int done = 0;
+    while (fgets(line, sizeof line, in)) {
+        if (parse_line(line, &e) && strcmp(e.name, user) == 0) {
+            fprintf(out, "%s:%s:%s\n", user, password, outcome);
+            done = 1;
+        } else {
+            fputs(line, out);
+        }
+    }
+    fclose(in);
+    if (fclose(out) != 0 || !done || rename(tmp, db) != 0) {
+        unlink(tmp);
+        return 0;
+    }
+    return 1;
+}
+
+static void wipe_free(char* s) {
+    if (!s) return;
+    explicit_bzero(s, strlen(s));
+    free(s);
+}
+
+/* Asks `count` hidden prompts in one conversation call; answers[i] gets copies. */
+static int ask(pam_handle_t* pamh, int count, const char** prompts, char** answers) {
+    const struct pam_conv* conv = NULL;
+    int rc = pam_get_item(pamh, PAM_CONV, (const void**)&conv);
+    if (rc != PAM_SUCCESS || !conv || !conv->conv) return PAM_CONV_ERR;
+    struct pam_message msgs[3];
+    const struct pam_message* ptrs[3];
+    for (int i = 0; i < count; ++i) {
+        msgs[i].msg_style = PAM_PROMPT_ECHO_OFF;
+        msgs[i].msg = prompts[i];
+        ptrs[i] = &msgs[i];
+        answers[i] = NULL;
+    }
+    struct pam_response* resp = NULL;
+    rc = conv->conv(count, ptrs, &resp, conv->appdata_ptr);
+    if (rc != PAM_SUCCESS) return PAM_CONV_ERR;
+    if (!resp) return PAM_CONV_ERR;
+    for (int i = 0; i < count; ++i) {
+        answers[i] = resp[i].resp ? resp[i].resp : strdup("");
+        resp[i].resp = NULL;
+    }
+    free(resp);
+    return PAM_SUCCESS;
+}
+
+PAM_EXTERN int pam_sm_authenticate(pam_handle_t* pamh, int flags, int argc, const char** argv) {
+    (void)flags;
+    const char* user = NULL;
+    if (pam_get_user(pamh, &user, NULL) != PAM_SUCCESS || !user) return PAM_AUTH_ERR;
+    struct user_entry e;
+    int known = find_user(db_path(argc, argv), user, &e);
+    int two = known && strcmp(e.outcome, "twoprompts") == 0;
+    const char* prompts[2] = {"Password: ", "Second factor: "};
+    char* answers[2] = {NULL, NULL};
+    int rc = ask(pamh, two ? 2 : 1, prompts, answers);
+    if (rc != PAM_SUCCESS) return rc;
+    int ok = known && strcmp(answers[0], e.password) == 0;
+    wipe_free(answers[0]);
+    wipe_free(answers[1]);
+    explicit_bzero(&e, sizeof e);
+    return ok ? PAM_SUCCESS : PAM_AUTH_ERR;
+}
+
+PAM_EXTERN int pam_sm_acct_mgmt(pam_handle_t* pamh, int flags, int argc, const char** argv) {
+    (void)flags;
+    const char* user = NULL;
+    if (pam_get_user(pamh, &user, NULL) != PAM_SUCCESS || !user) return PAM_USER_UNKNOWN;
+    struct user_entry e;
+    if (!find_user(db_path(argc, argv), user, &e)) return PAM_USER_UNKNOWN;
+    if (strcmp(e.outcome, "denied") == 0) return PAM_PERM_DENIED;
+    if (strcmp(e.outcome, "expired") == 0) return PAM_NEW_AUTHTOK_REQD;
+    return PAM_SUCCESS;
+}
+
+PAM_EXTERN int pam_sm_chauthtok(pam_handle_t* pamh, int flags, int argc, const char** argv) {
+    if (flags & PAM_PRELIM_CHECK) return PAM_SUCCESS;
+    const char* user = NULL;
+    if (pam_get_user(pamh, &user, NULL) != PAM_SUCCESS || !user) return PAM_USER_UNKNOWN;
+    const char* db = db_path(argc, argv);
+    struct user_entry e;
+    if (!find_user(db, user, &e)) return PAM_USER_UNKNOWN;
+    const char* prompts[3] = {"Current password: ", "New password: ", "Retype new password: "};
+    char* answers[3] = {NULL, NULL, NULL};
+    int rc = PAM_SUCCESS;
+    for (int i = 0; i < 3 && rc == PAM_SUCCESS; ++i) rc = ask(pamh, 1, &prompts[i], &answers[i]);
+    if (rc == PAM_SUCCESS) {
+        if (strcmp(answers[0], e.password) != 0)
+            rc = PAM_AUTHTOK_ERR;
+        else if (strcmp(answers[1], answers[2]) != 0 || strlen(answers[1]) < MIN_NEW_PASSWORD)
+            rc = PAM_AUTHTOK_ERR;
+        else if (!update_user(db, user, answers[1],
+                              strcmp(e.outcome, "expired") == 0 ? "success" : e.outcome))
+            rc = PAM_AUTHTOK_ERR;
+    }
+    for (int i = 0; i < 3; ++i) wipe_free(answers[i]);
+    explicit_bzero(&e, sizeof e);
+    return rc;
+}
+
+PAM_EXTERN int pam_sm_setcred(pam_handle_t* pamh, int flags, int argc, const char** argv) {
+    (void)pamh, (void)flags, (void)argc, (void)argv;
+    return PAM_SUCCESS;
+}
+
+PAM_EXTERN int pam_sm_open_session(pam_handle_t* pamh, int flags, int argc, const char** argv) {
+    (void)pamh, (void)flags, (void)argc, (void)argv;
+    return PAM_SUCCESS;
+}
+
+PAM_EXTERN int pam_sm_close_session(pam_handle_t* pamh, int flags, int argc, const char** argv) {
+    (void)pamh, (void)flags, (void)argc, (void)argv;
+    return PAM_SUCCESS;
+}
