@@ -218,28 +218,31 @@ void BindSessionToCard(const std::string& userId) {
 
 const std::string& DetectedCardUserId() { return Flags().detectedCardUserId; }
 
+std::string ReadCardUserId() {
+    ZrkCtl::Hardware::SmartCardInfoImpl cards;
+    std::vector<HostCtl::Hardware::SmartCardSlot> slots;
+    try {
+        slots = cards.GetAllSlots();
+    } catch (const HostCtl::Lib::HostCtlException&) {
+        return {};
+    }
+    for (const auto& slot : slots) {
+        try {
+            for (const auto& id : cards.GetToken(slot).userIds)
+                if (!id.empty()) return id;
+        } catch (const HostCtl::Lib::HostCtlException&) {
+        }
+    }
+    return {};
+}
+
 void SmartCardCheck() {
     ProcessFlags& flags = Flags();
     if (!flags.sessionActive) {
-        std::string found;
-        ZrkCtl::Hardware::SmartCardInfoImpl cards;
-        try {
-            for (const auto& slot : cards.GetAllSlots()) {
-                try {
-                    for (const auto& id : cards.GetToken(slot).userIds) {
-                        if (!id.empty()) {
-                            found = id;
-                            break;
-                        }
-                    }
-                } catch (const HostCtl::Lib::HostCtlException&) {
-                }
-                if (!found.empty()) break;
-            }
-        } catch (const HostCtl::Lib::HostCtlException&) {
-        }
-        flags.detectedCardUserId = found;
-        if (!found.empty()) Platform::Log(LOG_INFO, "Found smart card with user id '%s'", found.c_str());
+        flags.detectedCardUserId = ReadCardUserId();
+        if (!flags.detectedCardUserId.empty())
+            Platform::Log(LOG_INFO, "Found smart card with user id '%s'",
+                          flags.detectedCardUserId.c_str());
         return;
     }
     if (flags.cardBoundSession && !CardWithUserIdPresent(flags.sessionCardUserId)) {

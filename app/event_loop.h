@@ -32,6 +32,10 @@ int ReadKey(Window* w, bool allowIdleTimeout);
 void SetSessionActive(bool active);  // true re-reads the idle timeout
 void BindSessionToCard(const std::string& userId);
 const std::string& DetectedCardUserId();
+// The first non-empty user id on any readable card, in slot order; empty when
+// there is none.
+std::string ReadCardUserId();
+// Whether a present card lists userId exactly.
 bool CardWithUserIdPresent(const std::string& userId);
 
 // The smart-card check run on a card notification.

@@ -17,6 +17,7 @@ struct ProcessFlags {
     std::string sessionCardUserId;
     std::string detectedCardUserId;
     std::string loggedInUser;
+    bool emptyPasswordLogin = false;  // the password (or PIN) of the login was empty
     int idleTimeout = 600;            // seconds; 0 disables; below 60 acts as 60
 };
 
