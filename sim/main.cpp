@@ -24,6 +24,7 @@ int Usage(std::ostream& out, int status) {
            "  tesk-sim run [DIR] [--profile NAME] [--vt N]\n"
            "                                       start the console on a host root in this\n"
            "                                       terminal (a fresh temporary root without DIR)\n"
+           "  tesk-sim gallery [DIR]               try every widget with real keys (tesk-gallery)\n"
            "  tesk-sim card insert DIR USERID      insert a smart card and tell the console\n"
            "  tesk-sim card remove DIR             remove the smart card and tell the console\n";
     return status;
@@ -58,7 +59,8 @@ int Init(const Options& o) {
     return 0;
 }
 
-int Run(const Options& o) {
+// Starts program (beside tesk-sim) on a host root in this terminal and waits.
+int Run(const Options& o, const std::string& program) {
     if (o.positional.size() > 1) return Usage(std::cerr, 2);
     bool temporary = o.positional.empty();
     std::string root;
@@ -79,7 +81,7 @@ int Run(const Options& o) {
               << "Demo login: user \"" << user << "\", password \"" << password << "\"\n"
               << std::flush;
 
-    std::string console = (fs::path(Sim::OwnDirectory()) / "tesk").string();
+    std::string console = (fs::path(Sim::OwnDirectory()) / program).string();
     // The console ends on SIGINT and SIGQUIT itself; this process waits for it.
     ::signal(SIGINT, SIG_IGN);
     ::signal(SIGQUIT, SIG_IGN);
@@ -93,7 +95,7 @@ int Run(const Options& o) {
         ::signal(SIGQUIT, SIG_DFL);
         ::setenv("TESK_ROOT", root.c_str(), 1);
         for (const auto& [name, value] : Sim::PamEnvironment(root)) ::setenv(name.c_str(), value.c_str(), 1);
-        std::vector<char*> args{const_cast<char*>("tesk")};
+        std::vector<char*> args{const_cast<char*>(program.c_str())};
         if (!o.vt.empty()) args.push_back(const_cast<char*>(o.vt.c_str()));
         args.push_back(nullptr);
         ::execv(console.c_str(), args.data());
@@ -143,7 +145,8 @@ int main(int argc, char** argv) {
     if (!ParseOptions(argc, argv, 2, o)) return 2;
     try {
         if (command == "init") return Init(o);
-        if (command == "run") return Run(o);
+        if (command == "run") return Run(o, "tesk");
+        if (command == "gallery") return Run(o, "tesk-gallery");
         if (command == "card") return Card(o);
     } catch (const std::exception& e) {
         std::cerr << "tesk-sim: " << e.what() << "\n";

@@ -1,0 +1,88 @@
+// The console as a process: how it ends on each signal, what it logs, and the
+// palette reset after a normal end.
+#include <signal.h>
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/harness/console_session.h"
+
+using TeskTest::ConsoleSession;
+using TeskTest::ExitStatus;
+using TeskTest::SessionOptions;
+using TeskTest::SimRoot;
+
+namespace {
+
+// Started and ready: the pid file names the console.
+void WaitStarted(ConsoleSession& console, const SimRoot& root) {
+    console.waitFor([&] { return root.tryReadFile("/var/run/tesk.pid") == std::to_string(console.pid()); },
+                    "pid file written");
+    console.waitForQuiet();
+}
+
+TEST(ConsoleProcess, EndsWithStatusZeroOnEveryQuitSignalAndRestartWithoutSession) {
+    SimRoot root;
+    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGUSR2}) {
+        ConsoleSession console(root);
+        WaitStarted(console, root);
+        console.signal(sig);
+        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0)) << strsignal(sig);
+        // Ended by an event, not through the normal end: no palette reset.
+        EXPECT_EQ(console.output().find("\033]R"), std::string::npos) << strsignal(sig);
+    }
+    EXPECT_TRUE(root.readFile("/var/log/syslog.log").find("Starting TESK") != std::string::npos);
+}
+
+TEST(ConsoleProcess, ResizeIsLoggedAndEndsTheConsole) {
+    SimRoot root;
+    ConsoleSession console(root);
+    WaitStarted(console, root);
+    console.resize(100, 30);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+    EXPECT_NE(root.readFile("/var/log/syslog.log").find("Resized window to 100x30"), std::string::npos);
+}
+
+TEST(ConsoleProcess, SecondInstanceRunsButLeavesThePidFileAlone) {
+    SimRoot root;
+    ConsoleSession first(root);
+    WaitStarted(first, root);
+    ConsoleSession second(root);
+    second.waitFor([&] {
+        return root.readFile("/var/log/syslog.log")
+                   .find("Attempt to run multiple TESK instances, not updating /var/run/tesk.pid") !=
+               std::string::npos;
+    }, "second instance's error line");
+    EXPECT_EQ(second.status(), ExitStatus::Running());
+    EXPECT_EQ(root.tryReadFile("/var/run/tesk.pid"), std::to_string(first.pid()));
+}
+
+TEST(ConsoleProcess, InvalidVirtualTerminalIsLoggedAndIgnored) {
+    SimRoot root;
+    SessionOptions options;
+    options.args = {"64"};
+    ConsoleSession console(root, options);
+    WaitStarted(console, root);
+    EXPECT_NE(root.readFile("/var/log/syslog.log").find("Invalid VT specified for TESK: 64"),
+              std::string::npos);
+}
+
+TEST(ConsoleProcess, NormalEndResetsThePaletteAfterCurses) {
+    SimRoot root;
+    for (const char* how : {"return", "hostctl"}) {
+        SessionOptions options;
+        options.program = CONSOLE_ABORT_PROBE;
+        options.args = {how};
+        ConsoleSession console(root, options);
+        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0)) << how;
+        const std::string& out = console.output();
+        ASSERT_GE(out.size(), 3u) << how;
+        EXPECT_EQ(out.substr(out.size() - 3), "\033]R") << how;
+        EXPECT_NE(out.find("probe window"), std::string::npos) << how;
+    }
+    EXPECT_NE(root.readFile("/var/log/syslog.log").find("TESK aborted by exception: host went away"),
+              std::string::npos);
+}
+
+}  // namespace

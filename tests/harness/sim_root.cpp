@@ -1,0 +1,290 @@
+#include "tests/harness/sim_root.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+namespace TeskTest {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char kStateFile[] = "/var/lib/simhost/state.json";
+
+// Runs argv[0] with the given arguments, its stdout and stderr collected.
+// Returns the wait status.
+int RunCollecting(const std::vector<std::string>& argv, std::string& output) {
+    std::vector<char*> args;
+    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+
+    int pipeFds[2];
+    if (::pipe2(pipeFds, O_CLOEXEC) != 0)
+        throw std::runtime_error(std::string("pipe: ") + std::strerror(errno));
+    pid_t pid = ::fork();
+    if (pid < 0) {
+        int e = errno;
+        ::close(pipeFds[0]);
+        ::close(pipeFds[1]);
+        throw std::runtime_error(std::string("fork: ") + std::strerror(e));
+    }
+    if (pid == 0) {
+        ::dup2(pipeFds[1], 1);
+        ::dup2(pipeFds[1], 2);
+        ::execv(args[0], args.data());
+        const char msg[] = "cannot start the program\n";
+        ssize_t ignored = ::write(2, msg, sizeof msg - 1);
+        (void)ignored;
+        ::_exit(127);
+    }
+    ::close(pipeFds[1]);
+    char buf[4096];
+    for (;;) {
+        ssize_t n = ::read(pipeFds[0], buf, sizeof buf);
+        if (n > 0) {
+            output.append(buf, static_cast<size_t>(n));
+        } else if (n == 0 || errno != EINTR) {
+            break;
+        }
+    }
+    ::close(pipeFds[0]);
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+// A name for the root's folder that tells which test made it.
+std::string FolderPrefix() {
+    std::string name = "tesk-root";
+    if (const auto* info = ::testing::UnitTest::GetInstance()->current_test_info()) {
+        name = std::string(info->test_suite_name()) + "." + info->name();
+        for (char& c : name)
+            if (!std::isalnum(static_cast<unsigned char>(c)) && c != '.' && c != '-') c = '_';
+        if (name.size() > 80) name.resize(80);
+    }
+    return name;
+}
+
+bool KeepRoots() {
+    const char* keep = std::getenv("TESK_KEEP_ROOTS");
+    return keep && *keep && std::strcmp(keep, "0") != 0;
+}
+
+// An flock on "<state>.lock", as the state store takes it.
+class StateLock {
+  public:
+    StateLock(const std::string& statePath, int operation) {
+        fd_ = ::open((statePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+        if (fd_ < 0) return;
+        while (::flock(fd_, operation) != 0 && errno == EINTR) {
+        }
+    }
+    ~StateLock() {
+        if (fd_ >= 0) ::close(fd_);
+    }
+    StateLock(const StateLock&) = delete;
+    StateLock& operator=(const StateLock&) = delete;
+
+  private:
+    int fd_ = -1;
+};
+
+Json ParseState(const std::string& path, const std::optional<std::string>& text) {
+    if (!text) throw std::runtime_error("no simulated host state in " + path);
+    try {
+        return Json::parse(*text);
+    } catch (const Json::exception& e) {
+        throw std::runtime_error("simulated host state " + path + " cannot be read: " + e.what());
+    }
+}
+
+std::vector<std::string> SplitLines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+}  // namespace
+
+const std::string& TeskBinary() {
+    static const std::string path = TESK_BINARY;
+    return path;
+}
+
+const std::string& SimBinary() {
+    static const std::string path = TESK_SIM_BINARY;
+    return path;
+}
+
+std::chrono::milliseconds Scaled(std::chrono::milliseconds timeout) {
+    static const double scale = [] {
+        const char* text = std::getenv("TESK_TEST_TIMEOUT_SCALE");
+        double value = text ? std::strtod(text, nullptr) : 1.0;
+        return value > 0 ? value : 1.0;
+    }();
+    return std::chrono::milliseconds(
+        static_cast<long long>(static_cast<double>(timeout.count()) * scale));
+}
+
+std::chrono::milliseconds DefaultTimeout() {
+    return Scaled(std::chrono::seconds(10));
+}
+
+SimRoot::SimRoot(const std::string& profile) {
+    std::string pattern = (fs::temp_directory_path() / (FolderPrefix() + ".XXXXXX")).string();
+    if (!::mkdtemp(pattern.data()))
+        throw std::runtime_error("cannot make a temporary directory " + pattern + ": " +
+                                 std::strerror(errno));
+    path_ = pattern;
+    std::string output;
+    int status = RunCollecting({SimBinary(), "init", path_, "--profile", profile}, output);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        std::error_code ec;
+        fs::remove_all(path_, ec);
+        throw std::runtime_error("tesk-sim init " + path_ + " --profile " + profile +
+                                 " failed (wait status " + std::to_string(status) + "): " + output);
+    }
+}
+
+SimRoot::~SimRoot() {
+    if (KeepRoots()) {
+        std::cerr << "[ harness  ] kept simulated host root " << path_ << "\n";
+        return;
+    }
+    std::error_code ec;
+    fs::remove_all(path_, ec);
+}
+
+std::string SimRoot::path(std::string_view hostPath) const {
+    while (!hostPath.empty() && hostPath.front() == '/') hostPath.remove_prefix(1);
+    return hostPath.empty() ? path_ : path_ + "/" + std::string(hostPath);
+}
+
+bool SimRoot::exists(std::string_view hostPath) const {
+    std::error_code ec;
+    return fs::exists(path(hostPath), ec);
+}
+
+std::optional<std::string> SimRoot::tryReadFile(std::string_view hostPath) const {
+    std::ifstream in(path(hostPath), std::ios::binary);
+    if (!in) return std::nullopt;
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::string SimRoot::readFile(std::string_view hostPath, std::source_location where) const {
+    auto text = tryReadFile(hostPath);
+    if (!text) {
+        ADD_FAILURE_AT(where.file_name(), static_cast<int>(where.line()))
+            << "cannot read " << path(hostPath);
+        return {};
+    }
+    return *text;
+}
+
+void SimRoot::writeFile(std::string_view hostPath, std::string_view text) const {
+    fs::path file = path(hostPath);
+    fs::create_directories(file.parent_path());
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out << text;
+    if (!out.flush()) throw std::runtime_error("cannot write " + file.string());
+}
+
+Json SimRoot::state() const {
+    std::string file = path(kStateFile);
+    StateLock lock(file, LOCK_SH);
+    return ParseState(file, tryReadFile(kStateFile));
+}
+
+std::optional<Json> SimRoot::stateValue(const std::string& pointer) const {
+    Json whole = state();
+    Json::json_pointer ptr(pointer);
+    if (!whole.contains(ptr)) return std::nullopt;
+    return whole.at(ptr);
+}
+
+void SimRoot::editState(const std::function<void(Json&)>& change) const {
+    std::string file = path(kStateFile);
+    StateLock lock(file, LOCK_EX);
+    Json whole = ParseState(file, tryReadFile(kStateFile));
+    change(whole);
+    // Replaced by a rename, so that a reader never sees half a document.
+    std::string tmp = file + ".tmp." + std::to_string(::getpid());
+    {
+        std::ofstream out(tmp, std::ios::trunc);
+        out << whole.dump(2) << '\n';
+        if (!out.flush()) throw std::runtime_error("cannot write " + tmp);
+    }
+    fs::rename(tmp, file);
+}
+
+void SimRoot::setFault(const std::string& name, const Json& fault) const {
+    editState([&](Json& s) {
+        if (!s["faults"].is_object()) s["faults"] = Json::object();
+        if (fault.is_null()) {
+            s["faults"].erase(name);
+        } else {
+            s["faults"][name] = fault;
+        }
+    });
+}
+
+std::vector<std::string> SimRoot::logLines(std::string_view file) const {
+    return SplitLines(tryReadFile(file).value_or(""));
+}
+
+std::vector<std::string> SimRoot::logLinesWith(std::string_view text, std::string_view file) const {
+    std::vector<std::string> found;
+    for (auto& line : logLines(file))
+        if (line.find(text) != std::string::npos) found.push_back(std::move(line));
+    return found;
+}
+
+::testing::AssertionResult SimRoot::hasLogLine(std::string_view text, std::string_view file) const {
+    if (!logLinesWith(text, file).empty()) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure()
+           << "no line with \"" << text << "\" in " << path(file) << "; its last lines:\n"
+           << logTail(file);
+}
+
+bool SimRoot::waitForLogLine(std::string_view text, std::chrono::milliseconds timeout,
+                             std::string_view file, std::source_location where) const {
+    // The log is a plain file: look again every few milliseconds.
+    auto deadline = std::chrono::steady_clock::now() + timeout;
+    for (;;) {
+        if (!logLinesWith(text, file).empty()) return true;
+        if (std::chrono::steady_clock::now() >= deadline) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ADD_FAILURE_AT(where.file_name(), static_cast<int>(where.line()))
+        << "no line with \"" << text << "\" in " << path(file) << " within " << timeout.count()
+        << " ms; its last lines:\n"
+        << logTail(file);
+    return false;
+}
+
+std::string SimRoot::logTail(std::string_view file, size_t n) const {
+    auto lines = logLines(file);
+    std::string tail;
+    size_t first = lines.size() > n ? lines.size() - n : 0;
+    for (size_t i = first; i < lines.size(); ++i) tail += "  " + lines[i] + "\n";
+    return tail.empty() ? "  (empty)\n" : tail;
+}
+
+}  // namespace TeskTest
