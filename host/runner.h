@@ -1,0 +1,97 @@
+// Running host command-line tools as child processes and judging them by
+// their exit status, and the wrappers the screens call.
+//
+// Every absolute path names a host path and is resolved against the host root
+// (Tesk::Platform::HostPath), so "/bin/rux-cmd" runs <root>/bin/rux-cmd under
+// a simulated root. Argument vectors are arrays of texts ended by a null
+// entry; element 0 is the program's short name, not its path.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Tesk {
+
+// The console's own account for the management tool.
+inline constexpr const char kServiceAccount[] = "tesk";
+
+// Size of the buffers callers use to capture a stream: the capacity they pass
+// is one less, so that a NUL fits at the returned count.
+inline constexpr int kCaptureBufferSize = 256;
+inline constexpr int kCaptureCapacity = kCaptureBufferSize - 1;
+
+// The limit the management-tool queries run under, in seconds.
+inline constexpr int kQueryTimeLimit = 120;
+
+// Starts `path` with `argv`, an environment of exactly "PYTHONHOME=/", its
+// standard input, output and error on pipes, and waits for it.
+//
+// output/outputLength: when output is given, *outputLength is its capacity on
+// entry and the number of bytes captured on return (-1 when reading failed);
+// the buffer is never NUL-terminated here. Bytes beyond the capacity are read
+// and dropped, so a talkative child never blocks. error/errorLength likewise
+// for standard error. input/inputLength: bytes written to the child's
+// standard input, which is then closed.
+//
+// timeLimit: seconds; 0 or less waits without limit. At the limit the child
+// is killed, "Killing process because %d seconds timeout expired" is logged at
+// warning level, and whatever it wrote so far is returned.
+//
+// Returns the child's exit status (0-255), or -1 when it could not be
+// started (silently), was killed, or did not end normally ("Run Command did
+// not terminate normally" at error level). Safe to call from several threads.
+int RunCommand(const char* path, const char* const argv[], char* output, int* outputLength,
+               char* error, int* errorLength, const char* input, int inputLength, int timeLimit);
+
+// "/bin/sh" "sh" "-c" line; nothing captured, no input, no time limit.
+int RunShellCommand(const char* line);
+
+// Runs with both streams captured (255 bytes each), no time limit, and logs
+// "Command \"%s\" succeeded" or "Command \"%s\" failed (rc=%d): (stdout=%s, stderr=%s)".
+int RunCommandLogged(const char* path, const char* const argv[]);
+
+// Runs "/bin/kovacli" with standard output captured and logs
+// "Command \"%s\" succeeded" or "Command \"%s\" failed (rc=%d): %s".
+int RunKovacli(const char* const argv[]);
+
+// Standard switch commands through RunKovacli; true on exit status 0.
+bool AddStandardVswitch(const std::string& vswitch);
+bool AddVswitchUplink(const std::string& vswitch, const std::string& uplink);
+bool RemoveVswitchUplink(const std::string& vswitch, const std::string& uplink);
+bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch);
+
+// Runs a management-tool command "rux-cmd" "-U" user command... with no time
+// limit. When the tool answers 255 (the user may not run it), logs and runs
+// it once more as kServiceAccount. The caller's vector is left unchanged.
+int RuxCmdRun(const char* path, const char* const argv[], char* output, int* outputLength,
+              char* error, int* errorLength, const char* input, int inputLength);
+
+// Asks the management agent to reload its view of the host
+// ("internalsvc/refresh" as the logged-in user); the result is ignored.
+void RefreshHostAgent();
+
+// A true/false management-tool query ("ruxsvc/auth/lockdown_is_enabled") run
+// as kServiceAccount under kQueryTimeLimit: true exactly when the answer
+// begins with "true".
+bool RuxCmdGet(const char* query);
+
+// The auto-stop sequence as the logged-in user, then "/bin/powerOffVms"
+// (with "--terminate" unless graceful); results are ignored.
+void PowerOffVms(bool graceful);
+
+// The network-virtualisation operations agent's service.
+void StopPlexOpsAgent(bool& stopped);
+void StartPlexOpsAgent(bool stopped);
+bool IsPlexOpsAgentPresent();
+bool IsPlexOpsAgentV3();
+bool PlexOpsAgentV3Present();
+bool PlexCfgVswitchMigrate(const std::string& port, const std::string& interfaceName);
+
+// Trims and collapses runs of white space into single blanks.
+std::string CollapseWhitespace(std::string_view text);
+
+// The vector's elements joined by single blanks (empty for a null vector or
+// a null element 0).
+std::string JoinArguments(const char* const argv[]);
+
+}  // namespace Tesk

@@ -1,0 +1,136 @@
+// The management tool, the virtual-machine power-off sequence and the
+// network-virtualisation operations agent's service.
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "app/flags.h"
+#include "host/runner.h"
+#include "platform/syslog.h"
+
+namespace Tesk {
+namespace {
+
+constexpr const char kRuxCmd[] = "/bin/rux-cmd";
+constexpr const char kPlexOpsAgent[] = "/etc/init.d/plex-opsagent";
+
+// The version test of the agent: the major number of the installed package's
+// version, 3 or more.
+constexpr const char kPlexOpsAgentV3Test[] =
+    "let v=`kovacli --formatter=keyvalue software vib get -n plex-opsagent | awk "
+    "'/Version/{ split($0, kv, \"=\"); split(kv[2], ver, \".\"); print ver[1] }'`; "
+    "(exit $((v < 3)))";
+
+void RunAsLoggedInUser(const char* command) {
+    const std::string& user = Flags().loggedInUser;
+    const char* argv[] = {"rux-cmd", "-U", user.c_str(), command, nullptr};
+    RuxCmdRun(kRuxCmd, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0);
+}
+
+const char* ArgumentOrEmpty(const std::vector<const char*>& args, size_t i) {
+    return i < args.size() && args[i] ? args[i] : "";
+}
+
+}  // namespace
+
+int RuxCmdRun(const char* path, const char* const argv[], char* output, int* outputLength,
+              char* error, int* errorLength, const char* input, int inputLength) {
+    const int outputCapacity = outputLength ? *outputLength : 0;
+    const int errorCapacity = errorLength ? *errorLength : 0;
+    int rc =
+        RunCommand(path, argv, output, outputLength, error, errorLength, input, inputLength, 0);
+    if (rc != 255) return rc;
+
+    std::vector<const char*> retry;
+    for (size_t i = 0; argv && argv[i]; ++i) retry.push_back(argv[i]);
+    Platform::Log(LOG_INFO, "Unable to execute command rux-cmd %s using user %s. Using user %s",
+                  ArgumentOrEmpty(retry, 3), ArgumentOrEmpty(retry, 2), kServiceAccount);
+    while (retry.size() < 3) retry.push_back("");
+    retry[2] = kServiceAccount;
+    retry.push_back(nullptr);
+    // The retry captures into the same buffers with the caller's capacities.
+    if (outputLength) *outputLength = outputCapacity;
+    if (errorLength) *errorLength = errorCapacity;
+    return RunCommand(path, retry.data(), output, outputLength, error, errorLength, input,
+                      inputLength, 0);
+}
+
+void RefreshHostAgent() {
+    RunAsLoggedInUser("internalsvc/refresh");
+}
+
+bool RuxCmdGet(const char* query) {
+    std::string path;
+    try {
+        path = query ? query : "";
+    } catch (const std::bad_alloc&) {
+        Platform::Log(LOG_ERR, "rux-cmd invocation failure: %s", std::strerror(ENOMEM));
+        return false;
+    }
+    Platform::Log(LOG_INFO, "rux-cmd invocation: get %s", path.c_str());
+    const char* argv[] = {"rux-cmd", "-U", kServiceAccount, path.c_str(), nullptr};
+    char out[kCaptureBufferSize] = {};
+    int outLength = kCaptureCapacity;
+    int rc =
+        RunCommand(kRuxCmd, argv, out, &outLength, nullptr, nullptr, nullptr, 0, kQueryTimeLimit);
+    int err = errno;
+    out[outLength > 0 ? std::min(outLength, kCaptureCapacity) : 0] = '\0';
+    if (rc != 0) Platform::Log(LOG_ERR, "rux-cmd invocation failure: %s", std::strerror(err));
+    return std::strncmp(out, "true", 4) == 0;
+}
+
+void PowerOffVms(bool graceful) {
+    RunAsLoggedInUser("hostsvc/autostartmanager/autostop");
+    const char* argv[] = {"powerOffVms", graceful ? nullptr : "--terminate", nullptr};
+    RunCommand("/bin/powerOffVms", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
+}
+
+void StopPlexOpsAgent(bool& stopped) {
+    Platform::Log(LOG_INFO, "%s", "Stopping plex-opsagent.");
+    stopped = RunShellCommand((std::string(kPlexOpsAgent) + " stop").c_str()) == 0;
+    if (stopped)
+        Platform::Log(LOG_INFO, "%s", "plex-opsagent has been successfully stopped.");
+    else
+        Platform::Log(LOG_ERR, "%s", "Failed to stop plex-opsagent.");
+}
+
+void StartPlexOpsAgent(bool stopped) {
+    if (!stopped) {
+        Platform::Log(LOG_INFO, "%s", "Skipping plex-opsagent start.");
+        return;
+    }
+    Platform::Log(LOG_INFO, "%s", "Starting plex-opsagent.");
+    if (RunShellCommand((std::string(kPlexOpsAgent) + " start").c_str()) == 0)
+        Platform::Log(LOG_INFO, "%s", "plex-opsagent has been successfully started.");
+    else
+        Platform::Log(LOG_ERR, "%s", "Failed to start plex-opsagent.");
+}
+
+bool IsPlexOpsAgentPresent() {
+    const std::string command = std::string(kPlexOpsAgent) + " status";
+    Platform::Log(LOG_INFO, "Running: %s", command.c_str());
+    bool present = RunShellCommand(command.c_str()) == 0;
+    Platform::Log(LOG_INFO, "plex-opsagent is %spresent on the system.", present ? "" : "not ");
+    return present;
+}
+
+bool IsPlexOpsAgentV3() {
+    Platform::Log(LOG_INFO, "Running: %s", kPlexOpsAgentV3Test);
+    if (RunShellCommand(kPlexOpsAgentV3Test) != 0) return false;
+    Platform::Log(LOG_INFO, "%s", "plex-opsagent version >= 3 detected");
+    return true;
+}
+
+bool PlexOpsAgentV3Present() {
+    return IsPlexOpsAgentPresent() && IsPlexOpsAgentV3();
+}
+
+bool PlexCfgVswitchMigrate(const std::string& port, const std::string& interfaceName) {
+    static constexpr const char kTool[] = "/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch";
+    const char* argv[] = {kTool, "-m", "-p", port.c_str(), "-I", interfaceName.c_str(), nullptr};
+    return RunCommandLogged(kTool, argv) == 0;
+}
+
+}  // namespace Tesk

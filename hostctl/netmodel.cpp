@@ -1,0 +1,374 @@
+#include "hostctl/netmodel.h"
+
+#include <algorithm>
+
+#include "hostctl/exception.h"
+
+namespace ZrkCtl::Network::Model {
+
+namespace HN = HostCtl::Network;
+
+namespace {
+
+const Json& EmptyArray() {
+    static const Json empty = Json::array();
+    return empty;
+}
+
+const Json& EmptyObject() {
+    static const Json empty = Json::object();
+    return empty;
+}
+
+std::string Text(const Json& j, const char* key, const std::string& fallback = {}) {
+    if (!j.is_object()) return fallback;
+    auto it = j.find(key);
+    return it != j.end() && it->is_string() ? it->get<std::string>() : fallback;
+}
+
+bool Flag(const Json& j, const char* key, bool fallback = false) {
+    if (!j.is_object()) return fallback;
+    auto it = j.find(key);
+    return it != j.end() && it->is_boolean() ? it->get<bool>() : fallback;
+}
+
+HN::Ipv4Address Ipv4(const Json& j, const char* key) {
+    std::string text = Text(j, key);
+    return HN::Ipv4Address::IsValidAddress(text) ? HN::Ipv4Address(text) : HN::Ipv4Address();
+}
+
+constexpr const char* kTypeNames[] = {"static",    "other",     "temporary", "deprecated",
+                                      "tentative", "duplicate", "linkLayer", "autoconf",
+                                      "random",    "dhcp"};
+constexpr const char* kScopeNames[] = {"unknown", "linkLocal", "siteLocal", "global", "loopback"};
+
+template <std::size_t N>
+int IndexOf(const char* const (&names)[N], const Json& value, int fallback) {
+    if (value.is_number_integer()) {
+        int v = value.get<int>();
+        return v >= 0 && v < static_cast<int>(N) ? v : fallback;
+    }
+    if (!value.is_string()) return fallback;
+    for (std::size_t i = 0; i < N; ++i)
+        if (value.get<std::string>() == names[i]) return static_cast<int>(i);
+    return fallback;
+}
+
+// The interface's part of a lease from "/network/dhcpServer".
+bool Ipv4Lease(const Json& net, HN::Ipv4Address& address, HN::Ipv4Address& netmask) {
+    const Json& server = net.contains("dhcpServer") ? net["dhcpServer"] : Json();
+    if (!server.is_object() || !Flag(server, "answers", true)) return false;
+    address = Ipv4(server, "ipv4Address");
+    netmask = Ipv4(server, "ipv4Netmask");
+    return !address.IsAnyAddress();
+}
+
+// EUI-64 interface id on top of an IPv6 prefix of 64 bits.
+HN::Ipv6Address WithInterfaceId(const HN::Ipv6Address& prefix, const HN::MacAddress& mac) {
+    auto bytes = prefix.GetBytes();
+    const auto& m = mac.GetBytes();
+    std::uint8_t id[8] = {
+        static_cast<std::uint8_t>(m[0] ^ 0x02), m[1], m[2], 0xff, 0xfe, m[3], m[4], m[5]};
+    std::copy(std::begin(id), std::end(id), bytes.begin() + 8);
+    char text[40];
+    std::snprintf(text, sizeof text, "%x:%x:%x:%x:%x:%x:%x:%x", bytes[0] << 8 | bytes[1],
+                  bytes[2] << 8 | bytes[3], bytes[4] << 8 | bytes[5], bytes[6] << 8 | bytes[7],
+                  bytes[8] << 8 | bytes[9], bytes[10] << 8 | bytes[11], bytes[12] << 8 | bytes[13],
+                  bytes[14] << 8 | bytes[15]);
+    return HN::Ipv6Address(text);
+}
+
+}  // namespace
+
+Json& Net(Json& state) {
+    Json& net = state["network"];
+    if (!net.is_object()) net = Json::object();
+    return net;
+}
+
+const Json& Net(const Json& state) {
+    auto it = state.find("network");
+    return it != state.end() && it->is_object() ? *it : EmptyObject();
+}
+
+Json* FindByName(Json& array, const std::string& name) {
+    if (!array.is_array()) return nullptr;
+    for (auto& item : array)
+        if (Text(item, "name") == name) return &item;
+    return nullptr;
+}
+
+const Json* FindByName(const Json& array, const std::string& name) {
+    return FindByName(const_cast<Json&>(array), name);
+}
+
+Json& List(Json& net, const char* key) {
+    Json& list = net[key];
+    if (!list.is_array()) list = Json::array();
+    return list;
+}
+
+const Json& List(const Json& net, const char* key) {
+    auto it = net.find(key);
+    return it != net.end() && it->is_array() ? *it : EmptyArray();
+}
+
+Json& Require(Json& net, const char* key, const std::string& name, const char* what) {
+    Json* found = FindByName(List(net, key), name);
+    if (!found) throw HostCtl::Lib::HostCtlException(std::string(what) + " " + name + " not found");
+    return *found;
+}
+
+const Json& Require(const Json& net, const char* key, const std::string& name, const char* what) {
+    const Json* found = FindByName(List(net, key), name);
+    if (!found) throw HostCtl::Lib::HostCtlException(std::string(what) + " " + name + " not found");
+    return *found;
+}
+
+std::pair<Json*, Json*> FindPortGroup(Json& net, const std::string& name) {
+    for (auto& vswitch : List(net, "standardSwitches")) {
+        if (!vswitch.is_object()) continue;
+        if (Json* pg = FindByName(vswitch["portGroups"], name)) return {&vswitch, pg};
+    }
+    return {nullptr, nullptr};
+}
+
+std::pair<const Json*, const Json*> FindPortGroup(const Json& net, const std::string& name) {
+    for (const auto& vswitch : List(net, "standardSwitches")) {
+        if (!vswitch.is_object() || !vswitch.contains("portGroups")) continue;
+        if (const Json* pg = FindByName(vswitch["portGroups"], name)) return {&vswitch, pg};
+    }
+    return {nullptr, nullptr};
+}
+
+std::vector<std::string> Strings(const Json& array) {
+    std::vector<std::string> out;
+    if (!array.is_array()) return out;
+    for (const auto& s : array)
+        if (s.is_string()) out.push_back(s.get<std::string>());
+    return out;
+}
+
+HN::NicTeamingPolicy PolicyFromJson(const Json& j) {
+    HN::NicTeamingPolicy p;
+    if (!j.is_object()) return p;
+    p.SetActiveUplinks(Strings(j.value("activeUplinks", Json::array())));
+    p.SetStandbyUplinks(Strings(j.value("standbyUplinks", Json::array())));
+    if (j.contains("maxActiveUplinks") && j["maxActiveUplinks"].is_number_integer())
+        p.SetMaxActiveUplinks(j["maxActiveUplinks"].get<std::int32_t>());
+    return p;
+}
+
+Json PolicyToJson(const HN::NicTeamingPolicy& p) {
+    return {{"activeUplinks", p.GetActiveUplinks()},
+            {"standbyUplinks", p.GetStandbyUplinks()},
+            {"maxActiveUplinks", p.GetMaxActiveUplinks()}};
+}
+
+HN::NicTeamingPolicy EffectivePolicy(const Json& vswitch, const Json& portGroup) {
+    if (portGroup.is_object() && portGroup.contains("teamingPolicy") &&
+        portGroup["teamingPolicy"].is_object())
+        return PolicyFromJson(portGroup["teamingPolicy"]);
+    return PolicyFromJson(vswitch.value("teamingPolicy", Json::object()));
+}
+
+const char* TypeName(HN::Ipv6AddressType type) {
+    return kTypeNames[static_cast<int>(type)];
+}
+const char* ScopeName(HN::Ipv6Scope scope) {
+    return kScopeNames[static_cast<int>(scope)];
+}
+
+HN::Ipv6Network Ipv6NetworkFromJson(const Json& j) {
+    std::string address = Text(j, "address");
+    int prefix = j.value("prefixLength", 64);
+    HN::Ipv6Address a(address);
+    auto type =
+        static_cast<HN::Ipv6AddressType>(IndexOf(kTypeNames, j.value("type", Json("static")), 0));
+    int scopeFallback =
+        static_cast<int>(a.IsLinkLocal() ? HN::Ipv6Scope::LinkLocal : HN::Ipv6Scope::Global);
+    auto scope =
+        static_cast<HN::Ipv6Scope>(IndexOf(kScopeNames, j.value("scope", Json()), scopeFallback));
+    return HN::Ipv6Network(a, prefix, type, scope);
+}
+
+Json Ipv6NetworkToJson(const HN::Ipv6Network& n) {
+    return {{"address", n.GetAddress().GetStringAddress()},
+            {"prefixLength", n.GetPrefixLength()},
+            {"type", TypeName(n.GetIpv6AddressType())},
+            {"scope", ScopeName(n.GetScope())}};
+}
+
+HN::IpConfig IpConfigFromJson(const Json& j) {
+    HN::IpConfig c;
+    c.SetUseDhcp(Flag(j, "dhcp"), Flag(j, "ipv4None"));
+    if (!c.GetIpv4UseNone()) {
+        c.SetIpv4Address(Ipv4(j, "ipv4Address"));
+        c.SetIpv4Netmask(Ipv4(j, "ipv4Netmask"));
+    }
+    c.EnableIpv6(Flag(j, "ipv6Enabled"));
+    c.SetUseIpv6Dhcp(Flag(j, "dhcpv6"));
+    c.SetUseIpv6RouterAdvertised(Flag(j, "routerAdvertised"));
+    c.SetDhcpDns(Flag(j, "dhcpDns"));
+    if (j.is_object() && j.contains("ipv6Addresses")) {
+        for (const auto& n : j["ipv6Addresses"]) {
+            try {
+                c.AddIpv6Network(Ipv6NetworkFromJson(n));
+            } catch (const HostCtl::Lib::HostCtlException&) {
+                // An address the host cannot read is not in effect.
+            }
+        }
+    }
+    return c;
+}
+
+Json IpConfigToJson(const HN::IpConfig& c) {
+    Json addresses = Json::array();
+    for (const auto& n : c.GetIpv6Networks()) addresses.push_back(Ipv6NetworkToJson(n));
+    return {{"dhcp", c.GetUseDhcp()},
+            {"ipv4None", c.GetIpv4UseNone()},
+            {"ipv4Address", c.GetIpv4Address().GetStringAddress()},
+            {"ipv4Netmask", c.GetIpv4Netmask().GetStringAddress()},
+            {"ipv6Enabled", c.IsIpv6Enabled()},
+            {"dhcpv6", c.GetUseIpv6Dhcp()},
+            {"routerAdvertised", c.GetUseIpv6RouterAdvertised()},
+            {"dhcpDns", c.GetDhcpDns()},
+            {"ipv6Addresses", addresses}};
+}
+
+int ConnectedNics(const Json& net, const std::string& portGroup) {
+    int count = 0;
+    for (const auto& nic : List(net, "zrkNics")) {
+        const Json& c = nic.is_object() && nic.contains("connection") ? nic["connection"] : Json();
+        if (Text(c, "type") == "portGroup" && Text(c, "portGroup") == portGroup) ++count;
+    }
+    return count;
+}
+
+std::int64_t ActiveClients(const Json& net, const Json& portGroup) {
+    std::int64_t vms = portGroup.is_object() ? portGroup.value("vmClients", std::int64_t{0}) : 0;
+    return ConnectedNics(net, Text(portGroup, "name")) + vms;
+}
+
+std::string UplinkOwner(const Json& net, const std::string& pnic) {
+    std::string owner;
+    for (const auto& s : List(net, "standardSwitches")) {
+        auto uplinks = Strings(s.value("uplinks", Json::array()));
+        if (std::find(uplinks.begin(), uplinks.end(), pnic) != uplinks.end())
+            owner = Text(s, "name");
+    }
+    for (const auto& q : List(net, "distributedSwitches")) {
+        const Json& map = q.value("uplinks", Json::object());
+        if (map.is_object() && map.contains(pnic)) owner = Text(q, "name");
+    }
+    return owner;
+}
+
+void ReleaseUplink(Json& net, const std::string& pnic, const std::string& keepSwitch) {
+    for (auto& s : List(net, "standardSwitches")) {
+        if (!s.is_object() || Text(s, "name") == keepSwitch) continue;
+        if (s["uplinks"].is_array()) {
+            auto uplinks = Strings(s["uplinks"]);
+            std::erase(uplinks, pnic);
+            s["uplinks"] = uplinks;
+        }
+        if (s.contains("teamingPolicy")) {
+            auto p = PolicyFromJson(s["teamingPolicy"]);
+            if (p.RemoveUplink(pnic)) s["teamingPolicy"] = PolicyToJson(p);
+        }
+        if (!s["portGroups"].is_array()) continue;
+        for (auto& pg : s["portGroups"]) {
+            if (!pg.is_object() || !pg.contains("teamingPolicy")) continue;
+            auto p = PolicyFromJson(pg["teamingPolicy"]);
+            if (p.RemoveUplink(pnic)) pg["teamingPolicy"] = PolicyToJson(p);
+        }
+    }
+    for (auto& q : List(net, "distributedSwitches"))
+        if (q.is_object() && Text(q, "name") != keepSwitch && q["uplinks"].is_object())
+            q["uplinks"].erase(pnic);
+}
+
+Json CurrentOf(const Json& net, const Json& nic) {
+    if (nic.is_object() && nic.contains("current") && nic["current"].is_object())
+        return nic["current"];
+    Json netCopy = net;
+    Json nicCopy = nic;
+    UpdateCurrent(netCopy, nicCopy, false, false);
+    return nicCopy["current"];
+}
+
+HN::Ipv6Network LinkLocalFor(const HN::MacAddress& mac) {
+    return HN::Ipv6Network(WithInterfaceId(HN::Ipv6Address("fe80::"), mac), 64,
+                           HN::Ipv6AddressType::LinkLayer, HN::Ipv6Scope::LinkLocal);
+}
+
+void UpdateCurrent(Json& net, Json& nic, bool askDhcp, bool release) {
+    HN::IpConfig config = IpConfigFromJson(nic.value("config", Json::object()));
+    HN::IpConfig before = IpConfigFromJson(nic.value("current", Json::object()));
+    HN::IpConfig now = config;
+    HN::MacAddress mac;
+    if (HN::MacAddress::IsValidAddress(Text(nic, "mac"))) mac = HN::MacAddress(Text(nic, "mac"));
+
+    // IPv4.
+    if (config.GetUseDhcp()) {
+        HN::Ipv4Address address, netmask;
+        now.SetIpv4Address(release ? HN::Ipv4Address() : before.GetIpv4Address());
+        now.SetIpv4Netmask(release ? HN::Ipv4Address() : before.GetIpv4Netmask());
+        if (!before.GetUseDhcp()) {  // a static address is no lease
+            now.SetIpv4Address(HN::Ipv4Address());
+            now.SetIpv4Netmask(HN::Ipv4Address());
+        }
+        if (askDhcp && Ipv4Lease(net, address, netmask)) {
+            now.SetIpv4Address(address);
+            now.SetIpv4Netmask(netmask);
+            const Json& server = net["dhcpServer"];
+            nic["leaseRenewals"] = nic.value("leaseRenewals", 0) + 1;
+            bool management = Text(net, "managementInterface") == Text(nic, "name");
+            if (management && HN::Ipv4Address::IsValidAddress(Text(server, "ipv4Gateway")))
+                net["routing"]["ipv4Gateway"] = Text(server, "ipv4Gateway");
+            if (management && config.GetDhcpDns()) {
+                Json& dns = net["dns"];
+                if (server.contains("nameServers")) dns["nameServers"] = server["nameServers"];
+                if (!Text(server, "hostname").empty()) dns["hostname"] = Text(server, "hostname");
+                if (!Text(server, "domain").empty()) dns["domain"] = Text(server, "domain");
+            }
+        }
+    }
+
+    // IPv6: the link-local address, the static ones, and what the router and
+    // the DHCPv6 server hand out.
+    std::vector<HN::Ipv6Network> v6;
+    if (Flag(net, "ipv6Enabled") && config.IsIpv6Enabled()) {
+        v6.push_back(LinkLocalFor(mac));
+        for (auto n : config.GetIpv6Networks()) {
+            if (n.GetIpv6AddressType() != HN::Ipv6AddressType::Static) continue;
+            v6.push_back(n);
+        }
+        const Json& router = net.contains("ipv6Router") ? net["ipv6Router"] : Json();
+        if (config.GetUseIpv6RouterAdvertised() && router.is_object() &&
+            HN::Ipv6Network::IsValidAddressAndNetmask(Text(router, "prefix"))) {
+            HN::Ipv6Network prefix(Text(router, "prefix"));
+            v6.emplace_back(WithInterfaceId(prefix.GetAddress(), mac), prefix.GetPrefixLength(),
+                            HN::Ipv6AddressType::Autoconf, HN::Ipv6Scope::Global);
+        }
+        if (config.GetUseIpv6Dhcp()) {
+            const Json& server = net.contains("dhcpv6Server") ? net["dhcpv6Server"] : Json();
+            if (askDhcp && server.is_object() && Flag(server, "answers", true)) {
+                for (const auto& text : Strings(server.value("addresses", Json::array()))) {
+                    if (!HN::Ipv6Network::IsValidAddressAndNetmask(text)) continue;
+                    HN::Ipv6Network n(text);
+                    n.SetIpv6AddressType(HN::Ipv6AddressType::Dhcp);
+                    v6.push_back(n);
+                }
+            } else if (!release) {
+                for (const auto& n : before.GetIpv6Networks())
+                    if (n.GetIpv6AddressType() == HN::Ipv6AddressType::Dhcp) v6.push_back(n);
+            }
+        }
+    }
+    now.SetIpv6Networks({});
+    for (const auto& n : v6) now.AddIpv6Network(n);
+    nic["current"] = IpConfigToJson(now);
+}
+
+}  // namespace ZrkCtl::Network::Model

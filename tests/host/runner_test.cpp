@@ -1,0 +1,210 @@
+// The command runner against real children.
+#include <signal.h>
+
+#include <chrono>
+#include <string>
+
+#include "host/runner.h"
+#include "host/zrkctl_exec.h"
+#include "hostctl/exception.h"
+#include "tests/host/host_root.h"
+
+namespace TeskTest {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+class RunnerTest : public HostRootTest {
+  protected:
+    // Runs the script at /bin/child with both streams captured.
+    int Run(const std::string& body, int timeLimit = 0, const std::string& input = {}) {
+        WriteScript("/bin/child", body);
+        const char* argv[] = {"child", nullptr};
+        outLength = errLength = Tesk::kCaptureCapacity;
+        out.assign(Tesk::kCaptureBufferSize, '\0');
+        err.assign(Tesk::kCaptureBufferSize, '\0');
+        int rc = Tesk::RunCommand("/bin/child", argv, out.data(), &outLength, err.data(),
+                                  &errLength, input.empty() ? nullptr : input.data(),
+                                  static_cast<int>(input.size()), timeLimit);
+        out.resize(std::max(outLength, 0));
+        err.resize(std::max(errLength, 0));
+        return rc;
+    }
+
+    std::string out, err;
+    int outLength = 0, errLength = 0;
+};
+
+TEST_F(RunnerTest, ExitStatusAndAbnormalEnd) {
+    EXPECT_EQ(Run("exit 3"), 3);
+    EXPECT_EQ(Run("echo hello; echo oops >&2; exit 0"), 0);
+    EXPECT_EQ(out, "hello\n");
+    EXPECT_EQ(err, "oops\n");
+    EXPECT_FALSE(Logged("Run Command did not terminate normally"));
+
+    EXPECT_EQ(Run("kill -TERM $$; sleep 5"), -1);
+    EXPECT_TRUE(Logged("Run Command did not terminate normally"));
+}
+
+TEST_F(RunnerTest, ChildStartsWithNoBlockedSignals) {
+    // The console blocks its signals for its signal thread; a tool must not
+    // inherit that, or it could not be ended by them.
+    std::filesystem::create_symlink("/usr/bin/grep", Path("/bin/grep"));
+    sigset_t term, saved;
+    sigemptyset(&term);
+    sigaddset(&term, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &term, &saved);
+    const char* argv[] = {"grep", "SigBlk", "/proc/self/status", nullptr};
+    char buffer[Tesk::kCaptureBufferSize] = {};
+    int length = Tesk::kCaptureCapacity;
+    int rc = Tesk::RunCommand("/bin/grep", argv, buffer, &length, nullptr, nullptr, nullptr, 0, 0);
+    ::pthread_sigmask(SIG_SETMASK, &saved, nullptr);
+    EXPECT_EQ(rc, 0);
+    EXPECT_EQ(std::string(buffer, std::max(length, 0)), "SigBlk:\t0000000000000000\n");
+}
+
+TEST_F(RunnerTest, ChildThatCannotStartGivesMinusOneSilently) {
+    const char* argv[] = {"missing", nullptr};
+    EXPECT_EQ(
+        Tesk::RunCommand("/bin/missing", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0),
+        -1);
+    EXPECT_FALSE(Logged("did not terminate"));
+}
+
+TEST_F(RunnerTest, TimeLimitKillsAndKeepsOutputSoFar) {
+    auto start = Clock::now();
+    EXPECT_EQ(Run("echo partial; exec sleep 60", 1), -1);
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(out, "partial\n");
+    std::string log = Syslog();
+    auto warning = log.find("Killing process because 1 seconds timeout expired");
+    auto error = log.find("Run Command did not terminate normally");
+    ASSERT_NE(warning, std::string::npos) << log;
+    ASSERT_NE(error, std::string::npos) << log;
+    EXPECT_LT(warning, error);
+}
+
+TEST_F(RunnerTest, QuickChildUnderLimitIsNotKilled) {
+    auto start = Clock::now();
+    EXPECT_EQ(Run("echo fast", Tesk::kQueryTimeLimit), 0);
+    EXPECT_EQ(out, "fast\n");
+    // Waiting costs no fixed poll interval: the child's end is seen at once.
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+    EXPECT_FALSE(Logged("Killing process"));
+}
+
+TEST_F(RunnerTest, LongOutputIsCutWithoutBlockingTheChild) {
+    // A megabyte on each stream is far more than a pipe holds; the limit only
+    // turns a hang into a failure.
+    EXPECT_EQ(
+        Run("head -c 1048576 /dev/zero | tr '\\0' x; head -c 1048576 /dev/zero | tr '\\0' y >&2",
+            30),
+        0);
+    EXPECT_EQ(outLength, 255);
+    EXPECT_EQ(out, std::string(255, 'x'));
+    EXPECT_EQ(errLength, 255);
+    EXPECT_EQ(err, std::string(255, 'y'));
+
+    EXPECT_EQ(Run("printf '%300s' '' | tr ' ' z"), 0);
+    EXPECT_EQ(out, std::string(255, 'z'));
+}
+
+TEST_F(RunnerTest, GrandchildHoldingThePipeDoesNotHoldUpTheResult) {
+    auto start = Clock::now();
+    EXPECT_EQ(Run("sleep 3 & echo done"), 0);
+    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(2500));
+    EXPECT_EQ(out, "done\n");
+}
+
+TEST_F(RunnerTest, EnvironmentIsExactlyPythonHome) {
+    std::filesystem::create_symlink("/usr/bin/env", Path("/bin/env"));
+    const char* argv[] = {"env", nullptr};
+    char buffer[Tesk::kCaptureBufferSize] = {};
+    int length = Tesk::kCaptureCapacity;
+    ASSERT_EQ(::setenv("TESK_RUNNER_TEST_MARKER", "leak", 1), 0);
+    EXPECT_EQ(Tesk::RunCommand("/bin/env", argv, buffer, &length, nullptr, nullptr, nullptr, 0, 0),
+              0);
+    ::unsetenv("TESK_RUNNER_TEST_MARKER");
+    EXPECT_EQ(std::string(buffer, std::max(length, 0)), "PYTHONHOME=/\n");
+}
+
+TEST_F(RunnerTest, InputReachesTheChildAndAnEarlyExitIsHarmless) {
+    EXPECT_EQ(Run("cat", 0, "secret\nline two\n"), 0);
+    EXPECT_EQ(out, "secret\nline two\n");
+    // A child that never reads its input: writing must neither block nor
+    // end this process by SIGPIPE.
+    EXPECT_EQ(Run("exit 4", 0, std::string(1 << 20, 'i')), 4);
+}
+
+TEST_F(RunnerTest, LoggedRunnersReportOutcome) {
+    WriteScript("/bin/child", "echo out; echo err >&2; exit 2");
+    const char* argv[] = {"child", "-x", "value", nullptr};
+    EXPECT_EQ(Tesk::RunCommandLogged("/bin/child", argv), 2);
+    EXPECT_TRUE(Logged("Command \"child -x value\" failed (rc=2): (stdout=out\n, stderr=err\n)"))
+        << Syslog();
+
+    WriteScript("/bin/child", "exit 0");
+    EXPECT_EQ(Tesk::RunCommandLogged("/bin/child", argv), 0);
+    EXPECT_TRUE(Logged("Command \"child -x value\" succeeded"));
+
+    WriteScript("/bin/kovacli", "echo 'Error: no such switch'; echo ignored >&2; exit 1");
+    const char* kovacli[] = {"kovacli", "network", "vswitch", "standard", "list", nullptr};
+    EXPECT_EQ(Tesk::RunKovacli(kovacli), 1);
+    EXPECT_TRUE(
+        Logged("Command \"kovacli network vswitch standard list\" failed (rc=1): Error: no "
+               "such switch\n"))
+        << Syslog();
+}
+
+TEST_F(RunnerTest, StandardSwitchCommandVectors) {
+    WriteRecorder("/bin/kovacli", "0");
+    EXPECT_TRUE(Tesk::AddStandardVswitch("vSwitch9"));
+    EXPECT_TRUE(Tesk::AddVswitchUplink("vSwitch9", "pnic3"));
+    EXPECT_TRUE(Tesk::RemoveVswitchUplink("vSwitch9", "pnic3"));
+    EXPECT_TRUE(Tesk::AddStandardPortGroup("Management Network", "vSwitch9"));
+    EXPECT_EQ(Calls(),
+              "network vswitch standard add -v vSwitch9\n"
+              "network vswitch standard uplink add -u pnic3 -v vSwitch9\n"
+              "network vswitch standard uplink remove -u pnic3 -v vSwitch9\n"
+              "network vswitch standard portgroup add -p Management Network -v vSwitch9\n");
+    WriteRecorder("/bin/kovacli", "1");
+    EXPECT_FALSE(Tesk::AddStandardVswitch("vSwitch9"));
+}
+
+TEST_F(RunnerTest, ShellRunnerUsesTheHostShell) {
+    EXPECT_EQ(Tesk::RunShellCommand("exit 7"), 7);
+    // Commands without a path come from the host's own tool folders.
+    EXPECT_EQ(Tesk::RunShellCommand("backup.sh 0"), 0);
+    EXPECT_EQ(Sim::Get("/configBackup/runs"), Sim::Json(1));
+}
+
+TEST(TextHelpers, CollapseWhitespaceAndJoinArguments) {
+    EXPECT_EQ(Tesk::CollapseWhitespace("  Intel(R)   Xeon(R)\tCPU \n E5  "),
+              "Intel(R) Xeon(R) CPU E5");
+    EXPECT_EQ(Tesk::CollapseWhitespace(""), "");
+    EXPECT_EQ(Tesk::CollapseWhitespace(" \t\n "), "");
+    EXPECT_EQ(Tesk::CollapseWhitespace("one"), "one");
+
+    const char* argv[] = {"rux-cmd", "-U", "root", "internalsvc/refresh", nullptr};
+    EXPECT_EQ(Tesk::JoinArguments(argv), "rux-cmd -U root internalsvc/refresh");
+    const char* empty[] = {nullptr};
+    EXPECT_EQ(Tesk::JoinArguments(empty), "");
+    EXPECT_EQ(Tesk::JoinArguments(nullptr), "");
+}
+
+TEST_F(RunnerTest, HostControlExecSplitsLogsAndThrows) {
+    WriteRecorder("/bin/zrkping", "$([ \"$3\" = 10.0.0.1 ] && echo 0 || echo 1)");
+    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("/bin/zrkping -c 3  10.0.0.1", false, true, false), 0);
+    EXPECT_EQ(Calls(), "-c 3 10.0.0.1\n");
+    EXPECT_TRUE(Logged("Command \"zrkping -c 3 10.0.0.1\" succeeded")) << Syslog();
+
+    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("/bin/zrkping -c 3 10.0.0.2", false, true, false), 1);
+    EXPECT_TRUE(Logged("Command \"zrkping -c 3 10.0.0.2\" failed (rc=1)"));
+    EXPECT_THROW(ZrkCtl::Util::ZrkCtl_Exec("/bin/zrkping -c 3 10.0.0.2", false, false, true),
+                 HostCtl::Lib::HostCtlException);
+    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("   ", false, false, false), -1);
+    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("exit 5", true, false, false), 5);
+}
+
+}  // namespace
+}  // namespace TeskTest

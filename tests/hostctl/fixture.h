@@ -1,0 +1,29 @@
+// A simulated host root that the host-control code in this process talks to.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "platform/hostroot.h"
+#include "tests/harness/sim_root.h"
+
+namespace TeskTest {
+
+class HostRootTest : public ::testing::Test {
+  protected:
+    void UseProfile(const std::string& profile) {
+        root_ = std::make_unique<SimRoot>(profile);
+        Tesk::Platform::SetHostRootForTesting(root_->path());
+    }
+    void SetUp() override { UseProfile("default"); }
+    void TearDown() override { Tesk::Platform::SetHostRootForTesting(""); }
+
+    SimRoot& root() { return *root_; }
+
+  private:
+    std::unique_ptr<SimRoot> root_;
+};
+
+}  // namespace TeskTest

@@ -1,0 +1,191 @@
+// The shared host queries, their column fitting and their log lines.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "host/info.h"
+#include "host/queries.h"
+#include "tests/hostctl/fixture.h"
+
+namespace {
+
+using TeskTest::Json;
+
+class QueriesTest : public TeskTest::HostRootTest {};
+
+TEST(PnicOrderTest, NumberedNamesByNumberOthersByBytes) {
+    std::vector<std::string> names = {"pnic10", "pnic2", "eth0", "pnic1", "pnic"};
+    std::sort(names.begin(), names.end(), Tesk::ComparePnicNames);
+    EXPECT_EQ(names, (std::vector<std::string>{"eth0", "pnic", "pnic1", "pnic2", "pnic10"}));
+    EXPECT_TRUE(Tesk::ComparePnicNames("eth0", "pnic1"));
+    EXPECT_FALSE(Tesk::ComparePnicNames("pnic10", "pnic2"));
+    EXPECT_FALSE(Tesk::ComparePnicNames("pnic2", "pnic2"));
+}
+
+TEST(FormatTest, SwitchNameOf19IsCutAnd18IsWhole) {
+    Tesk::SwitchSummary s;
+    s.name = "abcdefghijklmnopqrs";  // 19
+    s.usedPorts = 4;
+    s.configuredPorts = 128;
+    EXPECT_EQ(Tesk::FormatSwitchRow(s),
+              "{align:padding:20}abcdefghijklmno...{/align}{align:padding:10}{/align}"
+              "{align:padding:15}{/align}{align:padding:12}4{/align}{align:padding:16}128{/align}"
+              "  ...");
+    s.name.pop_back();
+    EXPECT_EQ(Tesk::FormatSwitchRow(s).substr(0, 38), "{align:padding:20}abcdefghijklmnopqr{/");
+    s.uplinks = {"pnic0", "pnic1"};
+    s.portGroups = {"Management Network"};
+    EXPECT_NE(Tesk::FormatSwitchRow(s).find("{align:padding:10}pnic0...{/align}"
+                                            "{align:padding:15}Management...{/align}"),
+              std::string::npos);
+}
+
+TEST(FormatTest, SwitchDetailsShowNoneForEmptyLists) {
+    Tesk::SwitchSummary s;
+    s.numPorts = 128;
+    s.usedPorts = 0;
+    s.configuredPorts = 64;
+    EXPECT_EQ(Tesk::FormatSwitchDetails(s),
+              "Number of ports: 128\nUsed ports: 0\nConfigured ports: 64\nUplinks: None\nPort "
+              "groups: None");
+    s.uplinks = {"pnic0", "pnic1"};
+    EXPECT_NE(Tesk::FormatSwitchDetails(s).find("Uplinks: pnic0,pnic1\n"), std::string::npos);
+    EXPECT_EQ(Tesk::JoinNames({}), "");
+}
+
+TEST(FormatTest, PnicRowCutsNameLabelAndMac) {
+    Tesk::PnicSummary p{"pnic0", "N/A", "00:50:56:a1:20:01", "Disconnected", ""};
+    EXPECT_EQ(Tesk::FormatPnicRow(p),
+              "{align:padding:13}pnic0{/align}{align:padding:30}N/A (00:50:56:a1:20:01){/align}"
+              "Disconnected ");
+    // A 12-character name and a 15-character label are cut; the MAC keeps
+    // what fits in 25 characters together with the label.
+    p = {"vmnic-abcdef", "Acme Networks X540", "00:50:56:a1:10:00", "Connected", "zSwitch0"};
+    EXPECT_EQ(Tesk::FormatPnicRow(p),
+              "{align:padding:13}vmnic-ab...{/align}{align:padding:30}Acme Networ... "
+              "(...a1:10:00){/align}Connected (...)");
+    // A 14-character label stays whole; label and MAC of 25 stay whole.
+    p.hardwareLabel = "Acme Networks1";
+    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme Networks1 (...a1:10:00)"), std::string::npos);
+    p.hardwareLabel = "Acme1234";
+    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme1234 (00:50:56:a1:10:00)"), std::string::npos);
+    p.hardwareLabel = "Acme12345";
+    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme12345 (...0:56:a1:10:00)"), std::string::npos);
+}
+
+TEST_F(QueriesTest, PnicNamesAndSummaries) {
+    root().editState([](Json& s) {
+        Json& pnics = s["network"]["pnics"];
+        pnics[0]["name"] = "pnic10";
+        pnics[1]["name"] = "pnic2";
+        pnics[2]["name"] = "pnic1";
+        pnics[3]["name"] = "eth0";
+    });
+    std::vector<std::string> names;
+    ASSERT_TRUE(Tesk::GetPnicNames(names));
+    EXPECT_EQ(names, (std::vector<std::string>{"eth0", "pnic1", "pnic2", "pnic10"}));
+
+    auto free = Tesk::GetPnicSummary("eth0", {});
+    ASSERT_TRUE(free);
+    EXPECT_EQ(free->hardwareLabel, "N/A");
+    EXPECT_EQ(free->connectionStatus, "Disconnected");
+    EXPECT_TRUE(Tesk::FormatPnicDetails(*free).ends_with("\nUsed By: None"));
+
+    auto used = Tesk::GetPnicSummary("pnic10", {{"pnic10", "zSwitch0"}});
+    ASSERT_TRUE(used);
+    EXPECT_EQ(used->hardwareLabel, "Acme Networks X540 10 Gigabit Network Connection");
+    EXPECT_EQ(Tesk::FormatPnicDetails(*used),
+              "Hardware Label: Acme Networks X540 10 Gigabit Network Connection\nMAC Address: "
+              "00:50:56:a1:10:00\nConnection Status: Connected\nUsed By: zSwitch0");
+
+    root().editState([](Json& s) { s["network"]["pnics"][1]["pci"]["device"] = "  "; });
+    root().editState([](Json& s) { s["network"]["pnics"][1]["pci"]["vendor"] = ""; });
+    EXPECT_EQ(Tesk::GetPnicSummary("pnic2", {})->hardwareLabel, "N/A");
+    EXPECT_FALSE(Tesk::GetPnicSummary("pnic7", {}));
+}
+
+TEST_F(QueriesTest, UplinkOwnersPreferTheDistributedSwitch) {
+    UseProfile("dvs");
+    root().editState([](Json& s) {
+        s["network"]["standardSwitches"][0]["uplinks"].push_back("pnic1");  // also on the qDS
+    });
+    Tesk::UplinkOwnerMap owners;
+    ASSERT_TRUE(Tesk::BuildUplinkOwnerMap({"pnic0", "pnic1", "pnic3"}, owners));
+    EXPECT_EQ(owners, (Tesk::UplinkOwnerMap{{"pnic0", "zSwitch0"}, {"pnic1", "qDS-Prod"}}));
+
+    root().setFault("vswitchInfo.getQdsSwitches", {{"exception", "qDS unreachable"}});
+    owners.clear();
+    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap({"pnic0"}, owners));
+    EXPECT_TRUE(root().hasLogLine("Scanning qDS switches failed: qDS unreachable"));
+    root().setFault("vswitchInfo.getVirtualSwitches", {{"exception", "no switches"}});
+    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap({"pnic0"}, owners));
+    EXPECT_TRUE(root().hasLogLine("Scanning virtual switches failed: no switches"));
+}
+
+TEST_F(QueriesTest, StandardSwitchSummaries) {
+    std::vector<Tesk::SwitchSummary> switches;
+    ASSERT_TRUE(Tesk::GetStandardSwitches(switches));
+    ASSERT_EQ(switches.size(), 2u);
+    EXPECT_EQ(switches[0].name, "zSwitch0");
+    EXPECT_EQ(switches[0].uplinks, (std::vector<std::string>{"pnic0", "pnic1"}));
+    EXPECT_EQ(switches[0].portGroups,
+              (std::vector<std::string>{"Management Network", "VM Network"}));
+    EXPECT_EQ(switches[0].usedPorts, 5) << "2 uplinks, the management NIC, 2 virtual machines";
+    EXPECT_EQ(switches[1].configuredPorts, 64);
+
+    root().setFault("vswitch.getUplinks", {{"exception", "busy"}});
+    switches.clear();
+    EXPECT_FALSE(Tesk::GetStandardSwitches(switches));
+    EXPECT_TRUE(root().hasLogLine("Gathering standard virtual switch list failed: busy"));
+}
+
+TEST_F(QueriesTest, NoNicHost) {
+    UseProfile("nonic");
+    std::vector<std::string> names;
+    EXPECT_TRUE(Tesk::GetPnicNames(names));
+    EXPECT_TRUE(names.empty());
+    std::vector<Tesk::SwitchSummary> switches;
+    EXPECT_TRUE(Tesk::GetStandardSwitches(switches));
+    EXPECT_TRUE(switches.empty());
+    EXPECT_EQ(Tesk::GetManagementInterface(), nullptr);
+    EXPECT_FALSE(Tesk::IsManagementOnQds());
+    EXPECT_TRUE(root().hasLogLine("Could not locate the management interface"));
+}
+
+TEST_F(QueriesTest, ManagementOnDistributedSwitch) {
+    EXPECT_FALSE(Tesk::IsManagementOnQds());
+    UseProfile("dvs");
+    EXPECT_TRUE(Tesk::IsManagementOnQds());
+    root().setFault("zrkNic.getPortConnection", {{"exception", "port gone"}});
+    EXPECT_FALSE(Tesk::IsManagementOnQds());
+    EXPECT_TRUE(root().hasLogLine("Could not determine if a qDS was in use: port gone"));
+}
+
+TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
+    UseProfile("dvs");
+    std::vector<Tesk::ZrkNicInfo> nics;
+    ASSERT_TRUE(Tesk::LoadZrkNicInfos(nics));
+    ASSERT_EQ(nics.size(), 1u);
+    EXPECT_EQ(nics[0].GetDetails(),
+              "Name: zrk0\nMAC Address: 00:50:56:a1:10:00\nPortset: qDS-Prod\nPortgroup: N/A");
+    EXPECT_EQ(nics[0].GetRow(),
+              "{align:padding:8}zrk0{/align}{align:padding:19}00:50:56:a1:10:00{/align}"
+              "{align:padding:10}qDS-Prod{/align}{align:padding:20}N/A{/align}");
+    EXPECT_EQ(nics[0].GetLabel(), "Zerkel NIC Name: zrk0");
+
+    std::vector<Tesk::PortGroupInfo> groups;
+    ASSERT_TRUE(Tesk::LoadPortGroupInfos(groups));
+    ASSERT_EQ(groups.size(), 1u);
+    EXPECT_EQ(groups[0].GetRow(),
+              "{align:padding:20}VM Network{/align}{align:padding:16}zSwitch0{/align}"
+              "{align:padding:16}2{/align}{align:padding:7}0{/align}");
+    EXPECT_EQ(groups[0].GetDetails(),
+              "Name: VM Network\nVirtual Switch: zSwitch0\nActive Clients: 2\nVLAN ID: 0");
+    EXPECT_TRUE(groups[0].GetHeader().starts_with("  {align:padding:20}Portgroup Name"));
+
+    root().setFault("network.getAllPortGroups", {{"exception", "no groups"}});
+    EXPECT_FALSE(Tesk::LoadPortGroupInfos(groups));
+    EXPECT_TRUE(root().hasLogLine("Getting physical nics failed: no groups"));
+}
+
+}  // namespace
