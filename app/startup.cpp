@@ -37,6 +37,8 @@ void EndCurses() {
 
 }  // namespace
 
+const termios& StartupTerminalSettings() { return g_savedTermios; }
+
 std::optional<int> ParseVirtualTerminal(const char* argument) {
     long value = std::strtol(argument, nullptr, 10);
     if (static_cast<unsigned long>(value - 1) > 62) {

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+struct termios;
+
 namespace Tesk {
 
 class Window;
@@ -20,6 +22,9 @@ bool ChooseTerminalType(bool onConsole);
 
 // The pid-file guard on "/var/run/tesk.pid".
 void GuardPidFile();
+
+// The terminal settings of descriptor 1 as they were at start-up.
+const termios& StartupTerminalSettings();
 
 // Activates the virtual terminal through "/dev/console".
 void SwitchVirtualTerminal(int vt);

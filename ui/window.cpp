@@ -4,13 +4,21 @@
 
 #include "app/event_loop.h"
 #include "app/flags.h"
+#include "ui/palette.h"
 
 namespace Tesk {
 
 Window::Window(int x, int y, int width, int height, int background, int foreground)
-    : x_(x), y_(y), width_(width), height_(height), background_(background), foreground_(foreground) {
-    win_ = newwin(height, width, y, x);
-    if (win_) wbkgd(win_, ColourAttr(background_, foreground_));
+    : x_(x),
+      y_(y),
+      width_(width),
+      height_(height),
+      background_(background),
+      foreground_(foreground) {
+    // curses reads a side of 0 as "to the screen's edge"; an empty window has
+    // no curses window at all.
+    if (width > 0 && height > 0) win_ = newwin(height, width, y, x);
+    if (win_) wbkgd(win_, TextAttr(background_, foreground_));
 }
 
 Window::Window(Window* parent, int x, int y, int width, int height, int background, int foreground)
@@ -21,8 +29,9 @@ Window::Window(Window* parent, int x, int y, int width, int height, int backgrou
       height_(height),
       background_(background == -1 && parent ? parent->background_ : background),
       foreground_(foreground == -1 && parent ? parent->foreground_ : foreground) {
-    if (parent && parent->win_) win_ = subwin(parent->win_, height, width, y_, x_);
-    if (win_) wbkgd(win_, ColourAttr(background_, foreground_));
+    if (parent && parent->win_ && width > 0 && height > 0)
+        win_ = subwin(parent->win_, height, width, y_, x_);
+    if (win_) wbkgd(win_, TextAttr(background_, foreground_));
     if (parent) parent->children_.push_back(this);
 }
 
@@ -41,8 +50,9 @@ void Window::removeChild(Window* child) {
 void Window::setActive(bool active) {
     active_ = active;
     if (active) {
-        if (win_) wbkgd(win_, ColourAttr(background_, foreground_));
+        if (win_) wbkgd(win_, TextAttr(background_, foreground_));
         for (Window* child : children_) child->setActive(true);
+        paint();
         redraw();
         if (isTopLevel()) {
             SetCursorVisible(savedCursor_.visible);
@@ -60,9 +70,16 @@ void Window::setActive(bool active) {
         }
         if (win_) wbkgd(win_, ColourAttr(ColourBlack, ColourDarkGrey));
         for (Window* child : children_) child->setActive(false);
+        paint();
         redraw();
     }
     flushinp();
+}
+
+void Window::setColours(int background, int foreground) {
+    background_ = background;
+    foreground_ = foreground;
+    if (win_ && active_) wbkgd(win_, TextAttr(background_, foreground_));
 }
 
 void Window::redraw() {

@@ -33,6 +33,8 @@ public:
     void redraw();
     // Moves to (column, row) and adds the whole string.
     void print(int column, int row, const std::string& text);
+    // Changes the window's colours; applied at once while it is active.
+    void setColours(int background, int foreground);
 
     WINDOW* curses() const { return win_; }
     Window* parent() const { return parent_; }
@@ -51,6 +53,9 @@ public:
 protected:
     // Removes a child from the list (its destructor calls this).
     void removeChild(Window* child);
+    // Repaints the window's own content after its colours changed (focus
+    // gained or lost); runs before the redraw. Text areas redraw their text.
+    virtual void paint() {}
 
 private:
     CursorState savedCursor_{};

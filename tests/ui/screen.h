@@ -1,0 +1,119 @@
+// A curses screen without a terminal for the toolkit's tests: newterm on
+// /dev/null as a "linux" console (which can redefine colours), plus helpers to
+// read cells back and to feed keys to the key reader.
+#pragma once
+
+#include <curses.h>
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <stdexcept>
+#include <string>
+
+#include "app/event_loop.h"
+#include "app/flags.h"
+#include "app/terminal.h"
+#include "ui/palette.h"
+
+namespace TeskTest {
+
+inline void OpenScreen() {
+    static SCREEN* screen = [] {
+        std::setlocale(LC_ALL, "C.UTF-8");
+        ::unsetenv("LINES");
+        ::unsetenv("COLUMNS");
+        FILE* out = std::fopen("/dev/null", "w");
+        FILE* in = std::fopen("/dev/null", "r");
+        SCREEN* s = newterm("linux", out, in);
+        set_term(s);
+        start_color();
+        Tesk::SetupColours();
+        return s;
+    }();
+    (void)screen;
+}
+
+// Opens the screen and puts the process-wide state back before each test.
+class ScreenTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        OpenScreen();
+        Tesk::Flags().cannotChangeColours = false;
+        Tesk::Flags().currentWindow = nullptr;
+        Tesk::Flags().idleTimeout = 600;
+        Tesk::SetHighContrastPalette(false);
+        Tesk::ResetHooks();
+        erase();
+        refresh();
+    }
+    void TearDown() override {
+        Tesk::ResetHooks();
+        Tesk::Flags().cannotChangeColours = false;
+        Tesk::SetHighContrastPalette(false);
+    }
+};
+
+inline int Pair(int background, int foreground) {
+    return Tesk::ColourPairNumber(background, foreground);
+}
+
+inline chtype Cell(WINDOW* w, int row, int column) {
+    return mvwinch(w, row, column);
+}
+inline int PairAt(WINDOW* w, int row, int column) {
+    return static_cast<int>(PAIR_NUMBER(Cell(w, row, column) & A_COLOR));
+}
+inline char CharAt(WINDOW* w, int row, int column) {
+    return static_cast<char>(Cell(w, row, column) & A_CHARTEXT);
+}
+inline std::string RowText(WINDOW* w, int row, int column = 0, int count = -1) {
+    if (count < 0) count = getmaxx(w) - column;
+    std::string text;
+    for (int i = 0; i < count; ++i) text.push_back(CharAt(w, row, column + i));
+    return text;
+}
+// The wide character of a cell, for the scroll bar's glyphs.
+inline wchar_t WideAt(WINDOW* w, int row, int column) {
+    cchar_t cell;
+    if (mvwin_wch(w, row, column, &cell) == ERR) return 0;
+    wchar_t text[CCHARW_MAX + 1] = {};
+    attr_t attrs;
+    short pair;
+    getcchar(&cell, text, &attrs, &pair, nullptr);
+    return text[0];
+}
+
+// Feeds the key reader a fixed sequence of input results; a clock that moves
+// step seconds on every reading. Running out of keys fails the test instead
+// of blocking.
+class FakeInput {
+public:
+    explicit FakeInput(std::deque<int> keys, long step = 0) : keys_(std::move(keys)), step_(step) {
+        Tesk::Hooks().now = [this] {
+            timeval now{seconds_, 0};
+            seconds_ += step_;
+            return now;
+        };
+        Tesk::Hooks().wait = [this](const timeval*) {
+            if (keys_.empty()) throw std::runtime_error("the test ran out of keys");
+            int key = keys_.front();
+            keys_.pop_front();
+            ++consumed_;
+            return key;
+        };
+    }
+    ~FakeInput() { Tesk::ResetHooks(); }
+    int consumed() const { return consumed_; }
+    std::size_t left() const { return keys_.size(); }
+
+private:
+    std::deque<int> keys_;
+    long step_;
+    long seconds_ = 1000000;
+    int consumed_ = 0;
+};
+
+}  // namespace TeskTest

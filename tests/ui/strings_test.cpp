@@ -1,0 +1,58 @@
+// The string table, including the product line built from the host.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/hostroot.h"
+#include "sim/state.h"
+#include "ui/strings.h"
+
+namespace {
+
+using Tesk::StringFactory;
+
+TEST(Strings, FixedTexts) {
+    StringFactory* table = StringFactory::GetFactory("en_US");
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(StringFactory::GetFactory("de_DE"), table);
+    EXPECT_STREQ(table->get(1), table->get(168));
+    EXPECT_STREQ(table->get(1), "Shut Down/Restart");
+    EXPECT_STREQ(table->get(3), "");
+    EXPECT_STREQ(table->get(290), "");
+    EXPECT_STREQ(table->get(0xFFFFFFFFu), "");
+    EXPECT_STREQ(table->get(289),
+                 "Please choose which Zerkel NIC should be migrated to which portgroup/switch.");
+}
+
+TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {
+    namespace fs = std::filesystem;
+    const fs::path root =
+        fs::temp_directory_path() / ("tesk-ui-strings-" + std::to_string(::getpid()));
+    fs::create_directories(root);
+    Tesk::Platform::SetHostRootForTesting(root.string());
+    Sim::Save({{"system",
+                {{"productName", "Zerkel Host"},
+                 {"productVersion", "8.0.2"},
+                 {"kernelVersion", "8.0.2"},
+                 {"buildNumber", "24022510"}}},
+               {"faults", {{"zsi.systemVersion", {{"exception", "node unreadable"}}}}}});
+
+    StringFactory* table = StringFactory::GetFactory("en_US");
+    EXPECT_STREQ(table->get(2), "");
+
+    Sim::Update([](Sim::Json& state) { state["faults"] = Sim::Json::object(); });
+    const char* line = table->get(2);
+    EXPECT_STREQ(line, "Zerkel Host 8.0.2 (Zerkel 8.0.2 Build 24022510)");
+
+    // Built once: later changes on the host do not show, the text stays put.
+    Sim::Update([](Sim::Json& state) { state["system"]["productName"] = "Other"; });
+    EXPECT_EQ(table->get(2), line);
+
+    Tesk::Platform::SetHostRootForTesting("");
+    fs::remove_all(root);
+}
+
+}  // namespace

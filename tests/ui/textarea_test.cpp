@@ -1,0 +1,163 @@
+// The drawing pass: text areas drawn into a curses screen and read back cell
+// by cell with their colours.
+#include <curses.h>
+#include <gtest/gtest.h>
+
+#include "screen.h"
+#include "ui/textarea.h"
+
+namespace {
+
+using namespace Tesk;
+using TeskTest::CharAt;
+using TeskTest::Pair;
+using TeskTest::PairAt;
+using TeskTest::RowText;
+
+class TextAreaTest : public TeskTest::ScreenTest {
+protected:
+    void SetUp() override {
+        ScreenTest::SetUp();
+        panel_ = std::make_unique<Window>(0, 0, 40, 10, ColourYellow, ColourBlack);
+    }
+    void TearDown() override {
+        panel_.reset();
+        ScreenTest::TearDown();
+    }
+    std::unique_ptr<Window> panel_;
+};
+
+TEST_F(TextAreaTest, RightAlignedTextEndsAtTheLastColumns) {
+    TextArea area(panel_.get(), 2, 1, 10, 1, ColourBlack);
+    area.setText("{align:right}OK{/align}");
+    EXPECT_EQ(RowText(area.curses(), 0), "        OK");
+    EXPECT_EQ(CharAt(area.curses(), 0, 8), 'O');
+    EXPECT_EQ(CharAt(area.curses(), 0, 9), 'K');
+    area.setText("{align:padding:6}ab{/align}cd");
+    EXPECT_EQ(RowText(area.curses(), 0), "ab    cd  ");
+}
+
+TEST_F(TextAreaTest, ColourTagsSwitchColoursAndUnknownNamesDrawBlack) {
+    TextArea area(panel_.get(), 0, 0, 20, 1, ColourYellow, ColourDarkGrey);
+    area.setText("a{color:red}b{/color}c{color:purple}d{/color}{color:black>}e");
+    WINDOW* w = area.curses();
+    EXPECT_EQ(PairAt(w, 0, 0), Pair(ColourYellow, ColourDarkGrey));
+    EXPECT_EQ(PairAt(w, 0, 1), Pair(ColourYellow, ColourRed));
+    EXPECT_EQ(PairAt(w, 0, 2), Pair(ColourYellow, ColourDarkGrey));
+    EXPECT_EQ(PairAt(w, 0, 3), Pair(ColourYellow, ColourBlack));
+    EXPECT_EQ(PairAt(w, 0, 4), Pair(ColourYellow, ColourBlack));
+    EXPECT_EQ(RowText(w, 0, 0, 5), "abcde");
+
+    area.setText("{bgcolor:white}{color:black}sel{/color}{/bgcolor}x{/color}y");
+    EXPECT_EQ(PairAt(w, 0, 0), Pair(ColourWhite, ColourBlack));
+    EXPECT_EQ(PairAt(w, 0, 3), Pair(ColourYellow, ColourDarkGrey));
+    // A closing tag without its opening tag does nothing.
+    EXPECT_EQ(RowText(w, 0, 0, 5), "selxy");
+}
+
+TEST_F(TextAreaTest, ClipsToHeightAndWidth) {
+    TextArea area(panel_.get(), 1, 1, 5, 2, ColourBlack);
+    area.setText("one\ntwo\nthree");
+    EXPECT_EQ(RowText(panel_->curses(), 1, 1, 5), "one  ");
+    EXPECT_EQ(RowText(panel_->curses(), 2, 1, 5), "two  ");
+    EXPECT_EQ(RowText(panel_->curses(), 3, 1, 5), "     ");
+    // Trailing spaces past the edge never spill over the area.
+    area.setText("abcd       efgh");
+    EXPECT_EQ(RowText(panel_->curses(), 1, 0, 8), " abcd   ");
+    EXPECT_EQ(RowText(panel_->curses(), 2, 1, 5), "efgh ");
+}
+
+TEST_F(TextAreaTest, MalformedMarkupDrawsWhatItCan) {
+    TextArea area(panel_.get(), 0, 0, 20, 1, ColourBlack);
+    area.setText("ab}c{color:red never closed");
+    EXPECT_EQ(RowText(area.curses(), 0, 0, 6), "ab}c  ");
+    area.setText("{{}x}");
+    EXPECT_EQ(RowText(area.curses(), 0, 0, 4), "{x} ");
+}
+
+TEST_F(TextAreaTest, InactiveAreasIgnoreColourTags) {
+    TextArea area(panel_.get(), 0, 0, 20, 1, ColourYellow, ColourBlack);
+    area.setText("a{color:red}b");
+    panel_->setActive(false);
+    EXPECT_FALSE(area.isActive());
+    EXPECT_EQ(PairAt(area.curses(), 0, 0), Pair(ColourBlack, ColourDarkGrey));
+    EXPECT_EQ(PairAt(area.curses(), 0, 1), Pair(ColourBlack, ColourDarkGrey));
+    panel_->setActive(true);
+    EXPECT_EQ(PairAt(area.curses(), 0, 1), Pair(ColourYellow, ColourRed));
+}
+
+TEST_F(TextAreaTest, MonochromeShowsDarkBackgroundsInStandout) {
+    Flags().cannotChangeColours = true;
+    Window light(0, 0, 20, 2, ColourYellow, ColourBlack);
+    TextArea area(&light, 0, 0, 20, 1, ColourBlack);
+    area.setText("a{bgcolor:black}b{/bgcolor}c{bgcolor:dark-grey}d{bgcolor:white}e");
+    WINDOW* w = area.curses();
+    EXPECT_FALSE(TeskTest::Cell(w, 0, 0) & A_STANDOUT);
+    EXPECT_TRUE(TeskTest::Cell(w, 0, 1) & A_STANDOUT);
+    EXPECT_FALSE(TeskTest::Cell(w, 0, 2) & A_STANDOUT);
+    EXPECT_TRUE(TeskTest::Cell(w, 0, 3) & A_STANDOUT);
+    EXPECT_FALSE(TeskTest::Cell(w, 0, 4) & A_STANDOUT);
+    // A dimmed window is a dark panel too.
+    light.setActive(false);
+    EXPECT_TRUE(TeskTest::Cell(w, 0, 0) & A_STANDOUT);
+}
+
+TEST_F(TextAreaTest, HighContrastPushesTextToBlackOrWhite) {
+    SetHighContrastPalette(true);
+    TextArea light(panel_.get(), 0, 0, 20, 1, ColourYellow, ColourDarkGrey);
+    light.setText("a{color:light-grey}b{color:red}c");
+    EXPECT_EQ(PairAt(light.curses(), 0, 0), Pair(ColourYellow, ColourBlack));
+    EXPECT_EQ(PairAt(light.curses(), 0, 1), Pair(ColourYellow, ColourBlack));
+    EXPECT_EQ(PairAt(light.curses(), 0, 2), Pair(ColourYellow, ColourRed));
+    TextArea dark(panel_.get(), 0, 1, 20, 1, ColourDarkGrey, ColourLightGrey);
+    dark.setText("a");
+    EXPECT_EQ(PairAt(dark.curses(), 0, 0), Pair(ColourBlack, ColourWhite));
+    // Dimmed windows stay dim.
+    panel_->setActive(false);
+    EXPECT_EQ(PairAt(dark.curses(), 0, 0), Pair(ColourBlack, ColourDarkGrey));
+}
+
+TEST_F(TextAreaTest, LongTextsScrollByPageWithHints) {
+    TextArea area(panel_.get(), 0, 0, 30, 4, ColourBlack);
+    area.setScrollHints(true);
+    area.setText("l0\nl1\nl2\nl3\nl4\nl5\nl6");
+    WINDOW* w = area.curses();
+    EXPECT_EQ(area.pageHeight(), 3);
+    EXPECT_EQ(RowText(w, 0, 0, 2), "l0");
+    EXPECT_EQ(RowText(w, 3), std::string(19, ' ') + "<Page Down>");
+    EXPECT_FALSE(area.pageUp());
+    EXPECT_TRUE(area.pageDown());
+    EXPECT_EQ(RowText(w, 0, 0, 2), "l3");
+    EXPECT_EQ(RowText(w, 3), std::string(8, ' ') + "<Page Up>  <Page Down>");
+    EXPECT_TRUE(area.handleScrollKey(KEY_NPAGE));
+    EXPECT_EQ(RowText(w, 0, 0, 2), "l6");
+    EXPECT_EQ(RowText(w, 1, 0, 2), "  ");
+    EXPECT_EQ(RowText(w, 3), std::string(21, ' ') + "<Page Up>");
+    EXPECT_FALSE(area.pageDown());
+    EXPECT_TRUE(area.handleScrollKey(KEY_PPAGE));
+    EXPECT_EQ(RowText(w, 0, 0, 2), "l3");
+    EXPECT_FALSE(area.handleScrollKey('x'));
+    // New text starts at the top again; a text that fits shows no hint.
+    area.setText("short");
+    EXPECT_EQ(area.scrollOffset(), 0);
+    EXPECT_EQ(RowText(w, 3), std::string(30, ' '));
+}
+
+TEST_F(TextAreaTest, ScrolledTextKeepsColoursOpenedAboveTheView) {
+    TextArea area(panel_.get(), 0, 0, 10, 2, ColourBlack);
+    area.setText("{color:red}a\nb\nc{/color}d\ne");
+    area.pageDown();
+    EXPECT_EQ(RowText(area.curses(), 0, 0, 2), "cd");
+    EXPECT_EQ(PairAt(area.curses(), 0, 0), Pair(ColourYellow, ColourRed));
+    EXPECT_EQ(PairAt(area.curses(), 0, 1), Pair(ColourYellow, ColourBlack));
+}
+
+TEST_F(TextAreaTest, AppendingLaysOutTheWholeText) {
+    TextArea area(panel_.get(), 0, 0, 10, 2, ColourBlack);
+    area.setText("hello");
+    area.appendText(" world foo");
+    EXPECT_EQ(RowText(area.curses(), 0), "hello     ");
+    EXPECT_EQ(RowText(area.curses(), 1), "world foo ");
+}
+
+}  // namespace

@@ -1,0 +1,163 @@
+// Windows and dialogs: geometry and colours read back from the screen, the
+// modal run with its current-window bookkeeping, and the idle timeout.
+#include <curses.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "app/keys.h"
+#include "screen.h"
+#include "ui/dialog.h"
+#include "ui/footers.h"
+
+namespace {
+
+using namespace Tesk;
+using TeskTest::FakeInput;
+using TeskTest::Pair;
+using TeskTest::PairAt;
+using TeskTest::RowText;
+
+class WindowTest : public TeskTest::ScreenTest {};
+
+// A dialog whose run() is given by the test.
+class ProbeDialog : public Dialog {
+public:
+    ProbeDialog(Window* opener, int width, int height, int upper, std::function<int()> body)
+        : Dialog(opener, width, height, upper), body_(std::move(body)) {}
+    int run() override { return body_(); }
+
+private:
+    std::function<int()> body_;
+};
+
+TEST_F(WindowTest, DialogBandsAndAreasHaveTheirPlacesAndColours) {
+    ProbeDialog d(nullptr, 60, 16, 9, [] { return 0; });
+    d.setActive(true);
+    d.setTitle("Title");
+    d.setBody("Body text");
+    d.setFooter(Footer::kOkCancel);
+    EXPECT_EQ(d.x(), (COLS - 60) / 2);
+    EXPECT_EQ(d.y(), (LINES - 16) / 2);
+    WINDOW* w = d.curses();
+    // Title at (3, 1) white, body at (3, 3) light-grey, both on dark-grey.
+    EXPECT_EQ(RowText(w, 1, 3, 5), "Title");
+    EXPECT_EQ(PairAt(w, 1, 3), Pair(ColourDarkGrey, ColourWhite));
+    EXPECT_EQ(RowText(w, 3, 3, 9), "Body text");
+    EXPECT_EQ(PairAt(w, 3, 3), Pair(ColourDarkGrey, ColourLightGrey));
+    EXPECT_EQ(PairAt(w, 2, 30), Pair(ColourDarkGrey, ColourWhite));
+    // The lower band is yellow; the footer sits on its second-to-last row,
+    // keys in black and actions in dark-grey, right-aligned.
+    EXPECT_EQ(PairAt(w, 9, 30), Pair(ColourYellow, ColourWhite));
+    const int footerRow = 9 + 7 - 2;
+    EXPECT_EQ(RowText(w, footerRow, 2, 56), std::string(32, ' ') + "<Enter> OK  <Esc> Cancel");
+    EXPECT_EQ(PairAt(w, footerRow, 34), Pair(ColourYellow, ColourBlack));
+    EXPECT_EQ(PairAt(w, footerRow, 42), Pair(ColourYellow, ColourDarkGrey));
+    // The item area: (2, 1) in the lower band, yellow with dark-grey text.
+    ASSERT_NE(d.itemArea(), nullptr);
+    EXPECT_EQ(d.itemArea()->x(), d.x() + 2);
+    EXPECT_EQ(d.itemArea()->y(), d.y() + 9 + 1);
+    EXPECT_EQ(d.itemArea()->width(), 56);
+    EXPECT_EQ(d.itemArea()->height(), 3);
+    EXPECT_EQ(d.itemArea()->foreground(), ColourDarkGrey);
+}
+
+TEST_F(WindowTest, ItemAreaOnlyWhenTheLowerBandHasRoom) {
+    ProbeDialog small(nullptr, 40, 10, 6, [] { return 0; });
+    EXPECT_EQ(small.itemArea(), nullptr);
+    ProbeDialog room(nullptr, 40, 11, 6, [] { return 0; });
+    ASSERT_NE(room.itemArea(), nullptr);
+    EXPECT_EQ(room.itemArea()->height(), 1);
+    // Too wide for the screen: placed at a negative column, nothing clamps
+    // it, and it still works without a curses window.
+    ProbeDialog wide(nullptr, COLS + 10, 10, 6, [] { return 7; });
+    EXPECT_EQ(wide.x(), -5);
+    wide.setTitle("x");
+    EXPECT_EQ(Tesk::Run(wide), 7);
+}
+
+TEST_F(WindowTest, OpenerIsDimmedWhileADialogRunsAndRestoredAfter) {
+    Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
+    TextArea text(&screen, 1, 1, 20, 1, ColourBlack);
+    text.setText("behind");
+    screen.setActive(true);
+    bool checked = false;
+    ProbeDialog d(&screen, 30, 10, 6, [&] {
+        EXPECT_FALSE(screen.isActive());
+        EXPECT_TRUE(d.isActive());
+        EXPECT_EQ(Flags().currentWindow, &d);
+        EXPECT_EQ(PairAt(screen.curses(), 1, 1), Pair(ColourBlack, ColourDarkGrey));
+        EXPECT_EQ(PairAt(screen.curses(), 0, 0), Pair(ColourBlack, ColourDarkGrey));
+        checked = true;
+        return 42;
+    });
+    EXPECT_EQ(Tesk::Run(d), 42);
+    EXPECT_TRUE(checked);
+    EXPECT_TRUE(screen.isActive());
+    EXPECT_EQ(Flags().currentWindow, &screen);
+    EXPECT_EQ(PairAt(screen.curses(), 1, 1), Pair(ColourYellow, ColourBlack));
+    EXPECT_EQ(RowText(screen.curses(), 1, 1, 6), "behind");
+}
+
+TEST_F(WindowTest, TimeoutLeavesNoWindowCurrentAndTheOpenerDimmed) {
+    Flags().idleTimeout = 60;
+    FakeInput input({'a', 'b'}, 1000);
+    Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
+    NotificationDialog d(&screen, "Title", "Body");
+    EXPECT_THROW(Tesk::Run(d), TeskTimeout);
+    EXPECT_EQ(Flags().currentWindow, nullptr);
+    EXPECT_FALSE(screen.isActive());
+    EXPECT_EQ(input.consumed(), 0);
+}
+
+TEST_F(WindowTest, NotificationWaitsForEnterOnly) {
+    FakeInput input({KeyEscape, 'x', KEY_F(2), KeyEnter, 'z'});
+    Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
+    NotificationDialog d(&screen, "Saved", "All {color:red}done{/color}.");
+    EXPECT_EQ(Tesk::Run(d), 1);
+    EXPECT_EQ(input.left(), 1u);
+    EXPECT_EQ(d.title(), "Saved");
+    EXPECT_EQ(RowText(d.curses(), 1, 3, 5), "Saved");
+    EXPECT_EQ(RowText(d.curses(), 8, 58, 10), "<Enter> OK");
+}
+
+TEST_F(WindowTest, MessageDialogTakesItsTextsFromTheStringTable) {
+    FakeInput input({KeyEnter});
+    MessageDialog d(nullptr, 151, 152);
+    EXPECT_EQ(d.width(), 70);
+    EXPECT_EQ(d.height(), 10);
+    EXPECT_EQ(d.body(), "Invalid login or password.");
+    EXPECT_EQ(Tesk::Run(d), 1);
+    EXPECT_EQ(RowText(d.curses(), 1, 3, 21), "Authentication failed");
+    EXPECT_EQ(RowText(d.curses(), 3, 3, 26), "Invalid login or password.");
+}
+
+TEST_F(WindowTest, TopLevelWindowsSaveAndRestoreTheCursor) {
+    Window w(0, 0, 10, 5, ColourBlack, ColourWhite);
+    SetCursorVisible(true);
+    Cursor().column = 4;
+    Cursor().row = 3;
+    w.setActive(false);
+    EXPECT_FALSE(Cursor().visible);
+    Cursor().column = 0;
+    w.setActive(true);
+    EXPECT_TRUE(Cursor().visible);
+    EXPECT_EQ(Cursor().column, 4);
+    EXPECT_EQ(Cursor().row, 3);
+    SetCursorVisible(false);
+}
+
+TEST_F(WindowTest, ChildrenTakeTheParentsColoursAndDetachOnDestruction) {
+    Window parent(2, 3, 20, 5, ColourYellow, ColourBlack);
+    {
+        Window child(&parent, 1, 1, 5, 2, -1, ColourRed);
+        EXPECT_EQ(child.x(), 3);
+        EXPECT_EQ(child.y(), 4);
+        EXPECT_EQ(child.background(), ColourYellow);
+        EXPECT_EQ(child.foreground(), ColourRed);
+        EXPECT_EQ(parent.children().size(), 1u);
+    }
+    EXPECT_TRUE(parent.children().empty());
+}
+
+}  // namespace

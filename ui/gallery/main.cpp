@@ -1,0 +1,233 @@
+// tesk-gallery: a screen to try the toolkit's widgets with real keys. It starts
+// through the console's own curses set-up, so colours, keys and dimming behave
+// exactly as in the console.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/event_loop.h"
+#include "app/flags.h"
+#include "app/keys.h"
+#include "app/startup.h"
+#include "ui/carousel.h"
+#include "ui/dialog.h"
+#include "ui/footers.h"
+#include "ui/items.h"
+#include "ui/palette.h"
+
+namespace {
+
+using namespace Tesk;
+
+// A made-up kernel NIC for the carousel.
+struct SampleNic {
+    std::string name, mac, portset, portgroup;
+    std::string GetLabel() const { return "Zerkel NIC Name: " + name; }
+    std::string GetTitle() const { return "Zerkel NIC Details"; }
+    std::string GetDetails() const {
+        return "Name: " + name + "\nMAC Address: " + mac + "\nPortset: " + portset +
+               "\nPortgroup: " + portgroup;
+    }
+    std::string GetFooter() const { return std::string(Footer::kOk) + "  "; }
+};
+
+using NicCarousel = CarouselRadioItem<SampleNic>;
+
+// Every item kind in one list, more items than rows so that it scrolls.
+class ItemsDialog : public Dialog {
+public:
+    explicit ItemsDialog(Window* opener) : Dialog(opener, 70, 22, 7) {
+        Window* area = itemArea();
+        list_ = std::make_unique<ItemList>(area, 0, 0, area->width(), area->height());
+        list_->emplace<LabelItem>("Check boxes");
+        list_->emplace<CheckItem>("Enable lockdown mode", false);
+        list_->emplace<CheckItem>("Collect extra troubleshooting information", true, 2);
+        list_->emplace<LabelItem>("");
+        radios_[0] = &list_->emplace<RadioItem>("Disable IPv4 configuration", false);
+        radios_[1] = &list_->emplace<RadioItem>("Use dynamic IPv4 address", true);
+        radios_[2] = &list_->emplace<RadioItem>("Set static IPv4 address:", false);
+        list_->emplace<InputItem>("IPv4 Address", "192.168.20.15", 20);
+        list_->emplace<InputItem>("Subnet Mask", "255.255.255.0", 20);
+        list_->emplace<InputItem>("Default Gateway", "192.168.20.1", 20);
+        auto& password = list_->emplace<InputItem>("Password:", "secret", -1);
+        password.setMasked(true);
+        auto& host = list_->emplace<InputItem>("Hostname (dark field)",
+                                               "a-rather-long-host-name.example.test", 16);
+        host.setLightHighlight(false);
+        list_->emplace<LabelItem>("Unavailable choice (disabled, skipped)", true).setEnabled(false);
+        list_->emplace<LabelItem>("");
+        list_->emplace<NicCarousel>(
+            std::vector<SampleNic>{{"zk0", "00:50:56:01:aa:10", "vSwitch0", "Management Network"},
+                                   {"zk1", "00:50:56:01:aa:11", "vSwitch1", "Storage"},
+                                   {"zk2", "00:50:56:01:aa:12", "qDS-lab", "vMotion"}},
+            true);
+        list_->emplace<LabelItem>("");
+        list_->emplace<LabelItem>(
+            "{color:red}Red text{/color} and {color:white}white text{/color}");
+        list_->emplace<LabelItem>("{align:right}a right-aligned line{/align}");
+    }
+
+    int run() override {
+        setTitle("Widget Gallery: Items");
+        setBody(
+            "Up/Down select, Space toggles, type into fields (Home, End, Left, Right, Backspace, "
+            "Delete). On the carousel: Left/Right change the entry, D shows its details.");
+        setFooter(Footer::kSelectToggleOkCancel);
+        list_->draw();
+        for (;;) {
+            int key = ReadKey(this, false);
+            Item* item = list_->selected();
+            auto* input = dynamic_cast<InputItem*>(item);
+            auto* carousel = dynamic_cast<NicCarousel*>(item);
+            if (key == KeyEscape) return 0;
+            if (key == KeyEnter) {
+                showSummary();
+            } else if (key == KEY_UP) {
+                list_->moveUp();
+            } else if (key == KEY_DOWN || key == KeyTab) {
+                list_->moveDown();
+            } else if (carousel && (key == KEY_LEFT || key == KEY_RIGHT)) {
+                key == KEY_LEFT ? carousel->previous() : carousel->next();
+            } else if (carousel && (key == 'd' || key == 'D')) {
+                carousel->showDetails(this);
+            } else if (key == ' ' && !input) {
+                toggle(item);
+            } else if (input) {
+                input->handleKey(key);
+            }
+            list_->draw();
+        }
+    }
+
+private:
+    void toggle(Item* item) {
+        if (auto* check = dynamic_cast<CheckItem*>(item)) check->toggle();
+        for (RadioItem* radio : radios_)
+            if (radio == item)
+                for (RadioItem* other : radios_) other->setChosen(other == item);
+    }
+
+    void showSummary() {
+        std::string text;
+        for (std::size_t i = 0; i < list_->size(); ++i) {
+            if (auto* input = dynamic_cast<InputItem*>(&list_->at(i)))
+                text += input->label() + " " +
+                        (input->masked() ? std::string(input->value().size(), '*')
+                                         : EscapeMarkup(input->value())) +
+                        "\n";
+        }
+        NotificationDialog summary(this, "Values entered", text, 70, 14, 11);
+        Run(summary);
+    }
+
+    RadioItem* radios_[3] = {};
+    std::unique_ptr<ItemList> list_;
+};
+
+std::string LongText() {
+    std::string text =
+        "{align:center}{color:white}A long text that scrolls by page{/color}{/align}\n\n"
+        "This pane holds more text than fits. Page Down and Page Up move through it one page at a "
+        "time; the last row names the keys that still lead somewhere.\n\n";
+    const char* colours[] = {"white", "yellow", "red", "light-grey", "black", "purple"};
+    for (int i = 1; i <= 24; ++i) {
+        const char* colour = colours[i % 6];
+        text +=
+            "{align:padding:12}Line " + std::to_string(i) + "{/align}{color:" + colour + "}" +
+            colour + "{/color} {align:right}wrapped words and a long word: " +
+            "abcdefghijklmnopqrstuvwxyz0123456789abcdefghijklmnopqrstuvwxyz0123456789{/align}\n";
+    }
+    text += "\n{align:right}The end.{/align}";
+    return text;
+}
+
+class LongTextDialog : public Dialog {
+public:
+    explicit LongTextDialog(Window* opener) : Dialog(opener, 76, 23, 19) {
+        bodyArea().setScrollHints(true);
+    }
+    int run() override {
+        setTitle("Widget Gallery: Long Text");
+        setBody(LongText());
+        setFooter(Footer::kOk);
+        for (;;) {
+            int key = ReadKey(this, false);
+            if (key == KeyEnter || key == KeyEscape) return 1;
+            bodyArea().handleScrollKey(key);
+        }
+    }
+};
+
+// The bottom window: a menu of what there is to try.
+class GalleryWindow : public Frame {
+public:
+    GalleryWindow() : Frame(nullptr, 0, 0, COLS, LINES, ColourBlack, ColourWhite) {
+        upper_ = std::make_unique<Window>(this, 0, 0, COLS, LINES / 2, ColourDarkGrey, ColourWhite);
+        lower_ = std::make_unique<Window>(this, 0, LINES / 2, COLS, (LINES + 1) / 2, ColourYellow,
+                                          ColourWhite);
+        title_ = std::make_unique<TextArea>(upper_.get(), 8, 3, COLS - 16, 2, ColourWhite);
+        menu_ = std::make_unique<TextArea>(lower_.get(), 8, 1, COLS - 16, lower_->height() - 3,
+                                           ColourBlack);
+        footer_ = std::make_unique<TextArea>(lower_.get(), 2, lower_->height() - 2, COLS - 4, 1,
+                                             ColourBlack);
+    }
+
+    int run() override {
+        for (;;) {
+            show();
+            int key = ReadKey(this, false);
+            if (key == KeyEscape || key == 'q' || key == 'Q') return 0;
+            if (key == KeyEnter || key == 'i' || key == 'I') {
+                ItemsDialog dialog(this);
+                Run(dialog);
+            } else if (key == 't' || key == 'T') {
+                LongTextDialog dialog(this);
+                Run(dialog);
+            } else if (key == 'n' || key == 'N') {
+                NotificationDialog dialog(this, "Notification",
+                                          "Only {color:black}<Enter>{/color} closes this dialog; "
+                                          "Esc and every other key are ignored.");
+                Run(dialog);
+            } else if (key == 'm' || key == 'M') {
+                MessageDialog dialog(this, 151, 152);
+                Run(dialog);
+            } else if (key == KEY_F(4) && !Flags().cannotChangeColours) {
+                SetHighContrastPalette(!HighContrastPalette());
+            }
+            clearok(curscr, TRUE);
+        }
+    }
+
+private:
+    void show() {
+        setActive(true);
+        title_->setText(std::string("{align:center}TESK widget gallery{/align}\n{align:center}") +
+                        strings().get(2) + "{/align}");
+        menu_->setText(
+            "{color:black}<Enter>{/color} {color:dark-grey}Items: check boxes, radio buttons, "
+            "fields, a carousel{/color}\n"
+            "{color:black}<T>{/color} {color:dark-grey}A long text that scrolls{/color}\n"
+            "{color:black}<N>{/color} {color:dark-grey}Notification dialog{/color}\n"
+            "{color:black}<M>{/color} {color:dark-grey}Message dialog from the string "
+            "table{/color}\n"
+            "{color:black}<F4>{/color} {color:dark-grey}High-contrast palette: {/color}" +
+            std::string(HighContrastPalette() ? "on" : "off") +
+            "\n\nWait a minute without a key to see the screen dim.");
+        footer_->setText(
+            "{color:black}<F4>{/color} {color:dark-grey}Palette{/color}{align:right}"
+            "{color:black}<Esc>{/color} {color:dark-grey}Quit{/color}{/align}");
+        redraw();
+    }
+
+    std::unique_ptr<Window> upper_;
+    std::unique_ptr<Window> lower_;
+    std::unique_ptr<TextArea> title_;
+    std::unique_ptr<TextArea> menu_;
+    std::unique_ptr<TextArea> footer_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return Tesk::RunConsole(argc, argv, [] { return std::make_unique<GalleryWindow>(); });
+}

@@ -1,0 +1,352 @@
+#include "ui/items.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "app/keys.h"
+#include "ui/markup.h"
+
+namespace Tesk {
+
+// Item ------------------------------------------------------------------
+
+void Item::setSelected(bool selected) {
+    if (selected == selected_) return;
+    selected_ = selected;
+    selectionChanged();
+}
+
+void Item::setEnabled(bool enabled) {
+    enabled_ = enabled;
+    foreground_ = enabled ? ColourBlack : ColourDarkGrey;
+}
+
+LabelItem::LabelItem(std::string label, bool selectable)
+    : Item(selectable), label_(std::move(label)) {
+    text_ = label_;
+}
+
+void LabelItem::setLabel(std::string label) {
+    label_ = std::move(label);
+    rebuild();
+}
+
+CheckItem::CheckItem(std::string label, bool checked, int indent)
+    : LabelItem(std::move(label), true), checked_(checked), indent_(std::max(indent, 0)) {
+    rebuild();
+}
+
+void CheckItem::setChecked(bool checked) {
+    checked_ = checked;
+    rebuild();
+}
+
+void CheckItem::rebuild() {
+    text_.assign(static_cast<std::size_t>(indent_), ' ');
+    text_ += checked_ ? "[X] " : "[ ] ";
+    text_ += label_;
+}
+
+RadioItem::RadioItem(std::string label, bool chosen)
+    : Item(true), label_(std::move(label)), chosen_(chosen) {
+    rebuild();
+}
+
+void RadioItem::setChosen(bool chosen) {
+    chosen_ = chosen;
+    rebuild();
+}
+
+void RadioItem::setLabel(std::string label) {
+    label_ = std::move(label);
+    rebuild();
+}
+
+void RadioItem::rebuild() {
+    text_ = (chosen_ ? "(o) " : "( ) ") + label_;
+}
+
+// InputItem -------------------------------------------------------------
+
+InputItem::InputItem(std::string label, std::string value, int fieldWidth)
+    : Item(true), label_(std::move(label)), value_(std::move(value)), fieldWidth_(fieldWidth) {
+    rebuild();
+}
+
+int InputItem::fieldWidth() const {
+    int width = fieldWidth_ < 0 ? listWidth() / 2 - 1 : fieldWidth_;
+    return std::max(width, 0);
+}
+
+void InputItem::setValue(std::string value) {
+    value_ = std::move(value);
+    cursor_ = 0;
+    offset_ = 0;
+    rebuild();
+}
+
+void InputItem::setMasked(bool masked) {
+    masked_ = masked;
+    rebuild();
+}
+
+void InputItem::setLightHighlight(bool light) {
+    lightHighlight_ = light;
+    rebuild();
+}
+
+void InputItem::setSelected(bool selected) {
+    Item::setSelected(selected);
+    rebuild();
+}
+
+void InputItem::draw(TextArea& row) {
+    rebuild();
+    row.setText(text_);
+}
+
+int InputItem::cursorColumn() const {
+    const int width = fieldWidth();
+    const int gap = std::max(0, listWidth() - 5 - width - static_cast<int>(label_.size()));
+    const int inField = std::clamp(cursor_ - offset_, 0, width);
+    return static_cast<int>(label_.size()) + gap + 3 + inField;
+}
+
+void InputItem::rebuild() {
+    const int width = fieldWidth();
+    const int gap = std::max(0, listWidth() - 5 - width - static_cast<int>(label_.size()));
+    std::string visible;
+    if (offset_ < static_cast<int>(value_.size()))
+        visible = value_.substr(static_cast<std::size_t>(offset_), static_cast<std::size_t>(width));
+    const std::size_t padding = static_cast<std::size_t>(width) - visible.size();
+    if (masked_) visible.assign(visible.size(), '*');
+
+    text_ = label_;
+    text_.append(static_cast<std::size_t>(gap), ' ');
+    text_ += " [ ";
+    if (selected())
+        text_ += lightHighlight_ ? "{bgcolor:white}{color:black}" : "{bgcolor:black}{color:white}";
+    text_ += EscapeMarkup(visible);
+    text_.append(padding, ' ');
+    if (selected()) text_ += "{/color}{/bgcolor}";
+    text_ += " ]";
+}
+
+void InputItem::keepCursorInView() {
+    const int width = fieldWidth();
+    if (width > 0 && cursor_ - offset_ >= width) offset_ = cursor_ - width + 1;
+}
+
+bool InputItem::handleKey(int key) {
+    const int length = static_cast<int>(value_.size());
+    switch (key) {
+        case KEY_HOME:
+            cursor_ = 0;
+            offset_ = 0;
+            fresh_ = false;
+            break;
+        case KEY_END:
+            if (length > 0) cursor_ = length;
+            keepCursorInView();
+            fresh_ = false;
+            break;
+        case KEY_LEFT:
+            if (cursor_ > 0) {
+                if (cursor_ == offset_) --offset_;
+                --cursor_;
+            }
+            fresh_ = false;
+            break;
+        case KEY_RIGHT:
+            if (cursor_ < length) ++cursor_;
+            keepCursorInView();
+            fresh_ = false;
+            break;
+        case KeyBackspaceByte:
+        case KEY_BACKSPACE:
+            if (fresh_) {
+                value_.clear();
+                cursor_ = offset_ = 0;
+                fresh_ = false;
+            } else if (cursor_ > 0) {
+                value_.erase(static_cast<std::size_t>(cursor_ - 1), 1);
+                --cursor_;
+                if (cursor_ < offset_) {
+                    // Deleting past the left edge of the view shows the whole
+                    // value from its start again, cursor at the end.
+                    offset_ = 0;
+                    cursor_ = static_cast<int>(value_.size());
+                }
+            }
+            break;
+        case KEY_DC:
+            if (fresh_) {
+                value_.clear();
+                cursor_ = offset_ = 0;
+                fresh_ = false;
+            } else if (cursor_ < length) {
+                value_.erase(static_cast<std::size_t>(cursor_), 1);
+            }
+            break;
+        default:
+            if (key < 0 || key > 255 || !std::isprint(key)) return false;
+            if (fresh_) {
+                value_.assign(1, static_cast<char>(key));
+                cursor_ = 1;
+                offset_ = 0;
+                fresh_ = false;
+            } else {
+                value_.insert(static_cast<std::size_t>(cursor_), 1, static_cast<char>(key));
+                ++cursor_;
+            }
+            keepCursorInView();
+            break;
+    }
+    rebuild();
+    return true;
+}
+
+// ItemList --------------------------------------------------------------
+
+ItemList::ItemList(Window* parent, int x, int y, int width, int height)
+    : Window(parent, x, y, width, height, -1, -1), rows_(std::max(height, 0)) {
+    listArea_ = std::make_unique<Window>(this, 0, 0, width - 1, height, -1, -1);
+    scrollColumn_ = std::make_unique<Window>(this, width - 1, 0, 1, height, -1, -1);
+    for (int i = 0; i < rows_; ++i) {
+        rowWindows_.push_back(
+            std::make_unique<Window>(listArea_.get(), 0, i, width - 1, 1, -1, -1));
+        rowTexts_.push_back(
+            std::make_unique<TextArea>(rowWindows_.back().get(), 1, 0, width - 3, 1, -1, -1));
+    }
+}
+
+ItemList::~ItemList() = default;
+
+Item& ItemList::add(std::unique_ptr<Item> item) {
+    item->setListWidth(width() - 3);
+    items_.push_back(std::move(item));
+    return *items_.back();
+}
+
+Item* ItemList::selected() {
+    if (selected_ < 0 || selected_ >= static_cast<int>(items_.size())) return nullptr;
+    return items_[static_cast<std::size_t>(selected_)].get();
+}
+
+bool ItemList::selectable(int index) const {
+    const Item& item = *items_[static_cast<std::size_t>(index)];
+    return item.selectable() && item.enabled();
+}
+
+void ItemList::select(int index) {
+    selected_ = index;
+    if (index < top_) top_ = index;
+    if (index >= top_ + rows_) top_ = index - rows_ + 1;
+    if (top_ < 0) top_ = 0;
+}
+
+void ItemList::selectByOrdinal(int n) {
+    int ordinal = -1;
+    for (int i = 0; i < static_cast<int>(items_.size()); ++i) {
+        if (!items_[static_cast<std::size_t>(i)]->selectable()) continue;
+        if (++ordinal == n) {
+            ordinal_ = n;
+            select(i);
+            return;
+        }
+    }
+}
+
+bool ItemList::moveDown() {
+    int ordinal = ordinal_;
+    for (int i = selected_ + 1; i < static_cast<int>(items_.size()); ++i) {
+        if (items_[static_cast<std::size_t>(i)]->selectable()) ++ordinal;
+        if (selectable(i)) {
+            ordinal_ = ordinal;
+            select(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ItemList::moveUp() {
+    int ordinal = ordinal_;
+    for (int i = selected_ - 1; i >= 0; --i) {
+        if (items_[static_cast<std::size_t>(i)]->selectable()) --ordinal;
+        if (selectable(i)) {
+            ordinal_ = ordinal;
+            select(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+void ItemList::draw() {
+    // A list shown before anything was selected starts on its first choice.
+    if (selected_ < 0) moveDown();
+    if (listArea_->curses()) werase(listArea_->curses());
+    // Items scrolled out of view learn that they lost the selection too.
+    for (std::size_t i = 0; i < items_.size(); ++i)
+        items_[i]->setSelected(static_cast<int>(i) == selected_);
+    for (int row = 0; row < rows_; ++row) {
+        TextArea& text = *rowTexts_[static_cast<std::size_t>(row)];
+        Window& rowWindow = *rowWindows_[static_cast<std::size_t>(row)];
+        const int index = top_ + row;
+        if (index >= static_cast<int>(items_.size())) {
+            rowWindow.setColours(listArea_->background(), listArea_->foreground());
+            text.setColours(listArea_->background(), listArea_->foreground());
+            text.setText("");
+            continue;
+        }
+        Item& item = *items_[static_cast<std::size_t>(index)];
+        const bool isSelected = index == selected_;
+        const int bg = isSelected ? ColourBlack : item.background();
+        const int fg = isSelected ? ColourWhite : item.foreground();
+        rowWindow.setColours(bg, fg);
+        text.setColours(bg, fg);
+        if (!isSelected) item.draw(text);
+    }
+    drawScrollBar();
+    listArea_->redraw();
+    if (Item* item = selected(); item && selectedRow() >= 0 && selectedRow() < rows_) {
+        item->draw(*rowTexts_[static_cast<std::size_t>(selectedRow())]);
+    }
+    redraw();
+    placeCursor();
+}
+
+void ItemList::drawScrollBar() {
+    WINDOW* column = scrollColumn_->curses();
+    if (!column) return;
+    werase(column);
+    if (hasScrollBar()) {
+        const int count = static_cast<int>(items_.size());
+        const int percent = top_ * 100 / (count - rows_);
+        const int thumb = std::clamp(percent * (rows_ - 1) / 100, 0, rows_ - 1);
+        wattrset(column, A_NORMAL);
+        for (int row = 0; row < rows_; ++row) mvwaddstr(column, row, 0, row == thumb ? "█" : "▓");
+    }
+    scrollColumn_->redraw();
+}
+
+void ItemList::placeCursor() {
+    auto* input = dynamic_cast<InputItem*>(selected());
+    const int row = selectedRow();
+    if (!input || !isActive() || row < 0 || row >= rows_) {
+        if (Cursor().visible) SetCursorVisible(false);
+        return;
+    }
+    TextArea& text = *rowTexts_[static_cast<std::size_t>(row)];
+    const int column = std::clamp(input->cursorColumn(), 0, std::max(text.width() - 1, 0));
+    Cursor().column = text.x() + column;
+    Cursor().row = text.y();
+    SetCursorVisible(true);
+    if (text.curses()) {
+        wmove(text.curses(), 0, column);
+        wrefresh(text.curses());
+    }
+}
+
+}  // namespace Tesk

@@ -1,0 +1,33 @@
+// The numbered fixed texts of the screens.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace Tesk {
+
+class StringFactory {
+public:
+    virtual ~StringFactory() = default;
+    // The text with that id; valid for the life of the process. Unknown ids
+    // give the empty text.
+    virtual const char* get(std::uint32_t id) = 0;
+
+    // The process-wide table. The first call decides which: "en_US" makes the
+    // English table, any other locale gives none (null) while none exists;
+    // once one exists it is returned whatever the name.
+    static StringFactory* GetFactory(std::string_view locale);
+};
+
+// The English table, ids 0 to 289. Id 2 is the product line, built from the
+// system-version node on first use and kept; while the node cannot be read it
+// is empty and the next request tries again.
+class en_US_Factory : public StringFactory {
+public:
+    static constexpr std::uint32_t kCount = 290;
+    static constexpr std::uint32_t kProductLine = 2;
+
+    const char* get(std::uint32_t id) override;
+};
+
+}  // namespace Tesk
