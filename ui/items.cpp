@@ -1,5 +1,7 @@
 #include "ui/items.h"
 
+#include <string.h>
+
 #include <algorithm>
 #include <cctype>
 
@@ -83,6 +85,16 @@ void InputItem::setValue(std::string value) {
     cursor_ = 0;
     offset_ = 0;
     rebuild();
+}
+
+void InputItem::setLabel(std::string label) {
+    label_ = std::move(label);
+    rebuild();
+}
+
+void InputItem::wipe() {
+    if (!value_.empty()) ::explicit_bzero(value_.data(), value_.size());
+    setValue(std::string());
 }
 
 void InputItem::setMasked(bool masked) {

@@ -114,6 +114,9 @@ public:
     const std::string& value() const { return value_; }
     void setValue(std::string value);
     const std::string& label() const { return label_; }
+    void setLabel(std::string label);
+    // Overwrites the value's characters, then empties it (for passwords).
+    void wipe();
     bool masked() const { return masked_; }
     void setMasked(bool masked);
     // Light highlight (white field, the default) or dark (black field).

@@ -1,0 +1,13 @@
+// The host name and domain the login dialogs name the host by.
+#pragma once
+
+#include <string>
+
+namespace Tesk {
+
+// "<lead><host>.<domain>." — always ends in a point, host and domain joined by
+// one even when the domain is empty. A host that cannot be asked gives empty
+// names (logged).
+std::string HostMessage(const std::string& lead);
+
+}  // namespace Tesk

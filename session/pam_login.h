@@ -1,0 +1,17 @@
+// The PAM login check of the login dialog.
+#pragma once
+
+#include <string>
+
+namespace Tesk {
+
+// Authenticates user with password for the PAM service "tesk", then checks the
+// account. Returns the PAM status of the last step (0 on success). The
+// conversation answers exactly one hidden prompt per call with the password;
+// anything else fails. No credentials are set.
+int PamLoginCheck(const std::string& user, const std::string& password);
+
+// Overwrites a string's characters before it is released.
+void Wipe(std::string& secret);
+
+}  // namespace Tesk

@@ -1,0 +1,280 @@
+#include "session/welcome_window.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <sstream>
+#include <vector>
+
+#include "app/event_loop.h"
+#include "app/flags.h"
+#include "app/keys.h"
+#include "hostctl/exception.h"
+#include "hostctl/hardware.h"
+#include "hostctl/network.h"
+#include "hostctl/system.h"
+#include "platform/events.h"
+#include "platform/hostroot.h"
+#include "platform/syslog.h"
+#include "platform/zsi.h"
+#include "session/login_dialog.h"
+#include "session/root_window.h"
+#include "ui/palette.h"
+#include "ui/strings.h"
+
+namespace Tesk {
+
+namespace {
+
+constexpr const char kNoAdapterText[] =
+    "No compatible network adapter found. Please consult the product's Hardware Compatibility "
+    "Guide (HCG) for a list of supported adapters.";
+constexpr const char kNoAdapterAlert[] = "No compatible network adapter found.";
+constexpr const char kLoginMarker[] = "/var/run/brelt/show-tesk-login";
+
+bool g_adapterAlertRaised = false;
+
+const char* Str(std::uint32_t id) { return StringFactory::GetFactory("en_US")->get(id); }
+
+std::string Trim(const std::string& s) {
+    size_t b = 0, e = s.size();
+    while (b < e && std::isspace(static_cast<unsigned char>(s[b]))) ++b;
+    while (e > b && std::isspace(static_cast<unsigned char>(s[e - 1]))) --e;
+    return s.substr(b, e - b);
+}
+
+std::string ModeLabel(std::uint32_t id) { return std::string("(") + Str(id) + ")"; }
+
+}  // namespace
+
+namespace Welcome {
+
+std::string VendorLine(const std::string& vendor, const std::string& product) {
+    std::string v = Trim(vendor), p = Trim(product);
+    if (p.compare(0, v.size(), v) == 0) return p;
+    return v + " " + p;
+}
+
+std::string ProcessorLine(int packages, const std::string& model) {
+    if (packages < 2) return Trim(model);
+    return std::to_string(packages) + " x " + Trim(model);
+}
+
+std::string MemoryLine(unsigned long long totalBytes) {
+    static const char kUnits[] = "MGTP";
+    unsigned long long unit = 1048576ULL;
+    int index = 0;
+    for (int i = 0; i < 4 && totalBytes >= unit * 1024ULL; ++i) {
+        unit *= 1024ULL;
+        ++index;
+    }
+    float value = std::roundf(static_cast<float>(totalBytes) * 10.0f / static_cast<float>(unit)) / 10.0f;
+    std::ostringstream out;
+    out << value << ' ';
+    if (index < 4) out << kUnits[index];
+    out << "iB Memory";
+    return out.str();
+}
+
+}  // namespace Welcome
+
+WelcomeWindow::WelcomeWindow() : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite) {}
+
+WelcomeWindow::~WelcomeWindow() = default;
+
+void WelcomeWindow::enterDefaultMode() {
+    custom_.reset();
+    if (upper_ && lower_) return;
+    werase(curses());
+    upper_ = std::make_unique<Window>(this, 0, 0, COLS, LINES / 2, ColourDarkGrey, ColourWhite);
+    lower_ = std::make_unique<Window>(this, 0, LINES / 2, COLS, (LINES + 1) / 2, ColourYellow,
+                                      ColourWhite);
+    box(curses(), 0, 0);
+    warning_ = std::make_unique<TextArea>(lower_.get(), 16, 9, COLS - 32, 6, ColourRed);
+    footer_ = std::make_unique<TextArea>(lower_.get(), 2, lower_->height() - 2, lower_->width() - 4,
+                                         1, ColourBlack);
+    footer_->setText(std::string("<F2> {color:dark-grey}") + Str(0) +
+                     "{/color}{align:right}<F12> {color:dark-grey}" + Str(1) + "{/color}{/align}");
+}
+
+void WelcomeWindow::enterCustomMode(const std::string& message) {
+    if (productLine_ || upper_) {
+        productLine_.reset();
+        vendorLine_.reset();
+        hardware_.reset();
+        management_.reset();
+        warning_.reset();
+        footer_.reset();
+        upper_.reset();
+        lower_.reset();
+    }
+    if (!custom_) {
+        werase(curses());
+        box(curses(), 0, 0);
+        custom_ = std::make_unique<TextArea>(this, 2, 2, COLS - 4, LINES - 4, ColourWhite);
+    }
+    custom_->setText(message);
+}
+
+void WelcomeWindow::draw() {
+    std::string message;
+    try {
+        message = ZrkCtl::System::SystemInfoImpl().GetWelcomeMessage();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Platform::Log(LOG_ERR, "Getting welcome message failed: %s", e.what());
+    }
+    if (message.empty()) {
+        enterDefaultMode();
+        fill();
+    } else {
+        enterCustomMode(message);
+    }
+    setActive(true);
+    refresh();
+}
+
+std::string WelcomeWindow::managementText() {
+    std::ostringstream out;
+    const char* heading = Str(139);
+    if (heading == nullptr || *heading == '\0') return {};
+    out << heading;
+
+    std::string host = ZrkCtl::Network::DnsConfigImpl("defaultNetStack").GetHostname();
+    if (!host.empty() && host != "localhost") out << "\nhttps://" << host << "/ ";
+
+    ZrkCtl::Network::NetworkInfoImpl network;
+    std::unique_ptr<HostCtl::Network::ZrkNic> nic = network.GetManagementInterface();
+    if (!nic) return out.str();
+    HostCtl::Network::IpConfig configured = nic->GetConfiguredIpConfig();
+    HostCtl::Network::IpConfig current = nic->GetIpConfig();
+    const bool dhcp = configured.GetUseDhcp();
+    const bool ipv4Off = configured.GetIpv4UseNone();
+    const bool noLease = current.GetIpv4Address().GetStringAddress() == "0.0.0.0";
+    if (!ipv4Off) out << "\nhttps://" << current.GetIpv4Address().GetStringAddress() << "/ ";
+    if (!dhcp && !ipv4Off) out << ModeLabel(262);
+    if (dhcp) out << ModeLabel(noLease ? 264 : 261);
+
+    if (network.IsZrkIpv6Enabled()) {
+        out << "\n";
+        const auto& networks = current.GetIpv6Networks();
+        std::vector<std::string> lines;
+        for (size_t i = 0; i < networks.size() && i < 4; ++i) {
+            std::string line;
+            line.reserve(100);
+            line += "https://[" + networks[i].GetAddress().GetStringAddress() + "]/ ";
+            switch (static_cast<int>(networks[i].GetIpv6AddressType())) {
+                case 0: line += ModeLabel(262); break;
+                case 9: line += ModeLabel(261); break;
+                case 7: line += ModeLabel(263); break;
+                default: break;
+            }
+            line += "\n";
+            lines.push_back(std::move(line));
+        }
+        std::sort(lines.begin(), lines.end());
+        for (const auto& line : lines) out << line;
+        if (lines.size() == 4 && networks.size() > 4) out << "...\n";
+    }
+    return out.str();
+}
+
+void WelcomeWindow::fillHostFacts() {
+    ZrkCtl::Hardware::HardwareInfoImpl hardware;
+    ZrkCtl::Hardware::CpuInfoImpl cpu;
+    ZrkCtl::Hardware::MemoryInfoImpl memory;
+    productLine_->setText(Str(2));
+    vendorLine_->setText(Welcome::VendorLine(hardware.GetVendorName(), hardware.GetProductName()));
+    hardware_->setText(Welcome::ProcessorLine(cpu.GetNumCpuPackages(), cpu.GetModelName()) + "\n" +
+                       Welcome::MemoryLine(static_cast<unsigned long long>(memory.GetTotalPages()) *
+                                           memory.GetPageSize()));
+}
+
+void WelcomeWindow::fill() {
+    if (!management_) {
+        management_ = std::make_unique<TextArea>(lower_.get(), 8, 1, COLS - 16, 7, ColourBlack);
+        hardware_ = std::make_unique<TextArea>(upper_.get(), 8, 9, COLS - 16, 2, ColourWhite);
+        productLine_ = std::make_unique<TextArea>(upper_.get(), 8, 5, COLS - 16, 1, ColourWhite);
+        vendorLine_ = std::make_unique<TextArea>(upper_.get(), 8, 7, COLS - 16, 1, ColourWhite);
+    }
+    try {
+        // Warnings: a DHCP lease still missing; audit mode replaces that.
+        ZrkCtl::Network::NetworkInfoImpl network;
+        std::unique_ptr<HostCtl::Network::ZrkNic> nic = network.GetManagementInterface();
+        bool dhcpFailed = nic && nic->GetConfiguredIpConfig().GetUseDhcp() &&
+                          nic->GetIpConfig().GetIpv4Address().GetStringAddress() == "0.0.0.0";
+        warning_->setText(dhcpFailed ? Str(140) : "");
+        unsigned char boot[4] = {0, 0, 0, 0};
+        if (ZSI_Get(ZSI_NODE_system_bootOption, boot, sizeof boot) == 0 && boot[0] == 1)
+            warning_->setText(Str(141));
+
+        std::string text = managementText();
+        if (network.GetPnics().empty()) {
+            management_->setText(kNoAdapterText);
+            if (!g_adapterAlertRaised) {
+                g_adapterAlertRaised = true;
+                ZrkCtl::System::SystemInfoImpl().SetSystemAlert(kNoAdapterAlert);
+            }
+        } else {
+            management_->setText(text);
+        }
+        fillHostFacts();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Platform::Log(LOG_ERR, "Getting host information failed: %s", e.what());
+        management_->setText("");
+    }
+}
+
+void WelcomeWindow::login(bool shutdownPath) {
+    const bool enabled = ::access(Platform::HostPath(kLoginMarker).c_str(), F_OK) == 0;
+    ProcessFlags& flags = Flags();
+    bool authenticated = false;
+    try {
+        if (enabled) {
+            LoginDialog dialog(this);
+            authenticated = Run(dialog) == 1;
+        } else {
+            LoginDisabledDialog dialog(this);
+            Run(dialog);
+        }
+    } catch (const TeskTimeout&) {
+        // Idle at the login dialog: nobody was logged in, nothing to record.
+        setActive(true);
+        return;
+    }
+    if (!authenticated || shutdownPath) return;
+
+    SetSessionActive(true);
+    const std::string user = flags.loggedInUser;
+    try {
+        RootWindow menu(this);
+        Run(menu);
+        SetSessionActive(false);
+        AuditRecord audit{"tesk.logout", user, 1, {{"reason", "Session closed"}}};
+        PostEvent(LOG_INFO, "User " + user + " logged out", &audit, nullptr);
+    } catch (const TeskTimeout&) {
+        SetSessionActive(false);
+        AuditRecord audit{"tesk.logout", user, 1, {{"reason", "Time out"}}};
+        PostEvent(LOG_INFO, "User " + user + " logged out due to time out", &audit, nullptr);
+        setActive(true);
+    }
+}
+
+int WelcomeWindow::run() {
+    draw();
+    for (;;) {
+        int key = ReadKey(this, false);
+        if (key == KEY_F(2) || key == KEY_F(12)) {
+            login(key == KEY_F(12));
+        } else if (key == KEY_F(4)) {
+            if (!Flags().cannotChangeColours) SetHighContrastPalette(!HighContrastPalette());
+        }
+        clearok(curscr, TRUE);
+        draw();
+        SetSessionActive(false);
+        if (Flags().restartPending) std::exit(0);
+    }
+}
+
+}  // namespace Tesk
