@@ -50,6 +50,15 @@ std::string UserFile(const Json& state) {
     return db;
 }
 
+// The simulated host's PAM module: beside tesk-sim in a build tree, in
+// <prefix>/lib/tesk when installed.
+std::string PamModulePath() {
+    fs::path own = OwnDirectory();
+    for (const fs::path& candidate : {own / "pam_simhost.so", own.parent_path() / "lib/tesk/pam_simhost.so"})
+        if (fs::exists(candidate)) return candidate.string();
+    return (own / "pam_simhost.so").string();
+}
+
 }  // namespace
 
 const std::vector<std::string>& LogFiles() {
@@ -90,10 +99,14 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
     // PAM through pam_wrapper: the service "tesk" and the root's own users.
     fs::path users = root / "etc/simhost/users";
     WriteFile(users, UserFile(state));
-    std::string module = (fs::path(OwnDirectory()) / "pam_simhost.so").string() + " db=" + users.string();
-    WriteFile(root / "etc/simhost/pam.d/tesk",
-              "auth required " + module + "\naccount required " + module +
-                  "\npassword required " + module + "\nsession required " + module + "\n");
+    std::string module = PamModulePath() + " db=" + users.string();
+    auto stack = [](const std::string& m) {
+        return "auth required " + m + "\naccount required " + m + "\npassword required " + m +
+               "\nsession required " + m + "\n";
+    };
+    WriteFile(root / "etc/simhost/pam.d/tesk", stack(module));
+    // Any other service knows no user at all.
+    WriteFile(root / "etc/simhost/pam.d/other", stack(PamModulePath() + " db=/dev/null"));
 
     std::string self = (fs::path(OwnDirectory()) / "tesk-sim").string();
     for (const auto& link : ToolLinks()) {

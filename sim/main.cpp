@@ -81,7 +81,14 @@ int Run(const Options& o, const std::string& program) {
               << "Demo login: user \"" << user << "\", password \"" << password << "\"\n"
               << std::flush;
 
-    std::string console = (fs::path(Sim::OwnDirectory()) / program).string();
+    // Beside tesk-sim in a build tree; the console is in sbin when installed.
+    fs::path own = Sim::OwnDirectory();
+    std::string console = (own / program).string();
+    for (const fs::path& candidate : {own / program, own.parent_path() / "sbin" / program})
+        if (fs::exists(candidate)) {
+            console = candidate.string();
+            break;
+        }
     // The console ends on SIGINT and SIGQUIT itself; this process waits for it.
     ::signal(SIGINT, SIG_IGN);
     ::signal(SIGQUIT, SIG_IGN);
