@@ -53,7 +53,9 @@ LoginDialog::LoginDialog(Window* opener)
     layout();
 }
 
-LoginDialog::~LoginDialog() { password_->wipe(); }
+LoginDialog::~LoginDialog() {
+    password_->wipe();
+}
 
 void LoginDialog::layout() {
     if (pinMode_) {
@@ -70,11 +72,15 @@ void LoginDialog::layout() {
         password_->setLabel(str(149));
     }
     password_->wipe();
-    list_.selectByOrdinal(keyboard_ ? 1 : 0);
+    // With the id read from a card only the PIN is left to type.
+    const bool idKnown = pinMode_ && !login_->value().empty();
+    list_.selectByOrdinal((keyboard_ ? 1 : 0) + (idKnown ? 1 : 0));
     list_.draw();
 }
 
-bool LoginDialog::onLastItem() { return list_.selected() == password_; }
+bool LoginDialog::onLastItem() {
+    return list_.selected() == password_;
+}
 
 int LoginDialog::run() {
     list_.draw();
@@ -151,7 +157,8 @@ bool LoginDialog::authenticate() {
     return false;
 }
 
-LoginDisabledDialog::LoginDisabledDialog(Window* opener) : Dialog(opener, kWidth, 9, kUpperHeight) {}
+LoginDisabledDialog::LoginDisabledDialog(Window* opener)
+    : Dialog(opener, kWidth, 9, kUpperHeight) {}
 
 int LoginDisabledDialog::run() {
     setTitle(str(145));

@@ -15,6 +15,7 @@
 #include "app/flags.h"
 #include "app/keys.h"
 #include "app/startup.h"
+#include "host/queries.h"
 #include "host/runner.h"
 #include "hostctl/adv.h"
 #include "hostctl/exception.h"
@@ -30,10 +31,9 @@ namespace Tesk {
 namespace {
 
 constexpr std::uint32_t kSeparator = 3;
-constexpr std::uint32_t kPassword = 5, kLockdown = 6, kManagementNetwork = 7,
-                        kRestartNetwork = 8, kTestNetwork = 9, kNetworkRestore = 10,
-                        kSupport = 11, kLogs = 12, kTroubleshooting = 13, kReset = 14,
-                        kKeyboard = 15;
+constexpr std::uint32_t kPassword = 5, kLockdown = 6, kManagementNetwork = 7, kRestartNetwork = 8,
+                        kTestNetwork = 9, kNetworkRestore = 10, kSupport = 11, kLogs = 12,
+                        kTroubleshooting = 13, kReset = 14, kKeyboard = 15;
 
 constexpr const char kSupportFile[] = "/etc/brelt/support";
 constexpr const char kPager[] = "/bin/less";
@@ -49,17 +49,15 @@ constexpr const char kLockdownFooter[] =
 constexpr const char kLeftFooter[] =
     "{color:black}<Up/Down>{/color}{color:dark-grey} Select{/color}";
 
-// The management interface, found once and kept for the process.
+// The management interface, found once and kept for the process; a copy the
+// host has changed since is read again before use.
 std::unique_ptr<HostCtl::Network::ZrkNic>& ManagementInterface() {
     static std::unique_ptr<HostCtl::Network::ZrkNic> nic;
-    if (!nic) {
-        try {
-            ZrkCtl::Network::NetworkInfoImpl network;
-            network.UpdateManagementInterface();
-            nic = network.GetManagementInterface();
-        } catch (const HostCtl::Lib::HostCtlException& e) {
-            Platform::Log(LOG_ERR, "Getting management interface failed: %s", e.what());
-        }
+    if (!nic) nic = GetManagementInterface();
+    try {
+        if (nic && nic->IsStale()) nic->Refresh();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Platform::Log(LOG_ERR, "Getting management interface failed: %s", e.what());
     }
     return nic;
 }
@@ -85,11 +83,15 @@ RootWindow::RootWindow(Window* opener)
                                       ColourWhite);
     title_ = std::make_unique<TextArea>(left_.get(), 2, 1, leftWidth - 4, 1, ColourBlack);
     menu_ = std::make_unique<ItemList>(left_.get(), 1, 3, leftWidth - 2, LINES - 6);
-    leftFooter_ = std::make_unique<TextArea>(left_.get(), 2, LINES - 2, leftWidth - 4, 1, ColourBlack);
-    pane_ = std::make_unique<TextArea>(right_.get(), 2, 1, rightWidth - 4, LINES - 5, ColourLightGrey);
+    leftFooter_ =
+        std::make_unique<TextArea>(left_.get(), 2, LINES - 2, leftWidth - 4, 1, ColourBlack);
+    pane_ =
+        std::make_unique<TextArea>(right_.get(), 2, 1, rightWidth - 4, LINES - 5, ColourLightGrey);
     pane_->setScrollHints(true);
-    status_ = std::make_unique<TextArea>(right_.get(), 2, LINES - 3, rightWidth - 4, 1, ColourYellow);
-    footer_ = std::make_unique<TextArea>(right_.get(), 2, LINES - 2, rightWidth - 4, 1, ColourWhite);
+    status_ =
+        std::make_unique<TextArea>(right_.get(), 2, LINES - 3, rightWidth - 4, 1, ColourYellow);
+    footer_ =
+        std::make_unique<TextArea>(right_.get(), 2, LINES - 2, rightWidth - 4, 1, ColourWhite);
 
     title_->setText(str(4));
     leftFooter_->setText(kLeftFooter);
@@ -103,7 +105,9 @@ RootWindow::RootWindow(Window* opener)
 
 RootWindow::~RootWindow() = default;
 
-void RootWindow::readLockdown() { lockdown_ = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled"); }
+void RootWindow::readLockdown() {
+    lockdown_ = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled");
+}
 
 void RootWindow::buildMenu() {
     const bool lockdownEnabled = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled") ||
@@ -179,7 +183,6 @@ std::string RootWindow::managementSummary() {
     }
     try {
         if (auto& nic = ManagementInterface()) {
-            if (nic->IsStale()) nic->Refresh();
             HostCtl::Network::IpConfig config = nic->GetIpConfig();
             dhcp = nic->GetConfiguredIpConfig().GetUseDhcp();
             std::string address = config.GetIpv4Address().GetStringAddress();
@@ -200,7 +203,8 @@ std::string RootWindow::managementSummary() {
 
 void RootWindow::describe() {
     const std::uint32_t entry = selectedEntry();
-    std::string heading = entry == kSeparator ? "" : std::string("{color:white}") + str(entry) + "{/color}\n\n";
+    std::string heading =
+        entry == kSeparator ? "" : std::string("{color:white}") + str(entry) + "{/color}\n\n";
     std::string text, footer;
     switch (entry) {
         case kPassword:
@@ -330,10 +334,19 @@ int ViewWithPager(const std::string& pagerHostPath, const std::string& logHostPa
     posix_spawnattr_setsigmask(&attr, &none);
     posix_spawnattr_setsigdefault(&attr, &defaults);
     posix_spawnattr_setpgroup(&attr, 0);
-    posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
-                                        POSIX_SPAWN_SETPGROUP);
+    posix_spawnattr_setflags(
+        &attr, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
+    // The child makes its new group the terminal's foreground group before
+    // the pager starts, so the pager never touches the terminal from the
+    // background (which would stop it).
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addtcsetpgrp_np(&actions, 0);
     pid_t child = -1;
-    int rc = ::posix_spawn(&child, pager.c_str(), nullptr, &attr, argv, environ);
+    int rc = ::posix_spawn(&child, pager.c_str(), &actions, &attr, argv, environ);
+    // Without a terminal on standard input there is no foreground to hand over.
+    if (rc == ENOTTY) rc = ::posix_spawn(&child, pager.c_str(), nullptr, &attr, argv, environ);
+    posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attr);
 
     // Taking the terminal back from the background would stop this process.
@@ -343,11 +356,19 @@ int ViewWithPager(const std::string& pagerHostPath, const std::string& logHostPa
     ::pthread_sigmask(SIG_BLOCK, &ttou, &previous);
     int status = -1;
     if (rc == 0) {
-        ::tcsetpgrp(0, child);
-        int wstatus = 0;
-        while (::waitpid(child, &wstatus, 0) < 0 && errno == EINTR) {
+        // A pager stopped by job control (Ctrl-Z) would leave the console
+        // waiting for ever with nobody to resume it: it is resumed at once.
+        for (;;) {
+            int wstatus = 0;
+            pid_t r = ::waitpid(child, &wstatus, WUNTRACED);
+            if (r < 0 && errno == EINTR) continue;
+            if (r == child && WIFSTOPPED(wstatus)) {
+                ::kill(-child, SIGCONT);
+                continue;
+            }
+            if (r == child) status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1;
+            break;
         }
-        status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1;
     } else {
         errno = rc;
         Platform::LogSystemError("Running the pager failed");

@@ -11,6 +11,7 @@
 #include "app/event_loop.h"
 #include "app/flags.h"
 #include "app/keys.h"
+#include "host/queries.h"
 #include "hostctl/exception.h"
 #include "hostctl/hardware.h"
 #include "hostctl/network.h"
@@ -36,7 +37,9 @@ constexpr const char kLoginMarker[] = "/var/run/brelt/show-tesk-login";
 
 bool g_adapterAlertRaised = false;
 
-const char* Str(std::uint32_t id) { return StringFactory::GetFactory("en_US")->get(id); }
+const char* Str(std::uint32_t id) {
+    return StringFactory::GetFactory("en_US")->get(id);
+}
 
 std::string Trim(const std::string& s) {
     size_t b = 0, e = s.size();
@@ -45,7 +48,9 @@ std::string Trim(const std::string& s) {
     return s.substr(b, e - b);
 }
 
-std::string ModeLabel(std::uint32_t id) { return std::string("(") + Str(id) + ")"; }
+std::string ModeLabel(std::uint32_t id) {
+    return std::string("(") + Str(id) + ")";
+}
 
 }  // namespace
 
@@ -70,7 +75,8 @@ std::string MemoryLine(unsigned long long totalBytes) {
         unit *= 1024ULL;
         ++index;
     }
-    float value = std::roundf(static_cast<float>(totalBytes) * 10.0f / static_cast<float>(unit)) / 10.0f;
+    float value =
+        std::roundf(static_cast<float>(totalBytes) * 10.0f / static_cast<float>(unit)) / 10.0f;
     std::ostringstream out;
     out << value << ' ';
     if (index < 4) out << kUnits[index];
@@ -135,7 +141,7 @@ void WelcomeWindow::draw() {
     refresh();
 }
 
-std::string WelcomeWindow::managementText() {
+std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     std::ostringstream out;
     const char* heading = Str(139);
     if (heading == nullptr || *heading == '\0') return {};
@@ -144,9 +150,9 @@ std::string WelcomeWindow::managementText() {
     std::string host = ZrkCtl::Network::DnsConfigImpl("defaultNetStack").GetHostname();
     if (!host.empty() && host != "localhost") out << "\nhttps://" << host << "/ ";
 
-    ZrkCtl::Network::NetworkInfoImpl network;
-    std::unique_ptr<HostCtl::Network::ZrkNic> nic = network.GetManagementInterface();
+    // Without a management interface there is no address to offer.
     if (!nic) return out.str();
+    ZrkCtl::Network::NetworkInfoImpl network;
     HostCtl::Network::IpConfig configured = nic->GetConfiguredIpConfig();
     HostCtl::Network::IpConfig current = nic->GetIpConfig();
     const bool dhcp = configured.GetUseDhcp();
@@ -165,10 +171,17 @@ std::string WelcomeWindow::managementText() {
             line.reserve(100);
             line += "https://[" + networks[i].GetAddress().GetStringAddress() + "]/ ";
             switch (static_cast<int>(networks[i].GetIpv6AddressType())) {
-                case 0: line += ModeLabel(262); break;
-                case 9: line += ModeLabel(261); break;
-                case 7: line += ModeLabel(263); break;
-                default: break;
+                case 0:
+                    line += ModeLabel(262);
+                    break;
+                case 9:
+                    line += ModeLabel(261);
+                    break;
+                case 7:
+                    line += ModeLabel(263);
+                    break;
+                default:
+                    break;
             }
             line += "\n";
             lines.push_back(std::move(line));
@@ -201,7 +214,7 @@ void WelcomeWindow::fill() {
     try {
         // Warnings: a DHCP lease still missing; audit mode replaces that.
         ZrkCtl::Network::NetworkInfoImpl network;
-        std::unique_ptr<HostCtl::Network::ZrkNic> nic = network.GetManagementInterface();
+        std::unique_ptr<HostCtl::Network::ZrkNic> nic = GetManagementInterface();
         bool dhcpFailed = nic && nic->GetConfiguredIpConfig().GetUseDhcp() &&
                           nic->GetIpConfig().GetIpv4Address().GetStringAddress() == "0.0.0.0";
         warning_->setText(dhcpFailed ? Str(140) : "");
@@ -209,7 +222,7 @@ void WelcomeWindow::fill() {
         if (ZSI_Get(ZSI_NODE_system_bootOption, boot, sizeof boot) == 0 && boot[0] == 1)
             warning_->setText(Str(141));
 
-        std::string text = managementText();
+        std::string text = managementText(nic.get());
         if (network.GetPnics().empty()) {
             management_->setText(kNoAdapterText);
             if (!g_adapterAlertRaised) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "hostctl/network.h"
 #include "ui/textarea.h"
 #include "ui/window.h"
 
@@ -24,7 +25,7 @@ private:
     void enterCustomMode(const std::string& message);
     void fill();
     void fillHostFacts();
-    std::string managementText();
+    std::string managementText(HostCtl::Network::ZrkNic* nic);
     void login(bool shutdownPath);
 
     // Default mode.

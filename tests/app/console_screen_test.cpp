@@ -2,6 +2,7 @@
 // palette reset after a normal end.
 #include <signal.h>
 
+#include <cstdlib>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -56,6 +57,21 @@ TEST(ConsoleProcess, SecondInstanceRunsButLeavesThePidFileAlone) {
     }, "second instance's error line");
     EXPECT_EQ(second.status(), ExitStatus::Running());
     EXPECT_EQ(root.tryReadFile("/var/run/tesk.pid"), std::to_string(first.pid()));
+}
+
+TEST(ConsoleProcess, CardChangesFromTheSimulatedHostReachTheConsole) {
+    SimRoot root;
+    ConsoleSession console(root);
+    WaitStarted(console, root);
+    const std::string sim = TESK_SIM_BINARY;
+    ASSERT_EQ(std::system((sim + " card insert " + root.path() + " alice >/dev/null").c_str()), 0);
+    console.waitFor([&] {
+        return root.readFile("/var/log/syslog.log").find("Found smart card with user id 'alice'") !=
+               std::string::npos;
+    }, "card found");
+    ASSERT_EQ(std::system((sim + " card remove " + root.path() + " >/dev/null").c_str()), 0);
+    EXPECT_EQ(root.stateValue("/smartCards/slots/0/token"), TeskTest::Json(nullptr));
+    EXPECT_EQ(console.status(), ExitStatus::Running());  // no session: only the id changes
 }
 
 TEST(ConsoleProcess, InvalidVirtualTerminalIsLoggedAndIgnored) {

@@ -177,12 +177,12 @@ TEST(ProbeSessionTest, ReadsColoursAttributesAndWindowSize) {
     EXPECT_EQ(probe.find("caf"), (Position{10, 2}));
 }
 
-TEST(ProbeSessionTest, KeysArriveAsTheConsoleKeyboardSendsThem) {
+TEST(ProbeSessionTest, KeysArriveAsTheConsoleReadsThem) {
     ConsoleSession probe(Probe());
     ASSERT_TRUE(probe.waitForText("ready"));
     const std::pair<std::string, const char*> cases[] = {
-        {Key::F(1), "1b 5b 5b 41"},
-        {Key::F(5), "1b 5b 5b 45"},
+        {Key::F(1), "1b 5b 31 31 7e"},
+        {Key::F(5), "1b 5b 31 35 7e"},
         {Key::F(6), "1b 5b 31 37 7e"},
         {Key::F(12), "1b 5b 32 34 7e"},
         {std::string(Key::Up), "1b 5b 41"},

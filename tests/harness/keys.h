@@ -1,4 +1,5 @@
-// The bytes a "linux" console keyboard sends for each key (infocmp linux).
+// The bytes the tests send for each key: a "linux" console keyboard's (infocmp
+// linux), but for F1 to F5 (see F below).
 #pragma once
 
 #include <stdexcept>
@@ -26,10 +27,12 @@ inline constexpr std::string_view End = "\x1b[4~";
 inline constexpr std::string_view PageUp = "\x1b[5~";
 inline constexpr std::string_view PageDown = "\x1b[6~";
 
-// F1 .. F12.
+// F1 .. F12. A console in a pseudo-terminal runs as "vt102" (it is not on a
+// Linux console), whose description lacks the console's "\e[[A" .. "\e[[E" for
+// F1 to F5; the console's own key table has the "\e[11~" .. "\e[15~" forms.
 inline std::string F(int n) {
-    static constexpr const char* kKeys[] = {"\x1b[[A",  "\x1b[[B",  "\x1b[[C",  "\x1b[[D",
-                                            "\x1b[[E",  "\x1b[17~", "\x1b[18~", "\x1b[19~",
+    static constexpr const char* kKeys[] = {"\x1b[11~", "\x1b[12~", "\x1b[13~", "\x1b[14~",
+                                            "\x1b[15~", "\x1b[17~", "\x1b[18~", "\x1b[19~",
                                             "\x1b[20~", "\x1b[21~", "\x1b[23~", "\x1b[24~"};
     if (n < 1 || n > 12) throw std::out_of_range("no function key F" + std::to_string(n));
     return kKeys[n - 1];

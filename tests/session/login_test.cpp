@@ -1,0 +1,272 @@
+// Logging in and out at the console: the dialogs, every PAM outcome with its
+// records, smart-card login, and the ways a session ends.
+#include <signal.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "tests/session/session_support.h"
+
+using namespace SessionTest;
+
+namespace {
+
+// The text of the row that holds text (empty when none does).
+std::string RowWith(ConsoleSession& console, std::string_view text) {
+    auto at = console.find(text);
+    return at ? console.row(at->row) : std::string();
+}
+
+bool HasLine(const std::vector<std::string>& lines, std::string_view suffix) {
+    for (const auto& line : lines)
+        if (line.size() >= suffix.size() && line.ends_with(suffix)) return true;
+    return false;
+}
+
+TEST(Login, SuccessAndLogoutAreRecordedInOrder) {
+    SimRoot root;
+    ConsoleSession console(root, LocalConsole());
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Authentication Required"));
+    EXPECT_TRUE(console.find("Enter an authorized login name and password for"));
+    EXPECT_TRUE(console.find("tesk-host01.lab.example."));
+    EXPECT_TRUE(console.find("<Enter> OK  <Esc> Cancel"));
+    EXPECT_FALSE(console.find("<F3>"));
+    EXPECT_NE(RowWith(console, "Login Name:").find("root"), std::string::npos);
+
+    EnterCredentials(console, "root", kPassword);
+    ASSERT_TRUE(WaitSettled(console, "System Customization"));
+    ASSERT_TRUE(root.waitForLogLine("User root logged in"));
+    const auto lines = root.logLines();
+    auto auth = std::find_if(lines.begin(), lines.end(), [](const std::string& l) {
+        return l.ends_with("Authentication of user root succeeded");
+    });
+    auto in = std::find_if(lines.begin(), lines.end(),
+                           [](const std::string& l) { return l.ends_with("User root logged in"); });
+    ASSERT_NE(auth, lines.end());
+    EXPECT_LT(auth - lines.begin(), in - lines.begin());
+    auto logins = AuditRecords(root, "tesk.login");
+    ASSERT_EQ(logins.size(), 1u);
+    EXPECT_EQ(logins[0]["user"], "root");
+    EXPECT_EQ(logins[0]["application"], "tesk");
+    EXPECT_EQ(logins[0]["outcome"], 1);
+    EXPECT_TRUE(!logins[0].contains("data") || logins[0]["data"].empty()) << logins[0];
+    // A successful login is no observation event.
+    EXPECT_EQ(root.tryReadFile("/var/log/noxd.log").value_or("").find("tesk.login"),
+              std::string::npos);
+
+    // <Esc> in the menu ends the session.
+    console.key(Key::Esc);
+    ASSERT_TRUE(root.waitForLogLine("User root logged out"));
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_FALSE(HasLine(root.logLines(), "due to time out"));
+    auto logouts = AuditRecords(root, "tesk.logout");
+    ASSERT_EQ(logouts.size(), 1u);
+    EXPECT_EQ(logouts[0]["user"], "root");
+    EXPECT_EQ(logouts[0]["outcome"], 1);
+    EXPECT_EQ(logouts[0]["data"], (Json{{"reason", "Session closed"}}));
+    EXPECT_EQ(AllLogs(root).find(kPassword), std::string::npos);
+}
+
+struct Failure {
+    const char* user;
+    const char* password;
+    const char* message;
+    const char* syslog;
+    const char* reason;
+    const char* event;
+};
+
+TEST(Login, EveryFailureHasItsMessageRecordsAndEvent) {
+    const Failure failures[] = {
+        {"noaccess", kPassword, "User does not have permission to login to TESK.",
+         "Access denied for user noaccess", "No permission",
+         "nox.user.tesk.login.failed Access denied for user noaccess"},
+        {"expired", kPassword, "Password has expired.", "Password has expired for user expired",
+         "Password expired", "nox.user.tesk.login.failed Access denied for user expired"},
+        {"root", "wrong-pass", "Invalid login or password.", "Authentication of user root failed",
+         "Invalid login", "nox.user.tesk.login.failed Authentication of user root failed"},
+        // Two prompts in one conversation call cannot be answered.
+        {"twoprompts", kPassword, "Invalid login or password.",
+         "Authentication of user twoprompts failed", "Invalid login",
+         "nox.user.tesk.login.failed Authentication of user twoprompts failed"},
+    };
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    size_t n = 0;
+    for (const Failure& f : failures) {
+        SCOPED_TRACE(f.user);
+        // After a failure the focus is on the password: back up to the name.
+        if (n > 0) console.key(Key::Up);
+        EnterCredentials(console, f.user, f.password);
+        ASSERT_TRUE(WaitSettled(console, f.message));
+        EXPECT_TRUE(console.find("Authentication failed"));
+        ASSERT_TRUE(root.waitForLogLine(f.syslog));
+        ASSERT_TRUE(root.waitForLogLine(f.event, TeskTest::DefaultTimeout(), "/var/log/noxd.log"));
+        auto records = AuditRecords(root, "tesk.login");
+        ASSERT_EQ(records.size(), ++n);
+        EXPECT_EQ(records.back()["user"], f.user);
+        EXPECT_EQ(records.back()["outcome"], 0);
+        EXPECT_EQ(records.back()["data"], (Json{{"reason", f.reason}}));
+
+        // Back in the login dialog, the password emptied.
+        console.key(Key::Enter);
+        ASSERT_TRUE(console.waitForTextGone(f.message));
+        ASSERT_TRUE(WaitSettled(console, "Password:"));
+        EXPECT_EQ(RowWith(console, "Password:").find('*'), std::string::npos)
+            << RowWith(console, "Password:");
+    }
+    EXPECT_FALSE(root.hasLogLine("logged in"));
+    const std::string logs = AllLogs(root);
+    EXPECT_EQ(logs.find(kPassword), std::string::npos);
+    EXPECT_EQ(logs.find("wrong-pass"), std::string::npos);
+
+    // The failures did not wear the dialog out: the right password still works.
+    console.key(Key::Up);
+    EnterCredentials(console, "root", kPassword);
+    EXPECT_TRUE(console.waitForText("System Customization"));
+}
+
+TEST(Login, TabOnTheLastItemWrapsToTheFirst) {
+    // Local console: the keyboard label is the first item, and typing on it
+    // does nothing.
+    {
+        SimRoot root;
+        ConsoleSession console(root, LocalConsole());
+        ASSERT_TRUE(WaitWelcome(console));
+        console.key(FKey(2));
+        ASSERT_TRUE(WaitSettled(console, "Configured Keyboard (US Default)"));
+        console.keys({Key::Tab, Key::Tab});
+        console.type("zz");
+        console.key(Key::Enter);  // on the label: no keyboard dialog yet
+        console.key(Key::Down);   // to the login name, still "root"
+        console.key(Key::Enter);
+        console.type(kPassword);
+        console.key(Key::Enter);
+        EXPECT_TRUE(console.waitForText("System Customization"));
+        EXPECT_TRUE(root.hasLogLine("User root logged in"));
+        EXPECT_FALSE(root.hasLogLine("failed"));
+    }
+    // Remote shell: no label; the wrap lands on the login name.
+    {
+        SimRoot root;
+        ConsoleSession console(root, RemoteShell());
+        ASSERT_TRUE(WaitWelcome(console));
+        console.key(FKey(2));
+        ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+        EXPECT_FALSE(console.find("Configured Keyboard"));
+        console.keys({Key::Tab, Key::Tab});
+        EnterCredentials(console, "noaccess", kPassword);
+        EXPECT_TRUE(console.waitForText("User does not have permission to login to TESK."));
+        EXPECT_FALSE(root.hasLogLine("Authentication of user root"));
+    }
+}
+
+TEST(Login, F3SwitchesModesEvenWithoutACard) {
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    console.key(FKey(3));
+    ASSERT_TRUE(WaitSettled(console, "Login Id:"));
+    EXPECT_TRUE(console.find("PIN:"));
+    EXPECT_TRUE(console.find("Enter the smart card login PIN for"));
+    EXPECT_TRUE(console.find("<F3> Switch PIN/Password Login"));
+    // No card: the id is empty.
+    std::string id = RowWith(console, "Login Id:");
+    EXPECT_EQ(id.find("root"), std::string::npos) << id;
+
+    console.key(FKey(3));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    EXPECT_FALSE(console.find("<F3>"));
+    EXPECT_NE(RowWith(console, "Login Name:").find("root"), std::string::npos);
+}
+
+TEST(Login, HostMessagesEndInAPointEvenWithoutDomain) {
+    SimRoot root;
+    root.editState([](Json& s) { s["network"]["dns"]["domain"] = ""; });
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "tesk-host01.."));
+    EXPECT_FALSE(console.find("tesk-host01..."));
+    console.key(Key::Esc);
+    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+    console.waitForQuiet();
+
+    // Console login switched off: the refusal names the host the same way.
+    std::filesystem::remove(root.path("/var/run/brelt/show-tesk-login"));
+    for (const std::string& key : {FKey(2), FKey(12)}) {
+        console.key(key);
+        ASSERT_TRUE(WaitSettled(console, "Authentication Denied"));
+        EXPECT_TRUE(console.find("Direct console access has been disabled by the"));
+        EXPECT_TRUE(console.find("tesk-host01.."));
+        EXPECT_FALSE(console.find("Login Name:"));
+        console.key(Key::Enter);
+        ASSERT_TRUE(console.waitForTextGone("Authentication Denied"));
+        console.waitForQuiet();
+    }
+    EXPECT_FALSE(root.hasLogLine("Authentication of user"));
+    EXPECT_TRUE(AuditRecords(root).empty());
+}
+
+TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(WaitWelcome(console));
+    root.editState([](Json& s) {
+        s["smartCards"]["slots"][0]["token"] = {{"userIds", {"", "root"}}};
+    });
+    console.signal(SIGUSR1);
+    ASSERT_TRUE(root.waitForLogLine("Found smart card with user id 'root'"));
+
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Id:"));
+    EXPECT_NE(RowWith(console, "Login Id:").find("root"), std::string::npos);
+    EXPECT_TRUE(console.find("PIN:"));
+    EXPECT_TRUE(console.find("Enter the smart card login PIN for"));
+    // The id came from the card: the PIN is what is typed.
+    console.type(kPassword);
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForText("System Customization"));
+    ASSERT_TRUE(root.waitForLogLine("User root logged in"));
+
+    root.editState([](Json& s) { s["smartCards"]["slots"][0]["token"] = nullptr; });
+    console.signal(SIGUSR1);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+    EXPECT_TRUE(root.hasLogLine("Logging out user id 'root'"));
+    EXPECT_FALSE(root.hasLogLine("logged out"));
+}
+
+TEST(Logout, IdleTimeoutEndsTheSessionWithItsOwnRecords) {
+    SimRoot root;
+    root.editState([](Json& s) {
+        s["advancedOptions"]["/UserVars/TeskTimeOut"] = {{"type", "integer"}, {"value", 60}};
+    });
+    // The console with a key-reader clock 30 times as fast: a minute in two seconds.
+    SessionOptions options = RemoteShell();
+    options.program = FAST_CLOCK_CONSOLE;
+    options.args = {"30"};
+    ConsoleSession console(root, options);
+    ASSERT_TRUE(LogIn(console));
+    ASSERT_TRUE(root.waitForLogLine("User root logged out due to time out"));
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_FALSE(HasLine(root.logLines(), "User root logged out"));
+    auto logouts = AuditRecords(root, "tesk.logout");
+    ASSERT_EQ(logouts.size(), 1u);
+    EXPECT_EQ(logouts[0]["user"], "root");
+    EXPECT_EQ(logouts[0]["outcome"], 1);
+    EXPECT_EQ(logouts[0]["data"], (Json{{"reason", "Time out"}}));
+
+    // The welcome screen takes keys again: another session starts.
+    ASSERT_TRUE(LogIn(console));
+    EXPECT_EQ(root.logLinesWith("User root logged in").size(), 2u);
+}
+
+}  // namespace

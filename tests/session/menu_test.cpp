@@ -1,0 +1,250 @@
+// The customization menu: its entries and their enable rules, the right pane
+// and footer of each entry, and the log viewer handing the terminal to the pager.
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "tests/session/session_support.h"
+
+using namespace SessionTest;
+
+namespace {
+
+constexpr int kCols = 100, kRows = 30;
+constexpr int kPaneColumn = kCols / 2;
+
+// The right half of the screen: the selected entry's pane, status and footer.
+std::string Pane(ConsoleSession& console) {
+    std::string text;
+    for (int r = 0; r < kRows; ++r) {
+        std::string row = console.row(r);
+        if (static_cast<int>(row.size()) > kPaneColumn) text += row.substr(kPaneColumn);
+        text += "\n";
+    }
+    return text;
+}
+
+// The pane's first line: the selected entry's name.
+std::string Heading(ConsoleSession& console) {
+    std::string row = console.row(1);
+    return static_cast<int>(row.size()) > kPaneColumn + 2 ? row.substr(kPaneColumn + 2) : "";
+}
+
+std::string Footer(ConsoleSession& console) {
+    std::string row = console.row(kRows - 2);
+    return static_cast<int>(row.size()) > kPaneColumn ? row.substr(kPaneColumn) : "";
+}
+
+// The menu's entries, top to bottom, as the left half shows them.
+std::vector<std::string> Entries(ConsoleSession& console) {
+    std::vector<std::string> entries;
+    for (int r = 3; r < kRows - 3; ++r) {
+        std::string row = console.row(r).substr(0, kPaneColumn);
+        auto b = row.find_first_not_of(' ');
+        if (b == std::string::npos) continue;
+        auto e = row.find_last_not_of(' ');
+        entries.push_back(row.substr(b, e - b + 1));
+    }
+    return entries;
+}
+
+// Presses Down; true when another entry got selected within half a second
+// (false at the end of the menu).
+bool Down(ConsoleSession& console) {
+    const std::string before = Heading(console);
+    console.key(Key::Down);
+    const auto deadline =
+        std::chrono::steady_clock::now() + TeskTest::Scaled(std::chrono::milliseconds(500));
+    while (std::chrono::steady_clock::now() < deadline) {
+        if (Heading(console) != before) return console.waitForQuiet();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+// Moves down until the pane's heading is entry; false when the menu ends first.
+bool SelectEntry(ConsoleSession& console, const std::string& entry) {
+    while (Heading(console) != entry)
+        if (!Down(console)) return false;
+    return true;
+}
+
+// The cell colours an entry is drawn in (not selected).
+TeskTest::Cell EntryCell(ConsoleSession& console, std::string_view entry) {
+    auto at = console.find(entry);
+    EXPECT_TRUE(at) << entry;
+    return at ? console.cell(at->col, at->row) : TeskTest::Cell{};
+}
+
+struct PaneCase {
+    const char* entry;
+    std::vector<const char*> pane;  // fragments of the pane text
+    const char* footerLeft;         // null: no <Enter> action
+    bool logOut = true;
+};
+
+TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
+    SimRoot root;
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(LogIn(console));
+    EXPECT_TRUE(console.find("<Up/Down> Select"));
+    EXPECT_EQ(Entries(console),
+              (std::vector<std::string>{
+                  "Configure Password", "Configure Lockdown Mode", "Configure Management Network",
+                  "Restart Management Network", "Test Management Network",
+                  "Network Restore Options", "Configure Keyboard", "Troubleshooting Options",
+                  "View System Logs", "View Support Information", "Reset System Configuration"}));
+
+    const PaneCase cases[] = {
+        {"Configure Password", {"Set", "To prevent unauthorized access to"}, "<Enter> Change"},
+        {"Configure Lockdown Mode",
+         {"Disabled", "When enabled, lockdown mode prevents"},
+         "<Enter> Change"},
+        {"Configure Management Network",
+         {"Hostname:", "tesk-host01", "IPv4 Address:", "192.168.10.21",
+          "IPv6 Addresses:", "2001:db8:10::21/64", "To view or modify this host's"},
+         "<Enter> More"},
+        {"Restart Management Network", {"Restarting the management network"}, "<Enter> Restart"},
+        {"Test Management Network", {"To perform a brief network test, press"}, "<Enter> Run Test"},
+        {"Network Restore Options", {"To view various network restore options"}, "<Enter> Restart"},
+        {"Configure Keyboard", {"To select the layout type for the"}, "<Enter> More"},
+        {"Troubleshooting Options", {"To view various troubleshooting mode"}, "<Enter> More"},
+        {"View System Logs",
+         {"<1> Syslog", "<2> Zerkel", "<3> Config", "<7> Brelt Kovix Observation log (noxd)",
+          "Press the corresponding key to view a log.", "Press <Q> to return to this screen."},
+         nullptr},
+        {"View Support Information",
+         {"Serial Number: SIM-0001-DEMO", "This host is simulated."},
+         nullptr,
+         false},
+        {"Reset System Configuration",
+         {"Warning!", "All system parameters will be reverted"},
+         "<Enter> Reset"},
+    };
+    for (const PaneCase& c : cases) {
+        SCOPED_TRACE(c.entry);
+        ASSERT_TRUE(SelectEntry(console, c.entry)) << console.dump();
+        const std::string pane = Pane(console);
+        for (const char* fragment : c.pane)
+            EXPECT_NE(pane.find(fragment), std::string::npos) << fragment << " in\n" << pane;
+        const std::string footer = Footer(console);
+        if (c.footerLeft) {
+            EXPECT_TRUE(footer.starts_with(std::string("  ") + c.footerLeft)) << footer;
+        } else {
+            EXPECT_EQ(footer.find("<Enter>"), std::string::npos) << footer;
+        }
+        EXPECT_EQ(footer.ends_with("<Esc> Log Out"), c.logOut) << footer;
+        // A password was typed: no warning about an empty one.
+        EXPECT_EQ(pane.find("Change default password"), std::string::npos);
+    }
+    // The last entry stays selected; <Enter> on entries without a dialog yet
+    // leaves the menu as it is.
+    EXPECT_FALSE(Down(console));
+    console.key(Key::Enter);
+    EXPECT_FALSE(Down(console));
+    EXPECT_EQ(Heading(console), "Reset System Configuration");
+}
+
+TEST(Menu, LockdownEntryFollowsWhatTheHostAllows) {
+    struct Case {
+        bool enabled, possible;
+        bool usable;
+        const char* state;
+    };
+    for (const Case& c : {Case{false, false, false, nullptr}, Case{true, false, true, "Enabled"},
+                          Case{false, true, true, "Disabled"}}) {
+        SCOPED_TRACE(testing::Message() << "enabled " << c.enabled << " possible " << c.possible);
+        SimRoot root;
+        root.editState([&](Json& s) {
+            s["lockdown"] = {{"enabled", c.enabled}, {"possible", c.possible}};
+        });
+        ConsoleSession console(root, RemoteShell(kCols, kRows));
+        ASSERT_TRUE(LogIn(console));
+        const auto lockdown = EntryCell(console, "Configure Lockdown Mode");
+        const auto restore = EntryCell(console, "Network Restore Options");
+        EXPECT_EQ(lockdown.fg == restore.fg, c.usable);
+        EXPECT_TRUE(Down(console));
+        const std::string pane = Pane(console);
+        if (c.usable) {
+            EXPECT_EQ(Heading(console), "Configure Lockdown Mode");
+            EXPECT_NE(pane.find(c.state), std::string::npos) << pane;
+        } else {
+            // The disabled entry is skipped.
+            EXPECT_EQ(Heading(console), "Configure Management Network");
+        }
+    }
+}
+
+TEST(Menu, NetworkBootedHostCannotBeReset) {
+    SimRoot root;
+    root.editState([](Json& s) { s["userOptions"]["PXEBootEnabled"] = {{"value", "1"}}; });
+    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ASSERT_TRUE(LogIn(console));
+    EXPECT_FALSE(EntryCell(console, "Reset System Configuration").fg ==
+                 EntryCell(console, "View System Logs").fg);
+    EXPECT_FALSE(SelectEntry(console, "Reset System Configuration"));
+    EXPECT_EQ(Heading(console), "View Support Information");
+}
+
+TEST(Menu, RemoteShellHasNoKeyboardEntry) {
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ASSERT_TRUE(LogIn(console));
+    auto entries = Entries(console);
+    EXPECT_EQ(std::count(entries.begin(), entries.end(), "Configure Keyboard"), 0);
+    ASSERT_TRUE(SelectEntry(console, "Network Restore Options"));
+    EXPECT_TRUE(Down(console));
+    EXPECT_EQ(Heading(console), "Troubleshooting Options");
+}
+
+TEST(Menu, LogsAreNumberedByPresenceAndOpenInThePager) {
+    SimRoot root;
+    for (const char* log : {"/var/log/zerkel.log", "/var/log/sysboot.log", "/var/log/mgra.log",
+                            "/var/log/hamon.log", "/var/log/noxd.log"})
+        std::filesystem::remove(root.path(log));
+    root.writeFile("/var/log/hagentd.log", "agent started\n");
+    // The pager writes down what it was given and ends at once.
+    const std::string record = root.path("/tmp/pager-record");
+    std::filesystem::remove(root.path("/bin/less"));  // a link to tesk-sim
+    root.writeFile("/bin/less",
+                   "#!/bin/sh\n{ for a in \"$@\"; do printf '%s\\n' \"$a\"; done\n"
+                   "  printf 'LESSSECURE=%s\\n' \"$LESSSECURE\"; } >> " +
+                       record + "\n");
+    ::chmod(root.path("/bin/less").c_str(), 0755);
+
+    SessionOptions options = RemoteShell(kCols, kRows);
+    options.env.emplace_back("LESSSECURE", "keepme");
+    ConsoleSession console(root, options);
+    ASSERT_TRUE(LogIn(console));
+    ASSERT_TRUE(SelectEntry(console, "View System Logs"));
+    const std::string pane = Pane(console);
+    EXPECT_NE(pane.find("<1> Syslog"), std::string::npos) << pane;
+    EXPECT_NE(pane.find("<2> Management Agent (hagentd)"), std::string::npos) << pane;
+    EXPECT_EQ(pane.find("<3>"), std::string::npos) << pane;
+
+    // A number without a log does nothing: only the "2" after it runs the pager.
+    console.key("3");
+    console.key("2");
+    ASSERT_TRUE(console.waitFor([&] { return root.exists("/tmp/pager-record"); }, "pager ran"));
+    EXPECT_EQ(root.readFile("/tmp/pager-record"), "-cfP\n<Q> Quit </> RegExp Search <H> Help\n" +
+                                                      root.path("/var/log/hagentd.log") +
+                                                      "\nLESSSECURE=1\n");
+    // The menu comes back with the pager's end.
+    ASSERT_TRUE(console.waitForText("System Customization"));
+    ASSERT_TRUE(WaitSettled(console, "<2> Management Agent (hagentd)"));
+
+    std::filesystem::remove(record);
+    console.key("1");
+    ASSERT_TRUE(console.waitFor([&] { return root.exists("/tmp/pager-record"); }, "pager ran"));
+    EXPECT_NE(root.readFile("/tmp/pager-record").find(root.path("/var/log/syslog.log")),
+              std::string::npos);
+    ASSERT_TRUE(WaitSettled(console, "<1> Syslog"));
+    // Keys reach the menu again.
+    console.key(Key::Esc);
+    EXPECT_TRUE(root.waitForLogLine("User root logged out"));
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+// Shared steps of the session's screen tests: starting the console the way a
+// case needs it, logging in, and reading the audit and event logs.
+#pragma once
+
+#include <source_location>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/harness/console_session.h"
+
+namespace SessionTest {
+
+using TeskTest::ConsoleSession;
+using TeskTest::ExitStatus;
+using TeskTest::Json;
+using TeskTest::SessionOptions;
+using TeskTest::SimRoot;
+namespace Key = TeskTest::Key;
+
+inline constexpr char kPassword[] = "tesk-demo";
+
+// A function key as "ESC [ n ~", which the console knows on every terminal it
+// runs on (the linux console's own "ESC [ [ A" forms mean nothing under xterm
+// or vt102).
+inline std::string FKey(int n) {
+    static constexpr const char* kCodes[] = {"11", "12", "13", "14", "15", "17",
+                                             "18", "19", "20", "21", "23", "24"};
+    return std::string("\x1b[") + kCodes[n - 1] + "~";
+}
+
+// The host's own console: "xterm" without SSH_CLIENT, with colours.
+inline SessionOptions LocalConsole(int cols = 100, int rows = 30) {
+    SessionOptions options;
+    options.cols = cols;
+    options.rows = rows;
+    options.term = "xterm";
+    options.env = {{"ESCDELAY", "50"}};
+    return options;
+}
+
+// A remote shell: SSH_CLIENT set, 256 colours.
+inline SessionOptions RemoteShell(int cols = 100, int rows = 30) {
+    SessionOptions options = LocalConsole(cols, rows);
+    options.term = "xterm-256color";
+    options.sshClient = "192.168.10.99 50000 22";
+    return options;
+}
+
+// Waits until text is shown and the screen has settled. A window that
+// becomes active drops the keys typed ahead of it, so a test types only once
+// the screen has been quiet for a while (generous: the machine may be busy).
+inline bool WaitSettled(ConsoleSession& console, std::string_view text,
+                        std::source_location where = std::source_location::current()) {
+    if (!console.waitForText(text, TeskTest::DefaultTimeout(), where)) return false;
+    return console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where);
+}
+
+// Waits for the welcome screen's complete frame (the memory line is filled
+// last).
+inline bool WaitWelcome(ConsoleSession& console,
+                        std::source_location where = std::source_location::current()) {
+    return WaitSettled(console, "iB Memory", where);
+}
+
+// From the welcome screen through the login dialog with user and password
+// (focus on the login field, as the dialog opens in password mode).
+inline void EnterCredentials(ConsoleSession& console, std::string_view user,
+                             std::string_view password,
+                             std::source_location where = std::source_location::current()) {
+    console.type(user, where);
+    console.key(Key::Enter, where);
+    console.type(password, where);
+    console.key(Key::Enter, where);
+}
+
+// F2, then a successful login; true when the customization menu is up.
+inline bool LogIn(ConsoleSession& console, std::string_view user = "root",
+                  std::string_view password = kPassword,
+                  std::source_location where = std::source_location::current()) {
+    if (!WaitWelcome(console, where)) return false;
+    console.key(FKey(2), where);
+    if (!WaitSettled(console, "Login Name:", where)) return false;
+    EnterCredentials(console, user, password, where);
+    // The title stands before the menu asks the host about its entries; the
+    // right pane's footer comes last.
+    if (!console.waitForText("System Customization", TeskTest::DefaultTimeout(), where))
+        return false;
+    return WaitSettled(console, "<Esc> Log Out", where);
+}
+
+// The audit records of the root, oldest first.
+inline std::vector<Json> AuditRecords(const SimRoot& root) {
+    std::vector<Json> records;
+    for (const auto& line : root.logLines("/var/log/audit.log"))
+        if (!line.empty()) records.push_back(Json::parse(line));
+    return records;
+}
+
+// The audit records of one event.
+inline std::vector<Json> AuditRecords(const SimRoot& root, std::string_view event) {
+    std::vector<Json> found;
+    for (auto& record : AuditRecords(root))
+        if (record.value("event", "") == event) found.push_back(record);
+    return found;
+}
+
+// Every log the console writes, joined: for checks that a secret never
+// reached any of them.
+inline std::string AllLogs(const SimRoot& root) {
+    std::string all;
+    for (const char* file : {"/var/log/syslog.log", "/var/log/audit.log", "/var/log/noxd.log"})
+        all += root.tryReadFile(file).value_or("");
+    return all;
+}
+
+}  // namespace SessionTest
