@@ -118,9 +118,13 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 }
 
 std::vector<std::pair<std::string, std::string>> PamEnvironment(const std::string& root) {
+    // Deep binding of libpam is refused by the sanitizers' runtime; the
+    // pam_wrapper of Debian 12 reads the second name for that switch.
     return {{"LD_PRELOAD", kPamWrapperLibrary},
             {"PAM_WRAPPER", "1"},
-            {"PAM_WRAPPER_SERVICE_DIR", (fs::path(root) / "etc/simhost/pam.d").string()}};
+            {"PAM_WRAPPER_SERVICE_DIR", (fs::path(root) / "etc/simhost/pam.d").string()},
+            {"PAM_WRAPPER_DISABLE_DEEPBIND", "1"},
+            {"UID_WRAPPER_DISABLE_DEEPBIND", "1"}};
 }
 
 std::pair<std::string, std::string> DemoLogin() {

@@ -16,7 +16,8 @@ const std::vector<std::string>& LogFiles();
 void InitRoot(const std::string& dir, const std::string& profile = "default");
 
 // The environment that makes PAM in the console go through pam_wrapper and the
-// root's own user database: LD_PRELOAD, PAM_WRAPPER, PAM_WRAPPER_SERVICE_DIR.
+// root's own user database: LD_PRELOAD, PAM_WRAPPER, PAM_WRAPPER_SERVICE_DIR and
+// the switches that turn off deep binding (for sanitizer builds).
 std::vector<std::pair<std::string, std::string>> PamEnvironment(const std::string& root);
 
 // The demo login of a root made from the default profile ("root", its password).

@@ -137,6 +137,8 @@ void ConsoleSession::launch(const SimRoot* root) {
             SetEnv(env, "LD_PRELOAD", "libpam_wrapper.so");
             SetEnv(env, "PAM_WRAPPER", "1");
             SetEnv(env, "PAM_WRAPPER_SERVICE_DIR", root->path("/etc/simhost/pam.d"));
+            SetEnv(env, "PAM_WRAPPER_DISABLE_DEEPBIND", "1");
+            SetEnv(env, "UID_WRAPPER_DISABLE_DEEPBIND", "1");
         }
     }
     // A sanitizer build with pam_wrapper preloaded would refuse to start

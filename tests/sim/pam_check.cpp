@@ -47,10 +47,12 @@ int main(int argc, char** argv) {
         int auth = pam_authenticate(pamh, PAM_SILENT);
         int acct = auth == PAM_SUCCESS ? pam_acct_mgmt(pamh, PAM_SILENT) : -1;
         std::printf("%d %d %d\n", auth, acct, answers.calls);
+        std::fflush(stdout);
         rc = acct;
     } else {
         rc = pam_chauthtok(pamh, PAM_SILENT);
         std::printf("%d\n", rc);
+        std::fflush(stdout);
     }
     pam_end(pamh, rc);
     return 0;
