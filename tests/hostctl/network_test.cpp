@@ -206,7 +206,7 @@ TEST_F(NetworkTest, PortGroupUplinksVlanAndClients) {
 }
 
 TEST_F(NetworkTest, ConnectionKinds) {
-    UseProfile("dvs");
+    UseProfile("qds");
     ConnectionPoint qds = ZrkNicImpl("zrk0").GetPortConnection();
     EXPECT_EQ(qds.GetType(), ConnectionType::QdsPort);
     EXPECT_EQ(static_cast<int>(qds.GetType()), 2);
@@ -231,7 +231,7 @@ TEST_F(NetworkTest, ConnectionKinds) {
 }
 
 TEST_F(NetworkTest, SafeModeSteps) {
-    UseProfile("dvs");
+    UseProfile("qds");
     VirtualSwitchInfoImpl switches;
     EXPECT_TRUE(PortsetImpl("zSwitch0").IsValidVirtualSwitch());
     EXPECT_TRUE(PortsetImpl("qDS-Prod").IsValidVirtualSwitch());

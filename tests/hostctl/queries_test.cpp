@@ -105,7 +105,7 @@ TEST_F(QueriesTest, PnicNamesAndSummaries) {
 }
 
 TEST_F(QueriesTest, UplinkOwnersPreferTheDistributedSwitch) {
-    UseProfile("dvs");
+    UseProfile("qds");
     root().editState([](Json& s) {
         s["network"]["standardSwitches"][0]["uplinks"].push_back("pnic1");  // also on the qDS
     });
@@ -154,7 +154,7 @@ TEST_F(QueriesTest, NoNicHost) {
 
 TEST_F(QueriesTest, ManagementOnDistributedSwitch) {
     EXPECT_FALSE(Tesk::IsManagementOnQds());
-    UseProfile("dvs");
+    UseProfile("qds");
     EXPECT_TRUE(Tesk::IsManagementOnQds());
     root().setFault("zrkNic.getPortConnection", {{"exception", "port gone"}});
     EXPECT_FALSE(Tesk::IsManagementOnQds());
@@ -162,7 +162,7 @@ TEST_F(QueriesTest, ManagementOnDistributedSwitch) {
 }
 
 TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
-    UseProfile("dvs");
+    UseProfile("qds");
     std::vector<Tesk::ZrkNicInfo> nics;
     ASSERT_TRUE(Tesk::LoadZrkNicInfos(nics));
     ASSERT_EQ(nics.size(), 1u);
