@@ -170,7 +170,7 @@ class MacAddress {
     explicit MacAddress(const std::string& text);
     static bool IsValidAddress(const std::string& text);
 
-    // Lower-case, colon-separated: "00:50:56:ab:cd:ef".
+    // Lower-case, colon-separated: "02:5a:4b:ab:cd:ef".
     std::string GetStringAddress() const;
     const std::array<std::uint8_t, 6>& GetBytes() const { return bytes_; }
     bool operator==(const MacAddress& other) const { return bytes_ == other.bytes_; }

@@ -54,7 +54,7 @@ TEST_F(NetworkTest, ManagementInterfaceOfTheDefaultHost) {
               std::vector<std::string>{"2001:db8:10::21/64"});
     // The link-local address follows the MAC address.
     EXPECT_EQ(Addresses(current, Ipv6AddressType::LinkLayer),
-              std::vector<std::string>{"fe80::250:56ff:fea1:1000/64"});
+              std::vector<std::string>{"fe80::5a:4bff:fea1:1000/64"});
     EXPECT_FALSE(nic->GetConfiguredIpConfig().GetUseDhcp());
     EXPECT_TRUE(info.IsZrkIpv6Enabled());
 }
@@ -145,7 +145,7 @@ TEST_F(NetworkTest, Ipv6FromRouterAndDhcpv6) {
     nic.Refresh();
     IpConfig current = nic.GetIpConfig();
     EXPECT_EQ(Addresses(current, Ipv6AddressType::Autoconf),
-              std::vector<std::string>{"2001:db8:10:0:250:56ff:fea1:1000/64"});
+              std::vector<std::string>{"2001:db8:10:0:5a:4bff:fea1:1000/64"});
     EXPECT_EQ(Addresses(current, Ipv6AddressType::Dhcp),
               std::vector<std::string>{"2001:db8:10::150/64"});
 
@@ -311,7 +311,7 @@ TEST_F(NetworkTest, PnicListsAndDetails) {
               "Acme Networks X540  10 Gigabit   Network Connection");
     ZrkNicImpl nic("zrk1");
     nic.SetMacAddressFromPnic(pnic);
-    EXPECT_EQ(Nic("zrk1")["mac"], "00:50:56:a1:10:00");
+    EXPECT_EQ(Nic("zrk1")["mac"], "02:5a:4b:a1:10:00");
     EXPECT_THROW(PnicImpl("pnic9").Refresh(), HostCtlException);
 }
 

@@ -54,23 +54,23 @@ TEST(FormatTest, SwitchDetailsShowNoneForEmptyLists) {
 }
 
 TEST(FormatTest, PnicRowCutsNameLabelAndMac) {
-    Tesk::PnicSummary p{"pnic0", "N/A", "00:50:56:a1:20:01", "Disconnected", ""};
+    Tesk::PnicSummary p{"pnic0", "N/A", "02:5a:4b:a1:20:01", "Disconnected", ""};
     EXPECT_EQ(Tesk::FormatPnicRow(p),
-              "{align:padding:13}pnic0{/align}{align:padding:30}N/A (00:50:56:a1:20:01){/align}"
+              "{align:padding:13}pnic0{/align}{align:padding:30}N/A (02:5a:4b:a1:20:01){/align}"
               "Disconnected ");
     // A 12-character name and a 15-character label are cut; the MAC keeps
     // what fits in 25 characters together with the label.
-    p = {"vmnic-abcdef", "Acme Networks X540", "00:50:56:a1:10:00", "Connected", "zSwitch0"};
+    p = {"pnicx-abcdef", "Acme Networks X540", "02:5a:4b:a1:10:00", "Connected", "zSwitch0"};
     EXPECT_EQ(Tesk::FormatPnicRow(p),
-              "{align:padding:13}vmnic-ab...{/align}{align:padding:30}Acme Networ... "
+              "{align:padding:13}pnicx-ab...{/align}{align:padding:30}Acme Networ... "
               "(...a1:10:00){/align}Connected (...)");
     // A 14-character label stays whole; label and MAC of 25 stay whole.
     p.hardwareLabel = "Acme Networks1";
     EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme Networks1 (...a1:10:00)"), std::string::npos);
     p.hardwareLabel = "Acme1234";
-    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme1234 (00:50:56:a1:10:00)"), std::string::npos);
+    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme1234 (02:5a:4b:a1:10:00)"), std::string::npos);
     p.hardwareLabel = "Acme12345";
-    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme12345 (...0:56:a1:10:00)"), std::string::npos);
+    EXPECT_NE(Tesk::FormatPnicRow(p).find("Acme12345 (...a:4b:a1:10:00)"), std::string::npos);
 }
 
 TEST_F(QueriesTest, PnicNamesAndSummaries) {
@@ -96,7 +96,7 @@ TEST_F(QueriesTest, PnicNamesAndSummaries) {
     EXPECT_EQ(used->hardwareLabel, "Acme Networks X540 10 Gigabit Network Connection");
     EXPECT_EQ(Tesk::FormatPnicDetails(*used),
               "Hardware Label: Acme Networks X540 10 Gigabit Network Connection\nMAC Address: "
-              "00:50:56:a1:10:00\nConnection Status: Connected\nUsed By: zSwitch0");
+              "02:5a:4b:a1:10:00\nConnection Status: Connected\nUsed By: zSwitch0");
 
     root().editState([](Json& s) { s["network"]["pnics"][1]["pci"]["device"] = "  "; });
     root().editState([](Json& s) { s["network"]["pnics"][1]["pci"]["vendor"] = ""; });
@@ -167,9 +167,9 @@ TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
     ASSERT_TRUE(Tesk::LoadZrkNicInfos(nics));
     ASSERT_EQ(nics.size(), 1u);
     EXPECT_EQ(nics[0].GetDetails(),
-              "Name: zrk0\nMAC Address: 00:50:56:a1:10:00\nPortset: qDS-Prod\nPortgroup: N/A");
+              "Name: zrk0\nMAC Address: 02:5a:4b:a1:10:00\nPortset: qDS-Prod\nPortgroup: N/A");
     EXPECT_EQ(nics[0].GetRow(),
-              "{align:padding:8}zrk0{/align}{align:padding:19}00:50:56:a1:10:00{/align}"
+              "{align:padding:8}zrk0{/align}{align:padding:19}02:5a:4b:a1:10:00{/align}"
               "{align:padding:10}qDS-Prod{/align}{align:padding:20}N/A{/align}");
     EXPECT_EQ(nics[0].GetLabel(), "Zerkel NIC Name: zrk0");
 

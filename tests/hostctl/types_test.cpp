@@ -56,7 +56,7 @@ TEST(Ipv6AddressTest, TextIsCanonicalAndScopedTextKeepsTheZone) {
 }
 
 TEST(Ipv6AddressTest, LinkLocalIsFe80Slash10) {
-    for (const char* yes : {"fe80::1", "fe80::250:56ff:fea1:1000", "febf:ffff::1"})
+    for (const char* yes : {"fe80::1", "fe80::5a:4bff:fea1:1000", "febf:ffff::1"})
         EXPECT_TRUE(Ipv6Address(yes).IsLinkLocal()) << yes;
     for (const char* no : {"fec0::1", "fe00::1", "2001:db8::1", "::1", "ff02::1"})
         EXPECT_FALSE(Ipv6Address(no).IsLinkLocal()) << no;
@@ -86,9 +86,9 @@ TEST(Ipv6NetworkTest, ParsedNetworkIsStaticWithScopeFromAddress) {
 }
 
 TEST(MacAddressTest, ParsesEitherSeparatorAndPrintsLowerCaseColons) {
-    EXPECT_EQ(MacAddress("00-50-56-AB-CD-EF").GetStringAddress(), "00:50:56:ab:cd:ef");
+    EXPECT_EQ(MacAddress("02-5A-4B-AB-CD-EF").GetStringAddress(), "02:5a:4b:ab:cd:ef");
     for (const char* bad :
-         {"", "00:50:56:ab:cd", "00:50:56:ab:cd:eg", "0050.56ab.cdef", "00:50:56:ab:cd:ef:01"})
+         {"", "02:5a:4b:ab:cd", "02:5a:4b:ab:cd:eg", "025a.4bab.cdef", "02:5a:4b:ab:cd:ef:01"})
         EXPECT_FALSE(MacAddress::IsValidAddress(bad)) << bad;
     EXPECT_THROW(MacAddress("nonsense"), HostCtlException);
 }

@@ -57,9 +57,9 @@ public:
         list_->emplace<LabelItem>("Unavailable choice (disabled, skipped)", true).setEnabled(false);
         list_->emplace<LabelItem>("");
         list_->emplace<NicCarousel>(
-            std::vector<SampleNic>{{"zk0", "00:50:56:01:aa:10", "vSwitch0", "Management Network"},
-                                   {"zk1", "00:50:56:01:aa:11", "vSwitch1", "Storage"},
-                                   {"zk2", "00:50:56:01:aa:12", "qDS-lab", "vMotion"}},
+            std::vector<SampleNic>{{"zk0", "02:5a:4b:01:aa:10", "zSwitch0", "Management Network"},
+                                   {"zk1", "02:5a:4b:01:aa:11", "zSwitch1", "Storage"},
+                                   {"zk2", "02:5a:4b:01:aa:12", "qDS-lab", "Migration"}},
             true);
         list_->emplace<LabelItem>("");
         list_->emplace<LabelItem>(
