@@ -17,32 +17,12 @@
 #include "app/flags.h"
 #include "app/terminal.h"
 #include "platform/hostroot.h"
+#include "tests/harness/sim_root_test.h"
 
 namespace fs = std::filesystem;
 
 // A simulated host root made by tesk-sim, used as the host root for the test.
-class HostRootTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/tesk-frame-test.XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        root_ = pattern;
-        std::string cmd = std::string(TESK_SIM_BINARY) + " init " + root_ + " >/dev/null";
-        ASSERT_EQ(std::system(cmd.c_str()), 0);
-        Tesk::Platform::SetHostRootForTesting(root_);
-    }
-    void TearDown() override {
-        Tesk::Platform::SetHostRootForTesting("");
-        fs::remove_all(root_);
-    }
-    std::string Read(const std::string& relative) const {
-        std::ifstream in(fs::path(root_) / relative);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
-    std::string root_;
-};
+using HostRootTest = TeskTest::SimRootTest;
 
 // A curses screen on pipes, so the tests can type bytes and read key codes.
 class CursesOnPipes : public ::testing::Test {

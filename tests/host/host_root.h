@@ -15,26 +15,12 @@
 
 #include "platform/hostroot.h"
 #include "sim/state.h"
+#include "tests/harness/sim_root_test.h"
 
 namespace TeskTest {
 
-class HostRootTest : public ::testing::Test {
+class HostRootTest : public SimRootTest {
   protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/tesk-host-test.XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        root_ = pattern;
-        std::string command = std::string(TESK_SIM_BINARY) + " init " + root_ + " >/dev/null";
-        ASSERT_EQ(std::system(command.c_str()), 0) << command;
-        Tesk::Platform::SetHostRootForTesting(root_);
-    }
-
-    void TearDown() override {
-        Tesk::Platform::SetHostRootForTesting("");
-        std::error_code ec;
-        if (!std::getenv("TESK_KEEP_ROOTS")) std::filesystem::remove_all(root_, ec);
-    }
-
     std::string Path(const std::string& hostPath) const { return root_ + hostPath; }
 
     // Replaces the host tool at hostPath by a shell script with this body.
@@ -53,22 +39,11 @@ class HostRootTest : public ::testing::Test {
 
     std::string Calls() const { return Read("/tmp/calls"); }
 
-    std::string Read(const std::string& hostPath) const {
-        std::ifstream in(Path(hostPath));
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
-
     std::string Syslog() const { return Read("/var/log/syslog.log"); }
 
     bool Logged(const std::string& text) const { return Syslog().find(text) != std::string::npos; }
 
-    void SetFault(const std::string& name, const Sim::Json& fault) const {
-        Sim::Update([&](Sim::Json& state) { state["faults"][name] = fault; });
-    }
-
-    std::string root_;
+    void SetFault(const std::string& name, const Sim::Json& fault) const { sim().setFault(name, fault); }
 };
 
 }  // namespace TeskTest

@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/host.h"
+#include "tests/harness/sim_root.h"
 
 namespace fs = std::filesystem;
 
@@ -22,22 +23,16 @@ namespace {
 class SimulatedPam : public ::testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/tesk-pam-test.XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        root_ = pattern;
-        std::string cmd = std::string(TESK_SIM_BINARY) + " init " + root_ + " >/dev/null";
-        ASSERT_EQ(std::system(cmd.c_str()), 0);
-        std::ofstream(fs::path(root_) / "etc/simhost/users")
-            << "root:secret1:success\n"
-               "nobody:secret1:denied\n"
-               "old:secret1:expired\n"
-               "picky:secret1:twoprompts\n";
+        root_.writeFile("/etc/simhost/users",
+                        "root:secret1:success\n"
+                        "nobody:secret1:denied\n"
+                        "old:secret1:expired\n"
+                        "picky:secret1:twoprompts\n");
     }
-    void TearDown() override { fs::remove_all(root_); }
 
     std::string Pam(const std::string& args) {
         std::string env;
-        for (const auto& [k, v] : Sim::PamEnvironment(root_)) env += k + "='" + v + "' ";
+        for (const auto& [k, v] : Sim::PamEnvironment(root_.path())) env += k + "='" + v + "' ";
         std::string cmd = env + PAM_CHECK_BINARY + std::string(" ") + args;
         std::unique_ptr<FILE, int (*)(FILE*)> p(::popen(cmd.c_str(), "r"), ::pclose);
         std::array<char, 256> buf{};
@@ -46,7 +41,7 @@ protected:
         while (!out.empty() && out.back() == '\n') out.pop_back();
         return out;
     }
-    std::string root_;
+    TeskTest::SimRoot root_;
 };
 
 // Columns: authenticate, account check, conversation calls.
