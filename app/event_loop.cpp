@@ -37,13 +37,22 @@ void* SignalThread(void*) {
         }
         char byte = 0;
         switch (sig) {
-            case SIGUSR1: byte = 1; break;
-            case SIGUSR2: byte = 2; break;
-            case SIGWINCH: byte = 3; break;
+            case SIGUSR1:
+                byte = 1;
+                break;
+            case SIGUSR2:
+                byte = 2;
+                break;
+            case SIGWINCH:
+                byte = 3;
+                break;
             case SIGINT:
             case SIGQUIT:
-            case SIGTERM: byte = 4; break;
-            default: continue;
+            case SIGTERM:
+                byte = 4;
+                break;
+            default:
+                continue;
         }
         while (::write(g_pipe[1], &byte, 1) <= 0 && errno == EINTR) {
         }
@@ -125,7 +134,9 @@ KeyReaderHooks& Hooks() {
     return hooks;
 }
 
-void ResetHooks() { Hooks() = KeyReaderHooks{&RealNow, &WaitForInput}; }
+void ResetHooks() {
+    Hooks() = KeyReaderHooks{&RealNow, &WaitForInput};
+}
 
 int ReadKey(Window* w, bool allowIdleTimeout) {
     ProcessFlags& flags = Flags();
@@ -216,7 +227,9 @@ void BindSessionToCard(const std::string& userId) {
     Flags().cardBoundSession = CardWithUserIdPresent(userId);
 }
 
-const std::string& DetectedCardUserId() { return Flags().detectedCardUserId; }
+const std::string& DetectedCardUserId() {
+    return Flags().detectedCardUserId;
+}
 
 std::string ReadCardUserId() {
     ZrkCtl::Hardware::SmartCardInfoImpl cards;
@@ -251,7 +264,11 @@ void SmartCardCheck() {
     }
 }
 
-void SetInputDescriptorForTesting(int fd) { g_inputFd = fd; }
-int WakeupPipeWriteEndForTesting() { return g_pipe[1]; }
+void SetInputDescriptorForTesting(int fd) {
+    g_inputFd = fd;
+}
+int WakeupPipeWriteEndForTesting() {
+    return g_pipe[1];
+}
 
 }  // namespace Tesk

@@ -8,9 +8,9 @@ namespace Tesk {
 class Window;
 
 struct ProcessFlags {
-    bool localConsole = false;        // on the host's own console, not a remote shell
-    bool cannotChangeColours = false; // monochrome attributes
-    Window* currentWindow = nullptr;  // the innermost window running
+    bool localConsole = false;         // on the host's own console, not a remote shell
+    bool cannotChangeColours = false;  // monochrome attributes
+    Window* currentWindow = nullptr;   // the innermost window running
     bool sessionActive = false;
     bool restartPending = false;
     bool cardBoundSession = false;

@@ -37,7 +37,9 @@ void EndCurses() {
 
 }  // namespace
 
-const termios& StartupTerminalSettings() { return g_savedTermios; }
+const termios& StartupTerminalSettings() {
+    return g_savedTermios;
+}
 
 std::optional<int> ParseVirtualTerminal(const char* argument) {
     long value = std::strtol(argument, nullptr, 10);
@@ -90,7 +92,8 @@ void SwitchVirtualTerminal(int vt) {
     ::close(fd);
 }
 
-int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Window>()>& makeTopWindow) {
+int RunConsole(int argc, char** argv,
+               const std::function<std::unique_ptr<Window>()>& makeTopWindow) {
     Preference_Init();
 
     std::optional<int> vt;
@@ -110,8 +113,8 @@ int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Window
     char kbType = 0;
     Flags().localConsole = ChooseTerminalType(::ioctl(1, KDGKBTYPE, &kbType) == 0);
 
-    Log_SetProductInfo(ProductState_GetName(), ProductState_GetVersion(), ProductState_GetBuildNumber(),
-                       ProductState_GetCompilationOption());
+    Log_SetProductInfo(ProductState_GetName(), ProductState_GetVersion(),
+                       ProductState_GetBuildNumber(), ProductState_GetCompilationOption());
     Log_InitWithSyslogSimpleInt(Log_CfgInterfaceGet(), "TESK");
     Platform::OpenSyslog("TESK");
     Platform::Log(LOG_INFO, "Starting TESK");

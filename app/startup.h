@@ -31,6 +31,7 @@ void SwitchVirtualTerminal(int vt);
 
 // The whole program: start-up in its fixed order, the top-level window made by
 // makeTopWindow and run until it returns, then the terminal put back.
-int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Window>()>& makeTopWindow);
+int RunConsole(int argc, char** argv,
+               const std::function<std::unique_ptr<Window>()>& makeTopWindow);
 
 }  // namespace Tesk

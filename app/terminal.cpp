@@ -18,10 +18,8 @@ struct Rgb {
 
 // Redefined in this order; black is never redefined.
 constexpr Rgb kRedefinitions[] = {
-    {ColourYellow, 1000, 800, 0},
-    {ColourDarkGrey, 334, 334, 334},
-    {ColourLightGrey, 667, 667, 667},
-    {ColourWhite, 1000, 1000, 1000},
+    {ColourYellow, 1000, 800, 0},     {ColourDarkGrey, 334, 334, 334},
+    {ColourLightGrey, 667, 667, 667}, {ColourWhite, 1000, 1000, 1000},
     {ColourRed, 1000, 0, 0},
 };
 
@@ -41,7 +39,8 @@ int ColourPairNumber(int background, int foreground) {
 void SetupColours() {
     use_default_colors();
     if (can_change_color()) {
-        for (const auto& c : kRedefinitions) init_color(static_cast<short>(c.colour), c.r, c.g, c.b);
+        for (const auto& c : kRedefinitions)
+            init_color(static_cast<short>(c.colour), c.r, c.g, c.b);
         for (int b : kPaletteOrder)
             for (int f : kPaletteOrder)
                 init_pair(static_cast<short>(ColourPairNumber(b, f)), static_cast<short>(f),
@@ -69,8 +68,10 @@ void RegisterEscapeSequences() {
     def("\033-", KEY_DC);
     def("\033?", KEY_PPAGE);
     def("\033/", KEY_NPAGE);
-    for (int i = 0; i < 12; ++i) def(std::string("\033[") + static_cast<char>('M' + i), KEY_F(i + 1));
-    for (int i = 0; i < 9; ++i) def(std::string("\033O") + static_cast<char>('P' + i), KEY_F(i + 1));
+    for (int i = 0; i < 12; ++i)
+        def(std::string("\033[") + static_cast<char>('M' + i), KEY_F(i + 1));
+    for (int i = 0; i < 9; ++i)
+        def(std::string("\033O") + static_cast<char>('P' + i), KEY_F(i + 1));
     def("\033OY", KEY_F(12));
     const int arrows[] = {KEY_UP, KEY_DOWN, KEY_RIGHT, KEY_LEFT};
     for (int i = 0; i < 4; ++i) def(std::string("\033O") + static_cast<char>('A' + i), arrows[i]);

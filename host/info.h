@@ -9,7 +9,7 @@
 namespace Tesk {
 
 class InfoType {
-  public:
+public:
     virtual ~InfoType() = default;
     // The list's header line (markup, two leading blanks).
     virtual std::string GetHeader() const = 0;
@@ -22,7 +22,7 @@ class InfoType {
 };
 
 class ZrkNicInfo : public InfoType {
-  public:
+public:
     ZrkNicInfo(std::string name, std::string mac, std::string portset, std::string portGroup)
         : name(std::move(name)),
           mac(std::move(mac)),
@@ -43,7 +43,7 @@ class ZrkNicInfo : public InfoType {
 };
 
 class PortGroupInfo : public InfoType {
-  public:
+public:
     PortGroupInfo(std::string name, std::string vswitch, std::int64_t activeClients,
                   std::int64_t vlanId)
         : name(std::move(name)),

@@ -137,7 +137,7 @@ int MillisecondsUntil(Clock::time_point deadline) {
 // Keeps SIGPIPE from ending the console while it feeds a child that may
 // already have gone; a SIGPIPE raised meanwhile is taken off again.
 class SigpipeGuard {
-  public:
+public:
     SigpipeGuard() {
         sigemptyset(&pipeSet_);
         sigaddset(&pipeSet_, SIGPIPE);
@@ -155,7 +155,7 @@ class SigpipeGuard {
     SigpipeGuard& operator=(const SigpipeGuard&) = delete;
     bool raised = false;
 
-  private:
+private:
     sigset_t pipeSet_, saved_;
 };
 

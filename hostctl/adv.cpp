@@ -4,7 +4,8 @@
 
 namespace ZrkCtl::Adv {
 
-std::optional<HostCtl::Adv::OptionValue> AdvancedOptionImpl::GetOption(const std::string& name) const {
+std::optional<HostCtl::Adv::OptionValue> AdvancedOptionImpl::GetOption(
+    const std::string& name) const {
     Sim::CheckFault("adv.getOption");
     Sim::Json state = Sim::Load();
     const auto& options = state.value("advancedOptions", Sim::Json::object());
@@ -16,8 +17,8 @@ std::optional<HostCtl::Adv::OptionValue> AdvancedOptionImpl::GetOption(const std
         v.intValue = (*it)["value"].get<std::int64_t>();
     } else {
         v.type = HostCtl::Adv::OptionValue::Type::String;
-        v.stringValue = (*it)["value"].is_string() ? (*it)["value"].get<std::string>()
-                                                  : (*it)["value"].dump();
+        v.stringValue =
+            (*it)["value"].is_string() ? (*it)["value"].get<std::string>() : (*it)["value"].dump();
     }
     return v;
 }

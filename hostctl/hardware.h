@@ -7,20 +7,20 @@
 namespace ZrkCtl::Hardware {
 
 class HardwareInfoImpl {
-  public:
+public:
     // As the firmware reports them, white space included.
     std::string GetVendorName() const;
     std::string GetProductName() const;
 };
 
 class CpuInfoImpl {
-  public:
+public:
     std::int32_t GetNumCpuPackages() const;
     std::string GetModelName() const;
 };
 
 class MemoryInfoImpl {
-  public:
+public:
     std::uint64_t GetTotalPages() const;
     std::uint64_t GetPageSize() const;
 };

@@ -43,7 +43,7 @@ struct PciDevice {
 // A port group on a standard switch, named by the switch and the group. Each
 // call reads or changes the host at once.
 class PortGroup {
-  public:
+public:
     PortGroup(std::string name, std::string switchName)
         : name_(std::move(name)), switchName_(std::move(switchName)) {}
     virtual ~PortGroup() = default;
@@ -69,14 +69,14 @@ class PortGroup {
     // still lists it, it stops being an uplink of the switch as well.
     void RemoveUplink(const std::string& pnic) const;
 
-  private:
+private:
     std::string name_;
     std::string switchName_;
 };
 
 // Where a Zerkel NIC is connected, as it was when its NIC object was loaded.
 class ConnectionPoint {
-  public:
+public:
     ConnectionPoint() = default;
     static ConnectionPoint ToPortGroup(std::string portGroup, std::string switchName);
     static ConnectionPoint ToQdsPort(std::string switchName, std::string portId);
@@ -92,7 +92,7 @@ class ConnectionPoint {
     // any other connection.
     std::string GetPortId() const;
 
-  private:
+private:
     ConnectionType type_ = ConnectionType::None;
     std::string switchName_;
     std::string portGroup_;
@@ -101,7 +101,7 @@ class ConnectionPoint {
 
 // A physical NIC. Its data is loaded by Refresh(); a new object is stale.
 class Pnic {
-  public:
+public:
     virtual ~Pnic() = default;
     virtual const std::string& GetName() const = 0;
     // True before the first Refresh() and whenever the host has changed since.
@@ -116,7 +116,7 @@ class Pnic {
 // A Zerkel NIC. Its data is loaded by Refresh(); a new object is stale, and
 // every change made through it marks it stale again.
 class ZrkNic {
-  public:
+public:
     virtual ~ZrkNic() = default;
     virtual const std::string& GetName() const = 0;
     virtual bool IsStale() const = 0;
@@ -170,7 +170,7 @@ namespace ZrkCtl::Network {
 namespace HN = HostCtl::Network;
 
 class PnicImpl : public HN::Pnic {
-  public:
+public:
     explicit PnicImpl(std::string name) : name_(std::move(name)) {}
     const std::string& GetName() const override { return name_; }
     bool IsStale() const override;
@@ -180,14 +180,14 @@ class PnicImpl : public HN::Pnic {
     HN::MacAddress GetMacAddress() override;
     bool IsLinkUp() override;
 
-  private:
+private:
     const Sim::Json& Data();
     std::string name_;
     std::optional<Sim::Json> data_;
 };
 
 class ZrkNicImpl : public HN::ZrkNic {
-  public:
+public:
     explicit ZrkNicImpl(std::string name) : name_(std::move(name)) {}
     const std::string& GetName() const override { return name_; }
     bool IsStale() const override;
@@ -211,7 +211,7 @@ class ZrkNicImpl : public HN::ZrkNic {
     void RenewDhcpv6() override;
     void RequestRenewal(bool release) override;
 
-  private:
+private:
     const Sim::Json& Data();
     // Runs change on this NIC's entry under the state lock, then marks the
     // object stale.
@@ -224,7 +224,7 @@ class ZrkNicImpl : public HN::ZrkNic {
 
 // A standard switch, by name. Each call reads or changes the host at once.
 class PortsetImpl : public HN::Portset {
-  public:
+public:
     explicit PortsetImpl(std::string name) : name_(std::move(name)) {}
     const std::string& GetName() const { return name_; }
 
@@ -250,26 +250,26 @@ class PortsetImpl : public HN::Portset {
     // port group of that name exists anywhere on the host.
     HN::PortGroup AddPortGroup(const std::string& name, std::uint16_t vlanId = 0) const;
 
-  private:
+private:
     std::string name_;
 };
 
 // A port group by name alone.
 class PortGroupImpl {
-  public:
+public:
     explicit PortGroupImpl(std::string name) : name_(std::move(name)) {}
     // True when a port group of this name exists on any standard switch.
     bool IsValidPortGroup() const;
     // The port group; throws when there is none of this name.
     HN::PortGroup Get() const;
 
-  private:
+private:
     std::string name_;
 };
 
 // A distributed switch, by name.
 class QdsSwitchImpl {
-  public:
+public:
     explicit QdsSwitchImpl(std::string name) : name_(std::move(name)) {}
     const std::string& GetName() const { return name_; }
     // Physical NIC name to the switch's uplink port name.
@@ -279,12 +279,12 @@ class QdsSwitchImpl {
     // Drops the physical NIC from the uplink map; nothing when absent.
     void RemoveUplink(const std::string& pnic) const;
 
-  private:
+private:
     std::string name_;
 };
 
 class VirtualSwitchInfoImpl {
-  public:
+public:
     // The standard switches in the host's order (none for PortsetKind::Qds).
     std::vector<PortsetImpl> GetVirtualSwitches(HN::PortsetKind kind = HN::PortsetKind::All) const;
     std::vector<QdsSwitchImpl> GetQdsSwitches() const;
@@ -295,7 +295,7 @@ class VirtualSwitchInfoImpl {
 };
 
 class ZerkelNicInfoImpl {
-  public:
+public:
     // The Zerkel NICs in the host's order; Standard and Qds keep the NICs
     // connected to that kind of switch.
     std::vector<std::unique_ptr<HN::ZrkNic>> GetZerkelNics(
@@ -303,7 +303,7 @@ class ZerkelNicInfoImpl {
 };
 
 class NetworkInfoImpl {
-  public:
+public:
     // Whether the kernel runs with IPv6 now.
     bool IsZrkIpv6Enabled() const;
     // Whether it shall after the next reboot.
@@ -332,14 +332,14 @@ class NetworkInfoImpl {
     void DisableNetDumper() const;
     bool IsNetDumperEnabled() const;
 
-  private:
+private:
     std::optional<std::string> management_;
     bool updated_ = false;
 };
 
 // Default gateways of a network stack ("defaultNetStack").
 class RoutingInfoImpl {
-  public:
+public:
     explicit RoutingInfoImpl(std::string netStack = "defaultNetStack");
     HN::Ipv4Address GetZerkelDefaultGateway() const;
     // With checkReachable the gateway must lie in the management interface's
@@ -348,7 +348,7 @@ class RoutingInfoImpl {
     HN::Ipv6Address GetIpv6ZerkelDefaultGateway() const;
     void SetIpv6ZerkelDefaultGateway(const HN::Ipv6Address& gateway) const;
 
-  private:
+private:
     std::string netStack_;
 };
 
@@ -357,7 +357,7 @@ class RoutingInfoImpl {
 // stale. SaveConfig() makes the running settings the saved ones (those that
 // survive a reboot).
 class DnsConfigImpl {
-  public:
+public:
     explicit DnsConfigImpl(std::string netStack = "defaultNetStack");
     bool IsStale() const;
     void Refresh();
@@ -384,7 +384,7 @@ class DnsConfigImpl {
     void AddUserSearchDomain(const std::string& domain);
     void SaveConfig();
 
-  private:
+private:
     const Sim::Json& Data();
     void Change(const std::string& fault, const std::function<void(Sim::Json& dns)>& change);
     std::string netStack_;
@@ -394,14 +394,14 @@ class DnsConfigImpl {
 
 // The host's "/etc/hosts".
 class HostsFile {
-  public:
+public:
     explicit HostsFile(std::string hostPath = "/etc/hosts") : path_(std::move(hostPath)) {}
     // Takes the name (case-insensitive) off every line; a line left with no
     // name is dropped, comments and other lines stay. True when the name was
     // found. Throws when the file cannot be read or written.
     bool RemoveEntryByHostName(const std::string& hostname) const;
 
-  private:
+private:
     std::string path_;
 };
 

@@ -15,7 +15,7 @@ namespace HostCtl::Network {
 // Any IP address; the DNS servers of the management network are held as
 // owning pointers to this base.
 class IpAddress {
-  public:
+public:
     enum class Family { Ipv4, Ipv6 };
 
     virtual ~IpAddress() = default;
@@ -35,7 +35,7 @@ class IpAddress {
 };
 
 class Ipv4Address : public IpAddress {
-  public:
+public:
     Ipv4Address() = default;  // 0.0.0.0
     // Throws HostCtl::Lib::HostCtlException when text is not a dotted quad.
     explicit Ipv4Address(const std::string& text);
@@ -60,7 +60,7 @@ class Ipv4Address : public IpAddress {
 
     bool operator==(const Ipv4Address& other) const { return value_ == other.value_; }
 
-  private:
+private:
     std::uint32_t value_ = 0;
 };
 
@@ -89,7 +89,7 @@ enum class Ipv6Scope : int {
 };
 
 class Ipv6Address : public IpAddress {
-  public:
+public:
     Ipv6Address();  // "::"
     // Accepts an optional zone ("fe80::1%zrk0"); throws
     // HostCtl::Lib::HostCtlException when the text is not an IPv6 address.
@@ -118,14 +118,14 @@ class Ipv6Address : public IpAddress {
         return bytes_ == other.bytes_ && zone_ == other.zone_;
     }
 
-  private:
+private:
     std::array<std::uint8_t, 16> bytes_{};
     std::string zone_;
 };
 
 // An IPv6 address with its prefix length, address type and scope.
 class Ipv6Network {
-  public:
+public:
     Ipv6Network() = default;
     Ipv6Network(const Ipv6Address& address, int prefixLength,
                 Ipv6AddressType type = Ipv6AddressType::Static,
@@ -155,7 +155,7 @@ class Ipv6Network {
                prefixLength_ == other.prefixLength_;
     }
 
-  private:
+private:
     Ipv6Address address_;
     int prefixLength_ = 0;
     Ipv6AddressType type_ = Ipv6AddressType::Static;
@@ -163,7 +163,7 @@ class Ipv6Network {
 };
 
 class MacAddress {
-  public:
+public:
     MacAddress() = default;  // 00:00:00:00:00:00
     // Six hexadecimal pairs separated by ":" or "-"; throws
     // HostCtl::Lib::HostCtlException otherwise.
@@ -175,7 +175,7 @@ class MacAddress {
     const std::array<std::uint8_t, 6>& GetBytes() const { return bytes_; }
     bool operator==(const MacAddress& other) const { return bytes_ == other.bytes_; }
 
-  private:
+private:
     std::array<std::uint8_t, 6> bytes_{};
 };
 
@@ -183,7 +183,7 @@ class MacAddress {
 // mode flags and static addresses) and what is in effect (the addresses the
 // interface has now); it is copied by value.
 class IpConfig {
-  public:
+public:
     // IPv4 mode: DHCP, static, or none (IPv4 switched off).
     bool GetUseDhcp() const { return useDhcp_; }
     bool GetIpv4UseNone() const { return ipv4None_; }
@@ -226,7 +226,7 @@ class IpConfig {
     // with DHCPv6.
     bool IsUsingDhcp() const { return useDhcp_ || (ipv6Enabled_ && useIpv6Dhcp_); }
 
-  private:
+private:
     bool useDhcp_ = false;
     bool ipv4None_ = false;
     Ipv4Address ipv4Address_;
@@ -242,7 +242,7 @@ class IpConfig {
 
 // Which uplinks a switch or port group uses, in order of preference.
 class NicTeamingPolicy {
-  public:
+public:
     const std::vector<std::string>& GetActiveUplinks() const { return active_; }
     void SetActiveUplinks(std::vector<std::string> uplinks) { active_ = std::move(uplinks); }
     const std::vector<std::string>& GetStandbyUplinks() const { return standby_; }
@@ -257,7 +257,7 @@ class NicTeamingPolicy {
     bool RemoveUplink(const std::string& uplink);
     bool HasUplink(const std::string& uplink) const;
 
-  private:
+private:
     std::vector<std::string> active_;
     std::vector<std::string> standby_;
     std::int32_t maxActive_ = 1;

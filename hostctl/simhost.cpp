@@ -25,8 +25,8 @@ void Update(const std::function<void(Json&)>& change) {
 void CheckFault(const std::string& name) {
     auto fault = ::Sim::Fault(name);
     if (!fault) return;
-    std::string text = fault->is_object() ? fault->value("exception", std::string())
-                                          : std::string();
+    std::string text =
+        fault->is_object() ? fault->value("exception", std::string()) : std::string();
     if (text.empty()) text = "Operation " + name + " failed";
     throw HostCtl::Lib::HostCtlException(text);
 }

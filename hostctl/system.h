@@ -15,7 +15,7 @@ namespace HostCtl::System {
 // A firewall ruleset of the host, by id ("sshServer"). Each call reads or
 // changes the host at once.
 class FirewallRuleset {
-  public:
+public:
     explicit FirewallRuleset(std::string id) : id_(std::move(id)) {}
     const std::string& GetId() const { return id_; }
     // The configured state.
@@ -29,12 +29,12 @@ class FirewallRuleset {
     bool IsActive() const;
     void Apply() const;
 
-  private:
+private:
     std::string id_;
 };
 
 class SystemInfo {
-  public:
+public:
     virtual ~SystemInfo() = default;
     // The administrator's welcome text; empty when none is set.
     virtual std::string GetWelcomeMessage() const = 0;
@@ -60,7 +60,7 @@ class SystemInfo {
 namespace ZrkCtl::System {
 
 class SystemInfoImpl : public HostCtl::System::SystemInfo {
-  public:
+public:
     std::string GetWelcomeMessage() const override;
     void SetWelcomeMessage(const std::string& message) const override;
     void SetSystemAlert(const std::string& text) const override;
@@ -88,7 +88,7 @@ namespace HostCtl {
 
 // The host the console runs on.
 class Host {
-  public:
+public:
     std::unique_ptr<System::SystemInfo> GetSystemInfo() const;
 };
 
@@ -101,7 +101,7 @@ struct HostFactory {
 namespace ZrkCtl::Resource {
 
 class ResourceInfoImpl {
-  public:
+public:
     // Names of the virtual machines that are powered on, in the host's order.
     std::vector<std::string> GetRunningVirtualMachines() const;
     bool HasRunningVirtualMachines() const;

@@ -25,8 +25,7 @@ std::string UtcStamp() {
 
 }  // namespace
 
-void BrlAudit_VLog(const char* event, const char* user, const char* application, int outcome,
-                   ...) {
+void BrlAudit_VLog(const char* event, const char* user, const char* application, int outcome, ...) {
     nlohmann::ordered_json record;
     record["time"] = UtcStamp();
     record["event"] = event ? event : "";

@@ -13,7 +13,9 @@ namespace Tesk {
 int InitNoxUserLib() {
     Platform::Log(LOG_INFO, "%s", "Initializing noxuser library");
     int rc = NoxUserLib_Init();
-    if (rc != 0) Platform::Log(LOG_ERR, "Unable to initialize noxuser library from TESK. Error code: %d", rc);
+    if (rc != 0)
+        Platform::Log(LOG_ERR, "Unable to initialize noxuser library from TESK. Error code: %d",
+                      rc);
     return rc;
 }
 
@@ -30,8 +32,8 @@ void WriteAudit(const AuditRecord& a) {
         kv[n++] = value.c_str();
     }
     BrlAudit_VLog(a.event.c_str(), a.user.c_str(), "tesk", a.outcome, kv[0], kv[1], kv[2], kv[3],
-                  kv[4], kv[5], kv[6], kv[7], kv[8], kv[9], kv[10], kv[11], kv[12], kv[13],
-                  kv[14], kv[15], static_cast<const char*>(nullptr));
+                  kv[4], kv[5], kv[6], kv[7], kv[8], kv[9], kv[10], kv[11], kv[12], kv[13], kv[14],
+                  kv[15], static_cast<const char*>(nullptr));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace Tesk {
 struct AuditRecord {
     std::string event;  // "tesk.login"
     std::string user;
-    int outcome = 1;  // 1 success, 0 failure
+    int outcome = 1;                                        // 1 success, 0 failure
     std::vector<std::pair<std::string, std::string>> data;  // {"reason", "Invalid login"}
 };
 

@@ -28,7 +28,9 @@ const std::string& HostRoot() {
     return *slot;
 }
 
-bool IsSimulatedRoot() { return HostRoot() != "/"; }
+bool IsSimulatedRoot() {
+    return HostRoot() != "/";
+}
 
 std::string HostPath(std::string_view path) {
     if (path.empty() || path.front() != '/') return std::string(path);

@@ -66,4 +66,6 @@ int NoxUserLib_AddNox(const char* fmt, ...) {
     return written == static_cast<ssize_t>(line.size()) ? 0 : -1;
 }
 
-void NoxUserLib_Close() { g_open = false; }
+void NoxUserLib_Close() {
+    g_open = false;
+}

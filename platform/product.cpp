@@ -22,15 +22,23 @@ bool Preference_Init() {
     return g_preferencesReady;
 }
 
-const char* ProductState_GetName() { return "TESK"; }
-const char* ProductState_GetVersion() { return TESK_VERSION; }
-const char* ProductState_GetBuildNumber() { return TESK_BUILD_NUMBER; }
-const char* ProductState_GetCompilationOption() { return TESK_BUILD_TYPE; }
+const char* ProductState_GetName() {
+    return "TESK";
+}
+const char* ProductState_GetVersion() {
+    return TESK_VERSION;
+}
+const char* ProductState_GetBuildNumber() {
+    return TESK_BUILD_NUMBER;
+}
+const char* ProductState_GetCompilationOption() {
+    return TESK_BUILD_TYPE;
+}
 
 void Log_SetProductInfo(const char* name, const char* version, const char* build,
                         const char* compilationOption) {
-    g_productInfo = std::string(name) + " " + version + " build-" + build + " (" +
-                    compilationOption + ")";
+    g_productInfo =
+        std::string(name) + " " + version + " build-" + build + " (" + compilationOption + ")";
 }
 
 const Log_CfgInterface* Log_CfgInterfaceGet() {
@@ -42,4 +50,6 @@ bool Log_InitWithSyslogSimpleInt(const Log_CfgInterface* cfg, const char* identi
     return cfg != nullptr && identity != nullptr;
 }
 
-std::string Tesk::Platform::LoggedProductInfo() { return g_productInfo; }
+std::string Tesk::Platform::LoggedProductInfo() {
+    return g_productInfo;
+}

@@ -22,8 +22,8 @@ void AppendMirror(const std::string& text) {
     if (!IsSimulatedRoot()) return;
     std::string line = FormatMirrorLine(text);
     line += '\n';
-    int fd = ::open(HostPath("/var/log/syslog.log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC,
-                    0644);
+    int fd = ::open(HostPath("/var/log/syslog.log").c_str(),
+                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
     if (fd < 0) return;
     // One write with O_APPEND keeps lines from several processes whole.
     ssize_t ignored = ::write(fd, line.data(), line.size());
@@ -40,7 +40,9 @@ void OpenSyslog(const char* identity) {
     ::setlogmask(LOG_UPTO(LOG_INFO));
 }
 
-const std::string& SyslogIdentity() { return Identity(); }
+const std::string& SyslogIdentity() {
+    return Identity();
+}
 
 std::string FormatMirrorLine(const std::string& text) {
     char stamp[32] = "";

@@ -54,7 +54,8 @@ std::string UserFile(const Json& state) {
 // <prefix>/lib/tesk when installed.
 std::string PamModulePath() {
     fs::path own = OwnDirectory();
-    for (const fs::path& candidate : {own / "pam_simhost.so", own.parent_path() / "lib/tesk/pam_simhost.so"})
+    for (const fs::path& candidate :
+         {own / "pam_simhost.so", own.parent_path() / "lib/tesk/pam_simhost.so"})
         if (fs::exists(candidate)) return candidate.string();
     return (own / "pam_simhost.so").string();
 }
@@ -62,10 +63,10 @@ std::string PamModulePath() {
 }  // namespace
 
 const std::vector<std::string>& LogFiles() {
-    static const std::vector<std::string> files = {
-        "/var/log/syslog.log", "/var/log/zerkel.log", "/var/log/sysboot.log",
-        "/var/log/hagentd.log", "/var/log/mgra.log",  "/var/log/hamon.log",
-        "/var/log/noxd.log"};
+    static const std::vector<std::string> files = {"/var/log/syslog.log",  "/var/log/zerkel.log",
+                                                   "/var/log/sysboot.log", "/var/log/hagentd.log",
+                                                   "/var/log/mgra.log",    "/var/log/hamon.log",
+                                                   "/var/log/noxd.log"};
     return files;
 }
 
@@ -78,7 +79,8 @@ std::string OwnDirectory() {
 void InitRoot(const std::string& dir, const std::string& profileName) {
     const Profile* profile = FindProfile(profileName);
     if (!profile)
-        throw std::runtime_error("unknown profile '" + profileName + "' (known: " + ProfileNames() + ")");
+        throw std::runtime_error("unknown profile '" + profileName + "' (known: " + ProfileNames() +
+                                 ")");
     Json state = Json::parse(profile->json);
 
     fs::path root = fs::absolute(dir);
@@ -92,7 +94,8 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
     if (state.value("loginEnabled", true)) WriteFile(root / "var/run/brelt/show-tesk-login", "");
     WriteFile(root / "etc/brelt/support", state.value("support", std::string()));
     for (const auto& log : LogFiles()) WriteFile(root / log.substr(1), "");
-    std::string hosts = "127.0.0.1\tlocalhost.localdomain localhost\n::1\tlocalhost.localdomain localhost\n";
+    std::string hosts =
+        "127.0.0.1\tlocalhost.localdomain localhost\n::1\tlocalhost.localdomain localhost\n";
     if (state.contains("hostsFile")) hosts = state["hostsFile"].get<std::string>();
     WriteFile(root / "etc/hosts", hosts);
 
@@ -148,7 +151,8 @@ bool ChangeCard(const std::string& root, const std::string& userId, std::string&
         return false;
     }
     if (::kill(static_cast<pid_t>(pid), SIGUSR1) != 0) {
-        message = "card changed; console " + std::to_string(pid) + " not told: " + std::strerror(errno);
+        message =
+            "card changed; console " + std::to_string(pid) + " not told: " + std::strerror(errno);
         return false;
     }
     message = "card changed; console " + std::to_string(pid) + " told";

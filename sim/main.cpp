@@ -74,7 +74,8 @@ int Run(const Options& o, const std::string& program) {
         Sim::InitRoot(root, o.profile);
     } else {
         root = fs::absolute(o.positional[0]).string();
-        if (!fs::exists(fs::path(root) / "var/lib/simhost/state.json")) Sim::InitRoot(root, o.profile);
+        if (!fs::exists(fs::path(root) / "var/lib/simhost/state.json"))
+            Sim::InitRoot(root, o.profile);
     }
     auto [user, password] = Sim::DemoLogin();
     std::cout << "Simulated host root: " << root << "\n"
@@ -101,7 +102,8 @@ int Run(const Options& o, const std::string& program) {
         ::signal(SIGINT, SIG_DFL);
         ::signal(SIGQUIT, SIG_DFL);
         ::setenv("TESK_ROOT", root.c_str(), 1);
-        for (const auto& [name, value] : Sim::PamEnvironment(root)) ::setenv(name.c_str(), value.c_str(), 1);
+        for (const auto& [name, value] : Sim::PamEnvironment(root))
+            ::setenv(name.c_str(), value.c_str(), 1);
         std::vector<char*> args{const_cast<char*>(program.c_str())};
         if (!o.vt.empty()) args.push_back(const_cast<char*>(o.vt.c_str()));
         args.push_back(nullptr);

@@ -66,9 +66,13 @@ void WriteUnlocked(const Json& state) {
 
 }  // namespace
 
-std::string StatePath() { return Tesk::Platform::HostPath("/var/lib/simhost/state.json"); }
+std::string StatePath() {
+    return Tesk::Platform::HostPath("/var/lib/simhost/state.json");
+}
 
-bool HasState() { return ::access(StatePath().c_str(), R_OK) == 0; }
+bool HasState() {
+    return ::access(StatePath().c_str(), R_OK) == 0;
+}
 
 Json Load() {
     StateLock lock(LOCK_SH);

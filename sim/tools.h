@@ -24,8 +24,9 @@ struct ToolRegistration {
 #define SIM_TOOL_CONCAT2(a, b) a##b
 #define SIM_TOOL_CONCAT(a, b) SIM_TOOL_CONCAT2(a, b)
 // SIM_TOOL({"/bin/rux-cmd"}, &RuxCmdMain);
-#define SIM_TOOL(...) \
-    static const ::Sim::ToolRegistration SIM_TOOL_CONCAT(simToolRegistration_, __LINE__)(__VA_ARGS__)
+#define SIM_TOOL(...)                                                          \
+    static const ::Sim::ToolRegistration SIM_TOOL_CONCAT(simToolRegistration_, \
+                                                         __LINE__)(__VA_ARGS__)
 
 // Every link `tesk-sim init` makes in a host root.
 std::vector<ToolLink> ToolLinks();

@@ -16,7 +16,7 @@ namespace {
 
 // A root made once for the process, removed at exit.
 class BenchRoot {
-  public:
+public:
     BenchRoot() {
         char pattern[] = "/tmp/tesk-host-bench.XXXXXX";
         if (!::mkdtemp(pattern)) std::abort();
@@ -31,7 +31,7 @@ class BenchRoot {
         std::filesystem::remove_all(path_, ec);
     }
 
-  private:
+private:
     std::string path_;
 };
 

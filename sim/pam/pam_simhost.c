@@ -68,7 +68,8 @@ static int find_user(const char* db, const char* user, struct user_entry* out) {
 }
 
 /* Rewrites the user's line with a new password and outcome. */
-static int update_user(const char* db, const char* user, const char* password, const char* outcome) {
+static int update_user(const char* db, const char* user, const char* password,
+                       const char* outcome) {
     FILE* in = fopen(db, "r");
     if (!in) return 0;
     char tmp[4096];

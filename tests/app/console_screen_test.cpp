@@ -18,8 +18,9 @@ namespace {
 
 // Started and ready: the pid file names the console.
 void WaitStarted(ConsoleSession& console, const SimRoot& root) {
-    console.waitFor([&] { return root.tryReadFile("/var/run/tesk.pid") == std::to_string(console.pid()); },
-                    "pid file written");
+    console.waitFor(
+        [&] { return root.tryReadFile("/var/run/tesk.pid") == std::to_string(console.pid()); },
+        "pid file written");
     console.waitForQuiet();
 }
 
@@ -42,7 +43,8 @@ TEST(ConsoleProcess, ResizeIsLoggedAndEndsTheConsole) {
     WaitStarted(console, root);
     console.resize(100, 30);
     EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
-    EXPECT_NE(root.readFile("/var/log/syslog.log").find("Resized window to 100x30"), std::string::npos);
+    EXPECT_NE(root.readFile("/var/log/syslog.log").find("Resized window to 100x30"),
+              std::string::npos);
 }
 
 TEST(ConsoleProcess, SecondInstanceRunsButLeavesThePidFileAlone) {
@@ -50,11 +52,14 @@ TEST(ConsoleProcess, SecondInstanceRunsButLeavesThePidFileAlone) {
     ConsoleSession first(root);
     WaitStarted(first, root);
     ConsoleSession second(root);
-    second.waitFor([&] {
-        return root.readFile("/var/log/syslog.log")
-                   .find("Attempt to run multiple TESK instances, not updating /var/run/tesk.pid") !=
-               std::string::npos;
-    }, "second instance's error line");
+    second.waitFor(
+        [&] {
+            return root.readFile("/var/log/syslog.log")
+                       .find(
+                           "Attempt to run multiple TESK instances, not updating "
+                           "/var/run/tesk.pid") != std::string::npos;
+        },
+        "second instance's error line");
     EXPECT_EQ(second.status(), ExitStatus::Running());
     EXPECT_EQ(root.tryReadFile("/var/run/tesk.pid"), std::to_string(first.pid()));
 }
@@ -65,10 +70,12 @@ TEST(ConsoleProcess, CardChangesFromTheSimulatedHostReachTheConsole) {
     WaitStarted(console, root);
     const std::string sim = TESK_SIM_BINARY;
     ASSERT_EQ(std::system((sim + " card insert " + root.path() + " alice >/dev/null").c_str()), 0);
-    console.waitFor([&] {
-        return root.readFile("/var/log/syslog.log").find("Found smart card with user id 'alice'") !=
-               std::string::npos;
-    }, "card found");
+    console.waitFor(
+        [&] {
+            return root.readFile("/var/log/syslog.log")
+                       .find("Found smart card with user id 'alice'") != std::string::npos;
+        },
+        "card found");
     ASSERT_EQ(std::system((sim + " card remove " + root.path() + " >/dev/null").c_str()), 0);
     EXPECT_EQ(root.stateValue("/smartCards/slots/0/token"), TeskTest::Json(nullptr));
     EXPECT_EQ(console.status(), ExitStatus::Running());  // no session: only the id changes
@@ -97,8 +104,9 @@ TEST(ConsoleProcess, NormalEndResetsThePaletteAfterCurses) {
         EXPECT_EQ(out.substr(out.size() - 3), "\033]R") << how;
         EXPECT_NE(out.find("probe window"), std::string::npos) << how;
     }
-    EXPECT_NE(root.readFile("/var/log/syslog.log").find("TESK aborted by exception: host went away"),
-              std::string::npos);
+    EXPECT_NE(
+        root.readFile("/var/log/syslog.log").find("TESK aborted by exception: host went away"),
+        std::string::npos);
 }
 
 }  // namespace

@@ -57,4 +57,3 @@ protected:
     FILE* outFile_ = nullptr;
     SCREEN* screen_ = nullptr;
 };
-

@@ -29,8 +29,9 @@ TEST_F(VirtualTerminalArgument, OnlyOneToSixtyThreeIsAccepted) {
     EXPECT_EQ(Tesk::ParseVirtualTerminal("63"), 63);
     for (const char* bad : {"0", "64", "-3", "x"}) {
         EXPECT_FALSE(Tesk::ParseVirtualTerminal(bad).has_value()) << bad;
-        EXPECT_NE(Read("var/log/syslog.log").find(std::string("Invalid VT specified for TESK: ") + bad),
-                  std::string::npos)
+        EXPECT_NE(
+            Read("var/log/syslog.log").find(std::string("Invalid VT specified for TESK: ") + bad),
+            std::string::npos)
             << bad;
     }
     EXPECT_EQ(Read("var/log/syslog.log").find("TESK: 63"), std::string::npos);
@@ -70,12 +71,12 @@ TEST(TerminalType, ConsoleRemoteAndXtermRules) {
         const char* wantTerm;
         bool wantLocal;
     } cases[] = {
-        {false, nullptr, nullptr, "vt102", false},           // unset: filled in
-        {false, "linux", nullptr, "vt102", false},           // linux off the console
-        {false, "xterm", nullptr, "xterm", true},            // local xterm
+        {false, nullptr, nullptr, "vt102", false},             // unset: filled in
+        {false, "linux", nullptr, "vt102", false},             // linux off the console
+        {false, "xterm", nullptr, "xterm", true},              // local xterm
         {false, "xterm", "10.0.0.1 5000 22", "xterm", false},  // xterm over SSH
-        {false, "screen", nullptr, "screen", false},         // kept as it is
-        {true, "xterm", nullptr, "linux", true},             // a real console is always linux
+        {false, "screen", nullptr, "screen", false},           // kept as it is
+        {true, "xterm", nullptr, "linux", true},               // a real console is always linux
     };
     for (const auto& c : cases) {
         term.Set(c.term);
@@ -139,14 +140,14 @@ TEST_F(EscapeSequences, EveryVariantArrivesAsItsKey) {
         const char* bytes;
         int key;
     } cases[] = {
-        {"\0330", KEY_F(10)},   {"\033@", KEY_F(12)},    {"\033OY", KEY_F(12)},
-        {"\0331", KEY_F(1)},    {"\033!", KEY_F(11)},    {"\033[11~", KEY_F(1)},
-        {"\033[24~", KEY_F(12)}, {"\033[M", KEY_F(1)},   {"\033[X", KEY_F(12)},
-        {"\033OP", KEY_F(1)},   {"\033OX", KEY_F(9)},    {"\033h", KEY_HOME},
-        {"\033k", KEY_END},     {"\033+", KEY_IC},       {"\033-", KEY_DC},
-        {"\033?", KEY_PPAGE},   {"\033/", KEY_NPAGE},    {"\033OA", KEY_UP},
-        {"\033[D", KEY_LEFT},   {"\033[1~", KEY_HOME},   {"\033[6~", KEY_NPAGE},
-        {"\177", KEY_BACKSPACE}, {"\033R", KEY_RESIZE},  {"a", 'a'},
+        {"\0330", KEY_F(10)},    {"\033@", KEY_F(12)},  {"\033OY", KEY_F(12)},
+        {"\0331", KEY_F(1)},     {"\033!", KEY_F(11)},  {"\033[11~", KEY_F(1)},
+        {"\033[24~", KEY_F(12)}, {"\033[M", KEY_F(1)},  {"\033[X", KEY_F(12)},
+        {"\033OP", KEY_F(1)},    {"\033OX", KEY_F(9)},  {"\033h", KEY_HOME},
+        {"\033k", KEY_END},      {"\033+", KEY_IC},     {"\033-", KEY_DC},
+        {"\033?", KEY_PPAGE},    {"\033/", KEY_NPAGE},  {"\033OA", KEY_UP},
+        {"\033[D", KEY_LEFT},    {"\033[1~", KEY_HOME}, {"\033[6~", KEY_NPAGE},
+        {"\177", KEY_BACKSPACE}, {"\033R", KEY_RESIZE}, {"a", 'a'},
     };
     for (const auto& c : cases) EXPECT_EQ(KeyFor(c.bytes), c.key) << c.bytes + 1;
 }

@@ -118,7 +118,8 @@ TEST_F(KeyReader, EventsThatDoNotEndTheProcess) {
     Tesk::Flags().currentWindow = &w;
     Tesk::Flags().sessionActive = true;
     Tesk::Flags().restartPending = false;
-    steps_ = {{Tesk::EventNone, 1}, {Tesk::EventRestart, 1}, {Tesk::EventSmartCard, 1}, {KEY_F(2), 1}};
+    steps_ = {
+        {Tesk::EventNone, 1}, {Tesk::EventRestart, 1}, {Tesk::EventSmartCard, 1}, {KEY_F(2), 1}};
     EXPECT_EQ(Tesk::ReadKey(&w, false), KEY_F(2));
     EXPECT_TRUE(Tesk::Flags().restartPending);  // restart waits for the logout
     EXPECT_EQ(w.notified, 1);
@@ -129,7 +130,8 @@ TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     RecordingWindow w;
     Tesk::Flags().sessionActive = false;
-    for (int event : {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
+    for (int event :
+         {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
         steps_ = {{event, 1}};
         EXPECT_EXIT(Tesk::ReadKey(&w, false), ::testing::ExitedWithCode(0), "") << event;
     }
@@ -203,7 +205,8 @@ TEST_F(SmartCards, FirstNonEmptyIdOfTheFirstReadableCardIsDetected) {
                                {"name":"d","token":{"userIds":["carol"]}}])"));
     Tesk::SmartCardCheck();
     EXPECT_EQ(Tesk::DetectedCardUserId(), "alice");
-    EXPECT_NE(Read("var/log/syslog.log").find("Found smart card with user id 'alice'"), std::string::npos);
+    EXPECT_NE(Read("var/log/syslog.log").find("Found smart card with user id 'alice'"),
+              std::string::npos);
 
     Cards(Sim::Json::parse(R"([{"name":"a","token":null}])"));
     Tesk::SmartCardCheck();

@@ -61,7 +61,7 @@ struct ExitStatus {
 std::ostream& operator<<(std::ostream& out, const ExitStatus& status);
 
 class ConsoleSession {
-  public:
+public:
     using Timeout = std::chrono::milliseconds;
 
     // Starts the program against the root: TESK_ROOT, TERM, PATH, SSH_CLIENT
@@ -138,7 +138,7 @@ class ConsoleSession {
     // Contents of the sanitizer reports the program left (empty when none).
     std::string sanitizerReports() const;
 
-  private:
+private:
     void start(const SimRoot* root);
     void launch(const SimRoot* root);
     // Reads what the program wrote, waiting up to waitMs for the first byte

@@ -51,7 +51,7 @@ struct Position {
 std::ostream& operator<<(std::ostream& out, const Position& position);
 
 class Screen {
-  public:
+public:
     Screen(int cols, int rows);
     ~Screen();
     Screen(const Screen&) = delete;
@@ -91,7 +91,7 @@ class Screen {
     // The screen framed with row and column numbers, for failure messages.
     std::string dump() const;
 
-  private:
+private:
     struct Impl;
     std::unique_ptr<Impl> impl_;
 };

@@ -86,7 +86,7 @@ bool KeepRoots() {
 
 // An flock on "<state>.lock", as the state store takes it.
 class StateLock {
-  public:
+public:
     StateLock(const std::string& statePath, int operation) {
         fd_ = ::open((statePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
         if (fd_ < 0) return;
@@ -99,7 +99,7 @@ class StateLock {
     StateLock(const StateLock&) = delete;
     StateLock& operator=(const StateLock&) = delete;
 
-  private:
+private:
     int fd_ = -1;
 };
 

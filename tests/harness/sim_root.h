@@ -29,7 +29,7 @@ std::chrono::milliseconds DefaultTimeout();
 std::chrono::milliseconds Scaled(std::chrono::milliseconds timeout);
 
 class SimRoot {
-  public:
+public:
     // Makes the root in a new temporary directory by running
     // "tesk-sim init DIR --profile NAME". Throws std::runtime_error with
     // tesk-sim's own output when that fails.
@@ -86,7 +86,7 @@ class SimRoot {
 
     static constexpr std::string_view kSyslog = "/var/log/syslog.log";
 
-  private:
+private:
     std::string path_;
 };
 

@@ -28,7 +28,8 @@ protected:
     // A host path's file ("/var/log/syslog.log"; the leading slash may be
     // left out), empty when it does not exist.
     std::string Read(const std::string& hostPath) const {
-        return sim_->tryReadFile(hostPath.starts_with('/') ? hostPath : "/" + hostPath).value_or("");
+        return sim_->tryReadFile(hostPath.starts_with('/') ? hostPath : "/" + hostPath)
+            .value_or("");
     }
 
     std::string root_;

@@ -20,7 +20,7 @@
 namespace TeskTest {
 
 class HostRootTest : public SimRootTest {
-  protected:
+protected:
     std::string Path(const std::string& hostPath) const { return root_ + hostPath; }
 
     // Replaces the host tool at hostPath by a shell script with this body.
@@ -43,7 +43,9 @@ class HostRootTest : public SimRootTest {
 
     bool Logged(const std::string& text) const { return Syslog().find(text) != std::string::npos; }
 
-    void SetFault(const std::string& name, const Sim::Json& fault) const { sim().setFault(name, fault); }
+    void SetFault(const std::string& name, const Sim::Json& fault) const {
+        sim().setFault(name, fault);
+    }
 };
 
 }  // namespace TeskTest

@@ -15,7 +15,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 class RunnerTest : public HostRootTest {
-  protected:
+protected:
     // Runs the script at /bin/child with both streams captured.
     int Run(const std::string& body, int timeLimit = 0, const std::string& input = {}) {
         WriteScript("/bin/child", body);

@@ -10,7 +10,7 @@ namespace TeskTest {
 namespace {
 
 class RuxCmdTest : public HostRootTest {
-  protected:
+protected:
     void SetUp() override {
         HostRootTest::SetUp();
         Tesk::Flags().loggedInUser = "root";

@@ -12,7 +12,7 @@
 namespace TeskTest {
 
 class HostRootTest : public ::testing::Test {
-  protected:
+protected:
     void UseProfile(const std::string& profile) {
         root_ = std::make_unique<SimRoot>(profile);
         Tesk::Platform::SetHostRootForTesting(root_->path());
@@ -22,7 +22,7 @@ class HostRootTest : public ::testing::Test {
 
     SimRoot& root() { return *root_; }
 
-  private:
+private:
     std::unique_ptr<SimRoot> root_;
 };
 

@@ -17,7 +17,7 @@ using HostCtl::Lib::HostCtlException;
 using TeskTest::Json;
 
 class NetworkTest : public TeskTest::HostRootTest {
-  protected:
+protected:
     Json Net() { return root().state()["network"]; }
     Json Nic(const std::string& name) {
         Json net = Net();

@@ -13,7 +13,7 @@ namespace {
 using TeskTest::Json;
 
 class ToolsTest : public TeskTest::HostRootTest {
-  protected:
+protected:
     // Runs the root's tool with the arguments (the tool sees no TESK_ROOT: it
     // finds its root from the path it was started by). Returns the exit status.
     int Run(const std::string& hostPath, std::initializer_list<std::string> args) {

@@ -15,7 +15,7 @@ namespace {
 using Json = Sim::Json;
 
 class ToolsTest : public HostRootTest {
-  protected:
+protected:
     Json At(const std::string& pointer) { return Sim::Get(pointer).value_or(Json()); }
 };
 
