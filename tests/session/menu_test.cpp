@@ -248,3 +248,24 @@ TEST(Menu, LogsAreNumberedByPresenceAndOpenInThePager) {
 }
 
 }  // namespace
+
+TEST(Menu, EmptyPasswordLoginIsFlaggedOnEveryEntry) {
+    SimRoot root;
+    root.writeFile("/etc/simhost/users", "root::success\n");
+    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ASSERT_TRUE(LogIn(console, "root", ""));
+    EXPECT_EQ(Heading(console), "Configure Password");
+    EXPECT_TRUE(console.screen().contains("Not set"));
+    EXPECT_TRUE(console.screen().contains("Change default password"));
+    ASSERT_TRUE(SelectEntry(console, "View System Logs"));
+    EXPECT_TRUE(console.screen().contains("Change default password"));
+}
+
+TEST(Menu, PasswordLoginIsNotFlagged) {
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ASSERT_TRUE(LogIn(console));
+    EXPECT_TRUE(console.screen().contains("Set"));
+    EXPECT_FALSE(console.screen().contains("Not set"));
+    EXPECT_FALSE(console.screen().contains("Change default password"));
+}
