@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -107,6 +108,28 @@ TEST(ConsoleProcess, NormalEndResetsThePaletteAfterCurses) {
     EXPECT_NE(
         root.readFile("/var/log/syslog.log").find("TESK aborted by exception: host went away"),
         std::string::npos);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(SimulatedHostCommands, RunStartsTheGalleryOnAFreshRootAndRemovesIt) {
+    SessionOptions options;
+    options.program = TESK_SIM_BINARY;
+    options.args = {"gallery"};
+    options.env = {{"ESCDELAY", "50"}};
+    ConsoleSession sim(options);
+    ASSERT_TRUE(sim.waitForText("TESK widget gallery"));
+    const std::string out = sim.output();
+    const auto at = out.find("Simulated host root: ");
+    ASSERT_NE(at, std::string::npos);
+    const std::string root = out.substr(at + 21, out.find_first_of("\r\n", at) - at - 21);
+    EXPECT_TRUE(std::filesystem::exists(root + "/var/lib/simhost/state.json")) << root;
+    sim.waitForQuiet();
+    sim.key(TeskTest::Key::Esc);
+    EXPECT_EQ(sim.waitExit(), ExitStatus::Exited(0));
+    EXPECT_FALSE(std::filesystem::exists(root)) << root;
 }
 
 }  // namespace
