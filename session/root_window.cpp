@@ -95,8 +95,8 @@ RootWindow::RootWindow(Window* opener)
 
     title_->setText(str(4));
     leftFooter_->setText(kLeftFooter);
-    buildMenu();
     readLockdown();
+    buildMenu();
     std::ifstream support(Platform::HostPath(kSupportFile));
     for (std::string line; std::getline(support, line);) support_ += line + "\n";
     menu_->selectByOrdinal(0);
@@ -110,8 +110,8 @@ void RootWindow::readLockdown() {
 }
 
 void RootWindow::buildMenu() {
-    const bool lockdownEnabled = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled") ||
-                                 RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
+    // The entry is usable when lockdown is on, or else when it could be.
+    const bool lockdownEnabled = lockdown_ || RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
     auto& nic = ManagementInterface();
     managementUsable_ = false;
     try {
