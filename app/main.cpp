@@ -5,5 +5,7 @@
 #include "session/welcome_window.h"
 
 int main(int argc, char** argv) {
-    return Tesk::RunConsole(argc, argv, [] { return std::make_unique<Tesk::WelcomeWindow>(); });
+    return Tesk::RunConsole(argc, argv, [](const Tesk::StartFacts& facts) {
+        return std::make_unique<Tesk::WelcomeWindow>(facts.localConsole);
+    });
 }

@@ -15,13 +15,12 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
-#include "app/terminal.h"
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
 #include "platform/product.h"
 #include "platform/syslog.h"
+#include "ui/keyreader.h"
+#include "ui/terminal.h"
 #include "ui/window.h"
 
 namespace Tesk {
@@ -29,17 +28,12 @@ namespace Tesk {
 namespace {
 
 constexpr const char kPidFile[] = "/var/run/tesk.pid";
-termios g_savedTermios{};
 
 void EndCurses() {
     if (!isendwin()) endwin();
 }
 
 }  // namespace
-
-const termios& StartupTerminalSettings() {
-    return g_savedTermios;
-}
 
 std::optional<int> ParseVirtualTerminal(const char* argument) {
     long value = std::strtol(argument, nullptr, 10);
@@ -93,14 +87,13 @@ void SwitchVirtualTerminal(int vt) {
 }
 
 int RunConsole(int argc, char** argv,
-               const std::function<std::unique_ptr<Window>()>& makeTopWindow) {
+               const std::function<std::unique_ptr<Window>(const StartFacts&)>& makeTopWindow) {
     Preference_Init();
 
     std::optional<int> vt;
     if (argc > 1) vt = ParseVirtualTerminal(argv[1]);
 
     StartSignalHandling();
-    Flags().idleTimeout = ReadIdleTimeout();
 
     int devnull = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (devnull >= 0) {
@@ -108,10 +101,12 @@ int RunConsole(int argc, char** argv,
         ::close(devnull);
     }
 
-    ::tcgetattr(1, &g_savedTermios);
+    termios& savedTermios = StartupTerminalSettings();
+    ::tcgetattr(1, &savedTermios);
 
     char kbType = 0;
-    Flags().localConsole = ChooseTerminalType(::ioctl(1, KDGKBTYPE, &kbType) == 0);
+    StartFacts facts;
+    facts.localConsole = ChooseTerminalType(::ioctl(1, KDGKBTYPE, &kbType) == 0);
 
     Log_SetProductInfo(ProductState_GetName(), ProductState_GetVersion(),
                        ProductState_GetBuildNumber(), ProductState_GetCompilationOption());
@@ -123,8 +118,8 @@ int RunConsole(int argc, char** argv,
 
     if (vt) {
         SwitchVirtualTerminal(*vt);
-        g_savedTermios.c_cc[VSUSP] = 0;
-        ::tcsetattr(1, TCSANOW, &g_savedTermios);
+        savedTermios.c_cc[VSUSP] = 0;
+        ::tcsetattr(1, TCSANOW, &savedTermios);
     }
 
     std::setlocale(LC_ALL, "en_US.UTF-8");
@@ -134,8 +129,8 @@ int RunConsole(int argc, char** argv,
     std::atexit(&EndCurses);
     SetupCurses();
 
-    {
-        std::unique_ptr<Window> top = makeTopWindow();
+    try {
+        std::unique_ptr<Window> top = makeTopWindow(facts);
         try {
             Run(*top);
         } catch (const HostCtl::Lib::HostCtlException& e) {
@@ -145,6 +140,13 @@ int RunConsole(int argc, char** argv,
             // way instead of aborting with the terminal left in curses mode.
             Platform::Log(LOG_ERR, "TESK aborted by exception: %s", e.what());
         }
+    } catch (const ExitRequest& request) {
+        // A quit signal, a resize, a restart or a removed card: every window
+        // has been unwound and destroyed on the way here. The screen is left
+        // as it was and the palette is not reset: init starts the console
+        // again at once.
+        EndCurses();
+        return request.status;
     }
 
     erase();

@@ -6,8 +6,6 @@
 #include <optional>
 #include <string>
 
-struct termios;
-
 namespace Tesk {
 
 class Window;
@@ -23,15 +21,19 @@ bool ChooseTerminalType(bool onConsole);
 // The pid-file guard on "/var/run/tesk.pid".
 void GuardPidFile();
 
-// The terminal settings of descriptor 1 as they were at start-up.
-const termios& StartupTerminalSettings();
-
 // Activates the virtual terminal through "/dev/console".
 void SwitchVirtualTerminal(int vt);
 
+// What start-up found out that the screens need.
+struct StartFacts {
+    // On the host's own console (or a local xterm) rather than a remote shell.
+    bool localConsole = false;
+};
+
 // The whole program: start-up in its fixed order, the top-level window made by
-// makeTopWindow and run until it returns, then the terminal put back.
+// makeTopWindow and run until it returns or the console is asked to end
+// (ExitRequest), then the terminal put back. Returns the exit status.
 int RunConsole(int argc, char** argv,
-               const std::function<std::unique_ptr<Window>()>& makeTopWindow);
+               const std::function<std::unique_ptr<Window>(const StartFacts&)>& makeTopWindow);
 
 }  // namespace Tesk

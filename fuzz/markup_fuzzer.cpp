@@ -11,10 +11,9 @@
 #include <string>
 #include <string_view>
 
-#include "app/flags.h"
-#include "app/terminal.h"
 #include "ui/markup.h"
 #include "ui/palette.h"
+#include "ui/terminal.h"
 #include "ui/textarea.h"
 #include "ui/window.h"
 
@@ -53,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string laidOut = Tesk::LayoutMarkup(text, width, variables);
     (void)Tesk::CountLines(laidOut);
 
-    Tesk::Flags().cannotChangeColours = flags & 1;
+    Tesk::SetCannotChangeColours(flags & 1);
     Tesk::SetHighContrastPalette(flags & 2);
     static Tesk::Window parent(0, 0, kMaxSide + 1, kMaxSide + 1, Tesk::ColourYellow,
                                Tesk::ColourBlack);

@@ -67,17 +67,18 @@ int RuxCmdRun(const char* path, const char* const argv[], char* output, int* out
               char* error, int* errorLength, const char* input, int inputLength);
 
 // Asks the management agent to reload its view of the host
-// ("internalsvc/refresh" as the logged-in user); the result is ignored.
-void RefreshHostAgent();
+// ("internalsvc/refresh" as user, the logged-in user); the result is ignored.
+void RefreshHostAgent(const std::string& user);
 
 // A true/false management-tool query ("ruxsvc/auth/lockdown_is_enabled") run
 // as kServiceAccount under kQueryTimeLimit: true exactly when the answer
 // begins with "true".
 bool RuxCmdGet(const char* query);
 
-// The auto-stop sequence as the logged-in user, then "/bin/powerOffVms"
-// (with "--terminate" unless graceful); results are ignored.
-void PowerOffVms(bool graceful);
+// The auto-stop sequence as user (the logged-in user), then
+// "/bin/powerOffVms" (with "--terminate" unless graceful); results are
+// ignored.
+void PowerOffVms(const std::string& user, bool graceful);
 
 // The network-virtualisation operations agent's service.
 void StopPlexOpsAgent(bool& stopped);

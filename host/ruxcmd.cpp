@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "app/flags.h"
 #include "host/runner.h"
 #include "platform/syslog.h"
 
@@ -23,8 +22,7 @@ constexpr const char kPlexOpsAgentV3Test[] =
     "'/Version/{ split($0, kv, \"=\"); split(kv[2], ver, \".\"); print ver[1] }'`; "
     "(exit $((v < 3)))";
 
-void RunAsLoggedInUser(const char* command) {
-    const std::string& user = Flags().loggedInUser;
+void RunAsUser(const std::string& user, const char* command) {
     const char* argv[] = {"rux-cmd", "-U", user.c_str(), command, nullptr};
     RuxCmdRun(kRuxCmd, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0);
 }
@@ -57,8 +55,8 @@ int RuxCmdRun(const char* path, const char* const argv[], char* output, int* out
                       inputLength, 0);
 }
 
-void RefreshHostAgent() {
-    RunAsLoggedInUser("internalsvc/refresh");
+void RefreshHostAgent(const std::string& user) {
+    RunAsUser(user, "internalsvc/refresh");
 }
 
 bool RuxCmdGet(const char* query) {
@@ -81,8 +79,8 @@ bool RuxCmdGet(const char* query) {
     return std::strncmp(out, "true", 4) == 0;
 }
 
-void PowerOffVms(bool graceful) {
-    RunAsLoggedInUser("hostsvc/autostartmanager/autostop");
+void PowerOffVms(const std::string& user, bool graceful) {
+    RunAsUser(user, "hostsvc/autostartmanager/autostop");
     const char* argv[] = {"powerOffVms", graceful ? nullptr : "--terminate", nullptr};
     RunCommand("/bin/powerOffVms", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
 }

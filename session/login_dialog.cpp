@@ -2,16 +2,16 @@
 
 #include <security/pam_appl.h>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
-#include "app/keys.h"
 #include "hostctl/exception.h"
 #include "hostctl/system.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "session/host_identity.h"
 #include "session/pam_login.h"
+#include "session/session.h"
 #include "ui/footers.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
 
 namespace Tesk {
 
@@ -40,16 +40,17 @@ bool IsEditingKey(int key) {
 
 }  // namespace
 
-LoginDialog::LoginDialog(Window* opener)
+LoginDialog::LoginDialog(Window* opener, Session& session)
     : Dialog(opener, kWidth, kHeight, kUpperHeight),
+      session_(session),
       list_(itemArea(), 0, 0, itemArea()->width(), itemArea()->height()) {
-    if (Flags().localConsole) keyboard_ = &list_.emplace<LabelItem>(KeyboardLabel(), true);
+    if (session_.localConsole()) keyboard_ = &list_.emplace<LabelItem>(KeyboardLabel(), true);
     login_ = &list_.emplace<InputItem>(str(147), "root", kFieldWidth);
     password_ = &list_.emplace<InputItem>(str(149), "", kFieldWidth);
     password_->setMasked(true);
     setTitle(str(142));
-    SmartCardCheck();
-    pinMode_ = !DetectedCardUserId().empty();
+    session_.checkCard();
+    pinMode_ = !session_.detectedCardUserId().empty();
     layout();
 }
 
@@ -62,7 +63,7 @@ void LoginDialog::layout() {
         setBody(HostMessage(str(144)));
         setFooter(Footer::kLoginSwitchOkCancel);
         login_->setLabel(str(148));
-        login_->setValue(DetectedCardUserId());
+        login_->setValue(session_.detectedCardUserId());
         password_->setLabel(str(150));
     } else {
         setBody(HostMessage(str(143)));
@@ -122,10 +123,7 @@ bool LoginDialog::authenticate() {
     int status = PamLoginCheck(user_, password);
     const char* user = user_.c_str();
     if (status == PAM_SUCCESS) {
-        ProcessFlags& flags = Flags();
-        flags.loggedInUser = user_;
-        BindSessionToCard(user_);
-        flags.emptyPasswordLogin = password.empty();
+        session_.loggedIn(user_, password.empty());
         Wipe(password);
         Platform::Log(LOG_AUTH | LOG_EMERG, "Authentication of user %s succeeded", user);
         AuditRecord audit{"tesk.login", user_, 1, {}};

@@ -9,9 +9,12 @@
 
 namespace Tesk {
 
+class Session;
+
 class LoginDialog : public Dialog {
 public:
-    explicit LoginDialog(Window* opener);
+    // A successful login is recorded in session.
+    LoginDialog(Window* opener, Session& session);
     ~LoginDialog() override;
     // 1 when a user has been authenticated, 0 when the user pressed <Esc>.
     int run() override;
@@ -25,6 +28,7 @@ private:
     InputItem& passwordInput() { return *password_; }
     bool onLastItem();
 
+    Session& session_;
     ItemList list_;
     LabelItem* keyboard_ = nullptr;  // only on the local console
     InputItem* login_ = nullptr;

@@ -1,47 +1,37 @@
 // "System Customization": the menu of a logged-in user, with a description of
-// the selected entry on the right and the system log viewer.
+// the selected entry on the right. The entries themselves live in
+// session/menu/, one file each.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/items.h"
 #include "ui/textarea.h"
 
 namespace Tesk {
 
+class Session;
+
 class RootWindow : public Frame {
 public:
-    explicit RootWindow(Window* opener);
+    RootWindow(Window* opener, Session& session);
     ~RootWindow() override;
     // The key loop; returns when the user presses <Esc>.
     int run() override;
 
-    // The string number of the selected entry (3 for a separator).
-    std::uint32_t selectedEntry() const;
-
-    // The logs of the viewer, in their fixed order.
-    struct Log {
-        const char* title;
-        const char* path;  // host path
-        bool available = false;
-    };
-    static std::vector<Log> LogTable();
-
-protected:
-    // Fills the right pane and the footers for the selected entry.
-    virtual void describe();
-
 private:
-    void buildMenu();
-    void readLockdown();
-    void openEntry(std::uint32_t entry);
-    void openLog(const std::string& hostPath);
-    std::string logList();
-    std::string managementSummary();
+    // The selected entry; null on a separator or when nothing is selected.
+    MenuEntry* selectedEntry();
+    // Fills the right pane and the footers for the selected entry.
+    void describe();
+    // <Enter>: the entry's dialog, then the entries read the host again.
+    void open(MenuEntry& entry);
 
+    MenuContext context_;
     std::unique_ptr<Window> left_;
     std::unique_ptr<Window> right_;
     std::unique_ptr<TextArea> title_;
@@ -50,16 +40,8 @@ private:
     std::unique_ptr<TextArea> pane_;
     std::unique_ptr<TextArea> status_;
     std::unique_ptr<TextArea> footer_;
-    std::vector<std::uint32_t> entries_;
-    std::vector<Log> logs_;
-    std::string support_;
-    bool lockdown_ = false;
-    bool managementUsable_ = false;
+    // The entries shown, one per menu row.
+    std::vector<std::unique_ptr<MenuEntry>> entries_;
 };
-
-// Runs the pager on a log with the terminal handed over to it, and takes the
-// terminal back afterwards. pager is the host path of the pager program.
-// Returns the pager's exit status, or -1 when it could not be run.
-int ViewWithPager(const std::string& pagerHostPath, const std::string& logHostPath);
 
 }  // namespace Tesk

@@ -8,9 +8,6 @@
 #include <sstream>
 #include <vector>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
-#include "app/keys.h"
 #include "host/queries.h"
 #include "hostctl/exception.h"
 #include "hostctl/hardware.h"
@@ -22,6 +19,8 @@
 #include "platform/zsi.h"
 #include "session/login_dialog.h"
 #include "session/root_window.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
 #include "ui/palette.h"
 #include "ui/strings.h"
 
@@ -86,7 +85,8 @@ std::string MemoryLine(unsigned long long totalBytes) {
 
 }  // namespace Welcome
 
-WelcomeWindow::WelcomeWindow() : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite) {}
+WelcomeWindow::WelcomeWindow(bool localConsole)
+    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite), session_(localConsole) {}
 
 WelcomeWindow::~WelcomeWindow() = default;
 
@@ -241,11 +241,10 @@ void WelcomeWindow::fill() {
 
 void WelcomeWindow::login(bool shutdownPath) {
     const bool enabled = ::access(Platform::HostPath(kLoginMarker).c_str(), F_OK) == 0;
-    ProcessFlags& flags = Flags();
     bool authenticated = false;
     try {
         if (enabled) {
-            LoginDialog dialog(this);
+            LoginDialog dialog(this, session_);
             authenticated = Run(dialog) == 1;
         } else {
             LoginDisabledDialog dialog(this);
@@ -258,16 +257,16 @@ void WelcomeWindow::login(bool shutdownPath) {
     }
     if (!authenticated || shutdownPath) return;
 
-    SetSessionActive(true);
-    const std::string user = flags.loggedInUser;
+    session_.begin();
+    const std::string user = session_.user();
     try {
-        RootWindow menu(this);
+        RootWindow menu(this, session_);
         Run(menu);
-        SetSessionActive(false);
+        session_.end();
         AuditRecord audit{"tesk.logout", user, 1, {{"reason", "Session closed"}}};
         PostEvent(LOG_INFO, "User " + user + " logged out", &audit, nullptr);
     } catch (const TeskTimeout&) {
-        SetSessionActive(false);
+        session_.end();
         AuditRecord audit{"tesk.logout", user, 1, {{"reason", "Time out"}}};
         PostEvent(LOG_INFO, "User " + user + " logged out due to time out", &audit, nullptr);
         setActive(true);
@@ -281,12 +280,12 @@ int WelcomeWindow::run() {
         if (key == KEY_F(2) || key == KEY_F(12)) {
             login(key == KEY_F(12));
         } else if (key == KEY_F(4)) {
-            if (!Flags().cannotChangeColours) SetHighContrastPalette(!HighContrastPalette());
+            if (!CannotChangeColours()) SetHighContrastPalette(!HighContrastPalette());
         }
         clearok(curscr, TRUE);
         draw();
-        SetSessionActive(false);
-        if (Flags().restartPending) std::exit(0);
+        session_.end();
+        if (session_.restartPending()) throw ExitRequest{0};
     }
 }
 

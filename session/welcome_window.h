@@ -6,6 +6,7 @@
 #include <string>
 
 #include "hostctl/network.h"
+#include "session/session.h"
 #include "ui/textarea.h"
 #include "ui/window.h"
 
@@ -13,7 +14,8 @@ namespace Tesk {
 
 class WelcomeWindow : public Window {
 public:
-    WelcomeWindow();
+    // localConsole: on the host's own console rather than a remote shell.
+    explicit WelcomeWindow(bool localConsole);
     ~WelcomeWindow() override;
     // The key loop; returns only when the process ends.
     int run() override;
@@ -28,6 +30,7 @@ private:
     std::string managementText(HostCtl::Network::ZrkNic* nic);
     void login(bool shutdownPath);
 
+    Session session_;
     // Default mode.
     std::unique_ptr<Window> upper_;
     std::unique_ptr<Window> lower_;

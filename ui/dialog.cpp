@@ -1,8 +1,8 @@
 #include "ui/dialog.h"
 
-#include "app/event_loop.h"
-#include "app/keys.h"
-#include "app/terminal.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
+#include "ui/terminal.h"
 #include "ui/footers.h"
 
 namespace Tesk {

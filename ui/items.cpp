@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "app/keys.h"
+#include "ui/keys.h"
 #include "ui/markup.h"
 
 namespace Tesk {

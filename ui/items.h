@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "app/terminal.h"
+#include "ui/terminal.h"
 #include "ui/textarea.h"
 #include "ui/window.h"
 

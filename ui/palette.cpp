@@ -1,6 +1,6 @@
 #include "ui/palette.h"
 
-#include "app/terminal.h"
+#include "ui/terminal.h"
 
 namespace Tesk {
 

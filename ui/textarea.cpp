@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/keys.h"
+#include "ui/keys.h"
 #include "ui/palette.h"
 
 namespace Tesk {

@@ -2,11 +2,22 @@
 
 #include <algorithm>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
+#include "ui/keyreader.h"
 #include "ui/palette.h"
 
 namespace Tesk {
+
+namespace {
+Window* g_current = nullptr;
+}  // namespace
+
+Window* CurrentWindow() {
+    return g_current;
+}
+
+void SetCurrentWindow(Window* w) {
+    g_current = w;
+}
 
 Window::Window(int x, int y, int width, int height, int background, int foreground)
     : x_(x),
@@ -39,7 +50,7 @@ Window::~Window() {
     // Children are owned by whoever made them; detach them from this window.
     for (Window* child : children_) child->parent_ = nullptr;
     if (parent_) parent_->removeChild(this);
-    if (Flags().currentWindow == this) Flags().currentWindow = nullptr;
+    if (g_current == this) g_current = nullptr;
     if (win_) delwin(win_);
 }
 
@@ -94,28 +105,28 @@ void Window::print(int column, int row, const std::string& text) {
 }
 
 int Run(Window& w) {
-    ProcessFlags& flags = Flags();
-    flags.currentWindow = nullptr;
+    g_current = nullptr;
     Window* opener = w.opener();
     if (opener) {
         opener->setActive(false);
         opener->redraw();
     }
     w.setActive(true);
-    flags.currentWindow = &w;
+    g_current = &w;
     int result = 0;
     try {
         result = w.run();
-    } catch (const TeskTimeout&) {
-        flags.currentWindow = nullptr;
+    } catch (...) {
+        // A time-out or the end of the console unwinds through every window.
+        g_current = nullptr;
         throw;
     }
     if (opener) {
         opener->setActive(true);
         opener->redraw();
-        flags.currentWindow = opener;
+        g_current = opener;
     } else {
-        flags.currentWindow = nullptr;
+        g_current = nullptr;
     }
     return result;
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/terminal.h"
+#include "ui/terminal.h"
 
 namespace Tesk {
 
@@ -66,6 +66,10 @@ private:
     std::vector<Window*> children_;
     bool active_ = true;
 };
+
+// The innermost window running (the one that takes keys), or none.
+Window* CurrentWindow();
+void SetCurrentWindow(Window* w);
 
 // Shows w modally over its opener and returns w's run() result. The opener is
 // dimmed while w runs and made current again afterwards; TeskTimeout leaves no

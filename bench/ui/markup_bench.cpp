@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "app/terminal.h"
+#include "ui/terminal.h"
 #include "ui/markup.h"
 #include "ui/textarea.h"
 #include "ui/window.h"

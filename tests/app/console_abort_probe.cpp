@@ -29,5 +29,6 @@ int main(int argc, char** argv) {
     bool fail = argc > 1 && std::strcmp(argv[1], "hostctl") == 0;
     // The console's own argument (the virtual terminal) is not used here.
     char* args[] = {argv[0], nullptr};
-    return Tesk::RunConsole(1, args, [fail] { return std::make_unique<EndingWindow>(fail); });
+    return Tesk::RunConsole(
+        1, args, [fail](const Tesk::StartFacts&) { return std::make_unique<EndingWindow>(fail); });
 }

@@ -14,10 +14,9 @@
 
 #include <gtest/gtest.h>
 
-#include "app/flags.h"
-#include "app/terminal.h"
 #include "platform/hostroot.h"
 #include "tests/harness/sim_root_test.h"
+#include "ui/terminal.h"
 
 namespace fs = std::filesystem;
 
@@ -35,7 +34,7 @@ protected:
         ASSERT_NE(screen_, nullptr) << term;
         set_term(screen_);
         start_color();
-        Tesk::Flags().cannotChangeColours = false;
+        Tesk::SetCannotChangeColours(false);
         Tesk::SetupCurses();
     }
     void TearDown() override {
@@ -46,7 +45,7 @@ protected:
         if (inFile_) std::fclose(inFile_);
         if (outFile_) std::fclose(outFile_);
         if (in_[1] >= 0) ::close(in_[1]);
-        Tesk::Flags().cannotChangeColours = false;
+        Tesk::SetCannotChangeColours(false);
     }
     int KeyFor(const std::string& bytes) {
         EXPECT_EQ(::write(in_[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));

@@ -14,11 +14,10 @@
 
 #include <gtest/gtest.h>
 
-#include "app/flags.h"
 #include "app/startup.h"
-#include "app/terminal.h"
 #include "platform/hostroot.h"
 #include "tests/app/fixtures.h"
+#include "ui/terminal.h"
 
 namespace {
 
@@ -157,7 +156,7 @@ using Colours = CursesOnPipes;
 TEST_F(Colours, RedefinableTerminalGetsTheThirtySixPairs) {
     Start("linux");
     ASSERT_TRUE(can_change_color());
-    EXPECT_FALSE(Tesk::Flags().cannotChangeColours);
+    EXPECT_FALSE(Tesk::CannotChangeColours());
     for (int b : Tesk::kPaletteOrder) {
         for (int f : Tesk::kPaletteOrder) {
             int pair = f + b * COLORS + 1;
@@ -179,7 +178,7 @@ TEST_F(Colours, RedefinableTerminalGetsTheThirtySixPairs) {
 TEST_F(Colours, MonochromeTerminalUsesStandoutForDarkBackgrounds) {
     Start("vt102");
     ASSERT_FALSE(can_change_color());
-    EXPECT_TRUE(Tesk::Flags().cannotChangeColours);
+    EXPECT_TRUE(Tesk::CannotChangeColours());
     EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourBlack, Tesk::ColourWhite), A_STANDOUT);
     EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourDarkGrey, Tesk::ColourWhite), A_STANDOUT);
     EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourWhite, Tesk::ColourBlack), A_NORMAL);

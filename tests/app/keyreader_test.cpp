@@ -9,11 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
-#include "app/keys.h"
+#include "session/session.h"
 #include "sim/state.h"
 #include "tests/app/fixtures.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
 #include "ui/window.h"
 
 namespace {
@@ -31,6 +31,21 @@ public:
     int notified = 0;
 };
 
+// The session's answers to the key reader, set by each test.
+class FakeSession : public Tesk::KeySession {
+public:
+    int idleTimeout() const override { return timeout; }
+    bool holdRestart() override {
+        if (active) restartPending = true;
+        return active;
+    }
+    void cardChanged() override { ++cardChanges; }
+    int timeout = 600;
+    bool active = false;
+    bool restartPending = false;
+    int cardChanges = 0;
+};
+
 // What the fake wait does next: let the whole limit pass (a time-out), or
 // deliver a result after some seconds.
 struct Step {
@@ -45,11 +60,12 @@ protected:
         now_ = {1000000, 250000};
         Tesk::Hooks().now = [this] { return now_; };
         Tesk::Hooks().wait = [this](const timeval* limit) { return Wait(limit); };
-        flags_ = Tesk::Flags();
+        Tesk::SetKeySession(&session_);
     }
     void TearDown() override {
         Tesk::ResetHooks();
-        Tesk::Flags() = flags_;
+        Tesk::SetKeySession(nullptr);
+        Tesk::SetCurrentWindow(nullptr);
         CursesOnPipes::TearDown();
     }
     int Wait(const timeval* limit) {
@@ -77,12 +93,12 @@ protected:
     timeval now_{};
     std::deque<Step> steps_;
     std::vector<long> limits_;
-    Tesk::ProcessFlags flags_;
+    FakeSession session_;
 };
 
 TEST_F(KeyReader, DimsAfterAMinuteAndTheWakingKeyIsNotSwallowed) {
     RecordingWindow w;
-    Tesk::Flags().idleTimeout = 0;  // disabled: dims, never times out
+    session_.timeout = 0;  // disabled: dims, never times out
     steps_ = {{Tesk::EventTimeout, -1}, {'x', 100000}};
     EXPECT_EQ(Tesk::ReadKey(&w, true), 'x');
     EXPECT_EQ(w.changes, (std::vector<bool>{false, true}));
@@ -92,18 +108,18 @@ TEST_F(KeyReader, DimsAfterAMinuteAndTheWakingKeyIsNotSwallowed) {
 
 TEST_F(KeyReader, ShortIdleTimeoutActsAsOneMinute) {
     RecordingWindow w;
-    Tesk::Flags().idleTimeout = 30;
-    Tesk::Flags().currentWindow = &w;
+    session_.timeout = 30;
+    Tesk::SetCurrentWindow(&w);
     steps_ = {{Tesk::EventTimeout, -1}};
     EXPECT_THROW(Tesk::ReadKey(&w, true), Tesk::TeskTimeout);
     // The expiry falls on the dim deadline: one minute's wait, then the exception.
     EXPECT_EQ(limits_, (std::vector<long>{60}));
-    EXPECT_EQ(Tesk::Flags().currentWindow, nullptr);
+    EXPECT_EQ(Tesk::CurrentWindow(), nullptr);
 }
 
 TEST_F(KeyReader, IdleTimeoutOnlyWhereTheCallerAllowsIt) {
     RecordingWindow w;
-    Tesk::Flags().idleTimeout = 120;
+    session_.timeout = 120;
     steps_ = {{Tesk::EventTimeout, -1}, {'k', 10000}};
     EXPECT_EQ(Tesk::ReadKey(&w, false), 'k');
 
@@ -115,25 +131,31 @@ TEST_F(KeyReader, IdleTimeoutOnlyWhereTheCallerAllowsIt) {
 
 TEST_F(KeyReader, EventsThatDoNotEndTheProcess) {
     RecordingWindow w;
-    Tesk::Flags().currentWindow = &w;
-    Tesk::Flags().sessionActive = true;
-    Tesk::Flags().restartPending = false;
+    Tesk::SetCurrentWindow(&w);
+    session_.active = true;
     steps_ = {
         {Tesk::EventNone, 1}, {Tesk::EventRestart, 1}, {Tesk::EventSmartCard, 1}, {KEY_F(2), 1}};
     EXPECT_EQ(Tesk::ReadKey(&w, false), KEY_F(2));
-    EXPECT_TRUE(Tesk::Flags().restartPending);  // restart waits for the logout
+    EXPECT_TRUE(session_.restartPending);  // restart waits for the logout
     EXPECT_EQ(w.notified, 1);
+    EXPECT_EQ(session_.cardChanges, 1);
     EXPECT_TRUE(w.changes.empty());  // never dimmed within a minute
 }
 
-TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheProcess) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
+TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheConsole) {
     RecordingWindow w;
-    Tesk::Flags().sessionActive = false;
-    for (int event :
-         {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
-        steps_ = {{event, 1}};
-        EXPECT_EXIT(Tesk::ReadKey(&w, false), ::testing::ExitedWithCode(0), "") << event;
+    for (bool withSession : {true, false}) {
+        Tesk::SetKeySession(withSession ? &session_ : nullptr);
+        for (int event :
+             {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
+            steps_ = {{event, 1}};
+            try {
+                Tesk::ReadKey(&w, false);
+                ADD_FAILURE() << "event " << event << " did not end the console";
+            } catch (const Tesk::ExitRequest& request) {
+                EXPECT_EQ(request.status, 0) << event;
+            }
+        }
     }
 }
 
@@ -183,51 +205,41 @@ TEST_F(WakeupPipe, SignalsArriveAsTheirEvents) {
 
 class SmartCards : public HostRootTest {
 protected:
-    void SetUp() override {
-        HostRootTest::SetUp();
-        flags_ = Tesk::Flags();
-    }
-    void TearDown() override {
-        Tesk::Flags() = flags_;
-        HostRootTest::TearDown();
-    }
     void Cards(const Sim::Json& slots) {
         Sim::Update([&](Sim::Json& s) { s["smartCards"]["slots"] = slots; });
     }
-    Tesk::ProcessFlags flags_;
 };
 
 TEST_F(SmartCards, FirstNonEmptyIdOfTheFirstReadableCardIsDetected) {
-    Tesk::Flags().sessionActive = false;
+    Tesk::Session session(false);
     Cards(Sim::Json::parse(R"([{"name":"a","token":null},
                                {"name":"b","token":{"userIds":["",""]}},
                                {"name":"c","token":{"userIds":["","alice","bob"]}},
                                {"name":"d","token":{"userIds":["carol"]}}])"));
-    Tesk::SmartCardCheck();
-    EXPECT_EQ(Tesk::DetectedCardUserId(), "alice");
+    session.checkCard();
+    EXPECT_EQ(session.detectedCardUserId(), "alice");
     EXPECT_NE(Read("var/log/syslog.log").find("Found smart card with user id 'alice'"),
               std::string::npos);
 
     Cards(Sim::Json::parse(R"([{"name":"a","token":null}])"));
-    Tesk::SmartCardCheck();
-    EXPECT_EQ(Tesk::DetectedCardUserId(), "");
+    session.checkCard();
+    EXPECT_EQ(session.detectedCardUserId(), "");
 }
 
 TEST_F(SmartCards, CardBoundSessionEndsWhenItsCardLeaves) {
-    // "fast" forks right here, so the child logs into this test's root.
-    GTEST_FLAG_SET(death_test_style, "fast");
     Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["alice"]}}])"));
-    Tesk::Flags().sessionActive = true;
-    Tesk::BindSessionToCard("alice");
-    EXPECT_TRUE(Tesk::Flags().cardBoundSession);
-    Tesk::SmartCardCheck();  // still there: nothing happens
+    Tesk::Session session(false);
+    session.loggedIn("alice", false);
+    session.begin();
+    EXPECT_TRUE(session.cardBound());
+    session.checkCard();  // still there: nothing happens
 
-    Tesk::BindSessionToCard("alic");  // ids compare whole, not by prefix
-    EXPECT_FALSE(Tesk::Flags().cardBoundSession);
+    session.loggedIn("alic", false);  // ids compare whole, not by prefix
+    EXPECT_FALSE(session.cardBound());
 
-    Tesk::BindSessionToCard("alice");
+    session.loggedIn("alice", false);
     Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["bob"]}}])"));
-    EXPECT_EXIT(Tesk::SmartCardCheck(), ::testing::ExitedWithCode(0), "");
+    EXPECT_THROW(session.checkCard(), Tesk::ExitRequest);
     EXPECT_NE(Read("var/log/syslog.log").find("Logging out user id 'alice'"), std::string::npos);
 }
 

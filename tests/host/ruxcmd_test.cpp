@@ -2,24 +2,13 @@
 // operations.
 #include <string>
 
-#include "app/flags.h"
 #include "host/runner.h"
 #include "tests/host/host_root.h"
 
 namespace TeskTest {
 namespace {
 
-class RuxCmdTest : public HostRootTest {
-protected:
-    void SetUp() override {
-        HostRootTest::SetUp();
-        Tesk::Flags().loggedInUser = "root";
-    }
-    void TearDown() override {
-        Tesk::Flags().loggedInUser.clear();
-        HostRootTest::TearDown();
-    }
-};
+using RuxCmdTest = HostRootTest;
 
 TEST_F(RuxCmdTest, RetriesAsServiceAccountOnlyOn255) {
     // Refuses every user but the service account.
@@ -45,7 +34,7 @@ TEST_F(RuxCmdTest, RetriesAsServiceAccountOnlyOn255) {
 
 TEST_F(RuxCmdTest, RetryAgainstTheSimulatedAgent) {
     Sim::Update([](Sim::Json& s) { s["hostAgent"]["allowedUsers"] = {"tesk"}; });
-    Tesk::RefreshHostAgent();
+    Tesk::RefreshHostAgent("root");
     auto requests = Sim::Get("/hostAgent/requests");
     ASSERT_TRUE(requests);
     ASSERT_EQ(requests->size(), 2u);
@@ -91,8 +80,8 @@ TEST_F(RuxCmdTest, GetAgainstTheSimulatedAgent) {
 TEST_F(RuxCmdTest, PowerOffVmsGracefulOrTerminating) {
     WriteRecorder("/bin/rux-cmd");
     WriteRecorder("/bin/powerOffVms");
-    Tesk::PowerOffVms(true);
-    Tesk::PowerOffVms(false);
+    Tesk::PowerOffVms("root", true);
+    Tesk::PowerOffVms("root", false);
     EXPECT_EQ(Calls(),
               "-U root hostsvc/autostartmanager/autostop\n"
               "\n"

@@ -9,9 +9,9 @@
 #include <cstdlib>
 #include <memory>
 
-#include "app/event_loop.h"
 #include "app/startup.h"
 #include "session/welcome_window.h"
+#include "ui/keyreader.h"
 
 namespace {
 
@@ -45,5 +45,7 @@ int main(int argc, char** argv) {
 
     // The console's own argument (the virtual terminal) is not used here.
     char* args[] = {argv[0], nullptr};
-    return Tesk::RunConsole(1, args, [] { return std::make_unique<Tesk::WelcomeWindow>(); });
+    return Tesk::RunConsole(1, args, [](const Tesk::StartFacts& facts) {
+        return std::make_unique<Tesk::WelcomeWindow>(facts.localConsole);
+    });
 }

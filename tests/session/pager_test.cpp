@@ -19,7 +19,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/root_window.h"
+#include "session/log_viewer.h"
 
 namespace fs = std::filesystem;
 

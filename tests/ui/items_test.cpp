@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/keys.h"
+#include "ui/keys.h"
 #include "screen.h"
 #include "ui/carousel.h"
 #include "ui/items.h"

@@ -13,10 +13,10 @@
 #include <stdexcept>
 #include <string>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
-#include "app/terminal.h"
+#include "ui/keyreader.h"
 #include "ui/palette.h"
+#include "ui/terminal.h"
+#include "ui/window.h"
 
 namespace TeskTest {
 
@@ -36,14 +36,23 @@ inline void OpenScreen() {
     (void)screen;
 }
 
+// The key reader's view of a session: only the idle timeout matters here.
+class TestKeySession : public Tesk::KeySession {
+public:
+    int idleTimeout() const override { return timeout; }
+    bool holdRestart() override { return false; }
+    void cardChanged() override {}
+    int timeout = 600;
+};
+
 // Opens the screen and puts the process-wide state back before each test.
 class ScreenTest : public ::testing::Test {
 protected:
     void SetUp() override {
         OpenScreen();
-        Tesk::Flags().cannotChangeColours = false;
-        Tesk::Flags().currentWindow = nullptr;
-        Tesk::Flags().idleTimeout = 600;
+        Tesk::SetCannotChangeColours(false);
+        Tesk::SetCurrentWindow(nullptr);
+        Tesk::SetKeySession(&keySession_);
         Tesk::SetHighContrastPalette(false);
         Tesk::ResetHooks();
         erase();
@@ -51,9 +60,11 @@ protected:
     }
     void TearDown() override {
         Tesk::ResetHooks();
-        Tesk::Flags().cannotChangeColours = false;
+        Tesk::SetKeySession(nullptr);
+        Tesk::SetCannotChangeColours(false);
         Tesk::SetHighContrastPalette(false);
     }
+    TestKeySession keySession_;
 };
 
 inline int Pair(int background, int foreground) {

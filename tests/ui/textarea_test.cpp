@@ -87,7 +87,7 @@ TEST_F(TextAreaTest, InactiveAreasIgnoreColourTags) {
 }
 
 TEST_F(TextAreaTest, MonochromeShowsDarkBackgroundsInStandout) {
-    Flags().cannotChangeColours = true;
+    SetCannotChangeColours(true);
     Window light(0, 0, 20, 2, ColourYellow, ColourBlack);
     TextArea area(&light, 0, 0, 20, 1, ColourBlack);
     area.setText("a{bgcolor:black}b{/bgcolor}c{bgcolor:dark-grey}d{bgcolor:white}e");

@@ -5,10 +5,10 @@
 
 #include <functional>
 
-#include "app/keys.h"
 #include "screen.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/keys.h"
 
 namespace {
 
@@ -85,7 +85,7 @@ TEST_F(WindowTest, OpenerIsDimmedWhileADialogRunsAndRestoredAfter) {
     ProbeDialog d(&screen, 30, 10, 6, [&] {
         EXPECT_FALSE(screen.isActive());
         EXPECT_TRUE(d.isActive());
-        EXPECT_EQ(Flags().currentWindow, &d);
+        EXPECT_EQ(CurrentWindow(), &d);
         EXPECT_EQ(PairAt(screen.curses(), 1, 1), Pair(ColourBlack, ColourDarkGrey));
         EXPECT_EQ(PairAt(screen.curses(), 0, 0), Pair(ColourBlack, ColourDarkGrey));
         checked = true;
@@ -94,18 +94,18 @@ TEST_F(WindowTest, OpenerIsDimmedWhileADialogRunsAndRestoredAfter) {
     EXPECT_EQ(Tesk::Run(d), 42);
     EXPECT_TRUE(checked);
     EXPECT_TRUE(screen.isActive());
-    EXPECT_EQ(Flags().currentWindow, &screen);
+    EXPECT_EQ(CurrentWindow(), &screen);
     EXPECT_EQ(PairAt(screen.curses(), 1, 1), Pair(ColourYellow, ColourBlack));
     EXPECT_EQ(RowText(screen.curses(), 1, 1, 6), "behind");
 }
 
 TEST_F(WindowTest, TimeoutLeavesNoWindowCurrentAndTheOpenerDimmed) {
-    Flags().idleTimeout = 60;
+    keySession_.timeout = 60;
     FakeInput input({'a', 'b'}, 1000);
     Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
     NotificationDialog d(&screen, "Title", "Body");
     EXPECT_THROW(Tesk::Run(d), TeskTimeout);
-    EXPECT_EQ(Flags().currentWindow, nullptr);
+    EXPECT_EQ(CurrentWindow(), nullptr);
     EXPECT_FALSE(screen.isActive());
     EXPECT_EQ(input.consumed(), 0);
 }

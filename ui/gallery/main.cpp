@@ -5,14 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "app/event_loop.h"
-#include "app/flags.h"
-#include "app/keys.h"
 #include "app/startup.h"
 #include "ui/carousel.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
 #include "ui/items.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
 #include "ui/palette.h"
 
 namespace {
@@ -191,7 +190,7 @@ public:
             } else if (key == 'm' || key == 'M') {
                 MessageDialog dialog(this, 151, 152);
                 Run(dialog);
-            } else if (key == KEY_F(4) && !Flags().cannotChangeColours) {
+            } else if (key == KEY_F(4) && !CannotChangeColours()) {
                 SetHighContrastPalette(!HighContrastPalette());
             }
             clearok(curscr, TRUE);
@@ -229,5 +228,6 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    return Tesk::RunConsole(argc, argv, [] { return std::make_unique<GalleryWindow>(); });
+    return Tesk::RunConsole(
+        argc, argv, [](const Tesk::StartFacts&) { return std::make_unique<GalleryWindow>(); });
 }

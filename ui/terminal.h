@@ -3,6 +3,7 @@
 #pragma once
 
 #include <curses.h>
+#include <termios.h>
 
 namespace Tesk {
 
@@ -22,6 +23,11 @@ inline constexpr int kPaletteOrder[6] = {7, 0, 3, 2, 6, 1};
 // use_default_colors, then either the redefined palette and all 36 pairs or
 // the cannot-change-colours flag.
 void SetupColours();
+
+// Set when the terminal cannot redefine its colours: every colour attribute
+// is then standout (black and dark-grey backgrounds) or normal.
+bool CannotChangeColours();
+void SetCannotChangeColours(bool cannot);
 
 // The colour pair for (background, foreground): f + b * base + 1, where base is
 // COLORS, or 8 when COLORS is so large that the pair numbers would not fit in
@@ -46,6 +52,10 @@ struct CursorState {
 };
 CursorState& Cursor();
 void SetCursorVisible(bool visible);
+
+// The terminal settings of descriptor 1 as they were at start-up (filled in
+// by the start-up, given to the pager).
+termios& StartupTerminalSettings();
 
 // Reads the size of descriptor 0; resizes curses to it unless a side is 0.
 void ResizeTerminal();

@@ -1,11 +1,10 @@
-#include "app/terminal.h"
+#include "ui/terminal.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <string>
 
-#include "app/flags.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -23,6 +22,8 @@ constexpr Rgb kRedefinitions[] = {
     {ColourRed, 1000, 0, 0},
 };
 
+bool g_cannotChangeColours = false;
+
 int PairBase() {
     // A pair number travels inside a chtype attribute, which holds 0..255.
     int base = COLORS;
@@ -31,6 +32,14 @@ int PairBase() {
 }
 
 }  // namespace
+
+bool CannotChangeColours() {
+    return g_cannotChangeColours;
+}
+
+void SetCannotChangeColours(bool cannot) {
+    g_cannotChangeColours = cannot;
+}
 
 int ColourPairNumber(int background, int foreground) {
     return foreground + background * PairBase() + 1;
@@ -46,12 +55,12 @@ void SetupColours() {
                 init_pair(static_cast<short>(ColourPairNumber(b, f)), static_cast<short>(f),
                           static_cast<short>(b));
     } else {
-        Flags().cannotChangeColours = true;
+        g_cannotChangeColours = true;
     }
 }
 
 attr_t ColourAttr(int background, int foreground) {
-    if (!Flags().cannotChangeColours) return COLOR_PAIR(ColourPairNumber(background, foreground));
+    if (!g_cannotChangeColours) return COLOR_PAIR(ColourPairNumber(background, foreground));
     return (background == ColourBlack || background == ColourDarkGrey) ? A_STANDOUT : A_NORMAL;
 }
 
@@ -100,6 +109,11 @@ CursorState& Cursor() {
 void SetCursorVisible(bool visible) {
     Cursor().visible = visible;
     curs_set(visible ? 1 : 0);
+}
+
+termios& StartupTerminalSettings() {
+    static termios settings{};
+    return settings;
 }
 
 void ResizeTerminal() {

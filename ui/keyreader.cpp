@@ -1,4 +1,4 @@
-#include "app/event_loop.h"
+#include "ui/keyreader.h"
 
 #include <curses.h>
 #include <fcntl.h>
@@ -10,12 +10,9 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "app/flags.h"
-#include "app/keys.h"
-#include "app/terminal.h"
-#include "hostctl/exception.h"
-#include "hostctl/smartcard.h"
 #include "platform/syslog.h"
+#include "ui/keys.h"
+#include "ui/terminal.h"
 #include "ui/window.h"
 
 namespace Tesk {
@@ -25,6 +22,8 @@ namespace {
 int g_pipe[2] = {-1, -1};
 int g_inputFd = 0;
 sigset_t g_signals;
+
+KeySession* g_session = nullptr;
 
 constexpr long kDimDelaySeconds = 60;
 
@@ -129,6 +128,10 @@ int WaitForInput(const timeval* limit) {
     return EventNone;
 }
 
+void SetKeySession(KeySession* session) {
+    g_session = session;
+}
+
 KeyReaderHooks& Hooks() {
     static KeyReaderHooks hooks{&RealNow, &WaitForInput};
     return hooks;
@@ -139,18 +142,18 @@ void ResetHooks() {
 }
 
 int ReadKey(Window* w, bool allowIdleTimeout) {
-    ProcessFlags& flags = Flags();
-    const bool idleActive = allowIdleTimeout && flags.idleTimeout != 0;
+    const int timeout = g_session ? g_session->idleTimeout() : 0;
+    const bool idleActive = allowIdleTimeout && timeout != 0;
     const timeval start = Hooks().now();
     const timeval dimAt{start.tv_sec + kDimDelaySeconds, start.tv_usec};
-    const long idle = flags.idleTimeout < 60 ? 60 : flags.idleTimeout;
+    const long idle = timeout < 60 ? 60 : timeout;
     const timeval expiry{start.tv_sec + idle, start.tv_usec};
     bool dimmed = false;
 
     for (;;) {
         const timeval now = Hooks().now();
         if (idleActive && Later(now, expiry)) {
-            flags.currentWindow = nullptr;
+            SetCurrentWindow(nullptr);
             throw TeskTimeout();
         }
         std::optional<timeval> limit;
@@ -171,19 +174,18 @@ int ReadKey(Window* w, bool allowIdleTimeout) {
             case EventTimeout:
                 continue;
             case EventSmartCard:
-                if (flags.currentWindow) flags.currentWindow->notify();
-                SmartCardCheck();
+                if (Window* current = CurrentWindow()) current->notify();
+                if (g_session) g_session->cardChanged();
                 continue;
             case EventRestart:
-                if (!flags.sessionActive) std::exit(0);
-                flags.restartPending = true;
+                if (!g_session || !g_session->holdRestart()) throw ExitRequest{0};
                 continue;
             case EventResize:
             case KEY_RESIZE:
                 ResizeTerminal();
-                std::exit(0);
+                throw ExitRequest{0};
             case EventQuit:
-                std::exit(0);
+                throw ExitRequest{0};
             default:
                 break;
         }
@@ -196,71 +198,6 @@ int ReadKey(Window* w, bool allowIdleTimeout) {
             }
         }
         return result;
-    }
-}
-
-void SetSessionActive(bool active) {
-    Flags().sessionActive = active;
-    if (active) Flags().idleTimeout = ReadIdleTimeout();
-}
-
-bool CardWithUserIdPresent(const std::string& userId) {
-    ZrkCtl::Hardware::SmartCardInfoImpl cards;
-    std::vector<HostCtl::Hardware::SmartCardSlot> slots;
-    try {
-        slots = cards.GetAllSlots();
-    } catch (const HostCtl::Lib::HostCtlException&) {
-        return false;
-    }
-    for (const auto& slot : slots) {
-        try {
-            for (const auto& id : cards.GetToken(slot).userIds)
-                if (id == userId) return true;
-        } catch (const HostCtl::Lib::HostCtlException&) {
-        }
-    }
-    return false;
-}
-
-void BindSessionToCard(const std::string& userId) {
-    Flags().sessionCardUserId = userId;
-    Flags().cardBoundSession = CardWithUserIdPresent(userId);
-}
-
-const std::string& DetectedCardUserId() {
-    return Flags().detectedCardUserId;
-}
-
-std::string ReadCardUserId() {
-    ZrkCtl::Hardware::SmartCardInfoImpl cards;
-    std::vector<HostCtl::Hardware::SmartCardSlot> slots;
-    try {
-        slots = cards.GetAllSlots();
-    } catch (const HostCtl::Lib::HostCtlException&) {
-        return {};
-    }
-    for (const auto& slot : slots) {
-        try {
-            for (const auto& id : cards.GetToken(slot).userIds)
-                if (!id.empty()) return id;
-        } catch (const HostCtl::Lib::HostCtlException&) {
-        }
-    }
-    return {};
-}
-
-void SmartCardCheck() {
-    ProcessFlags& flags = Flags();
-    if (!flags.sessionActive) {
-        flags.detectedCardUserId = ReadCardUserId();
-        if (!flags.detectedCardUserId.empty())
-            Platform::Log(LOG_INFO, "Found smart card with user id '%s'",
-                          flags.detectedCardUserId.c_str());
-        return;
-    }
-    if (flags.cardBoundSession && !CardWithUserIdPresent(flags.sessionCardUserId)) {
-        Platform::Log(LOG_INFO, "Logging out user id '%s'", flags.sessionCardUserId.c_str());
-        std::exit(0);
     }
 }
 

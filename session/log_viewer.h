@@ -1,0 +1,32 @@
+// The system log viewer: the host's logs in their fixed order, and the pager
+// that shows one of them with the terminal handed over to it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Tesk {
+
+class Window;
+
+struct LogFile {
+    const char* title;
+    const char* path;  // host path
+};
+
+// The logs of the viewer, in their fixed order.
+const std::vector<LogFile>& LogTable();
+
+// The logs that exist on the host now, in table order.
+std::vector<LogFile> AvailableLogs();
+
+// Shows a log in the pager over window w (which takes the terminal back and
+// is drawn again afterwards).
+void ViewLog(Window& w, const std::string& logHostPath);
+
+// Runs the pager on a log with the terminal handed over to it, and takes the
+// terminal back afterwards. pager is the host path of the pager program.
+// Returns the pager's exit status, or -1 when it could not be run.
+int ViewWithPager(const std::string& pagerHostPath, const std::string& logHostPath);
+
+}  // namespace Tesk

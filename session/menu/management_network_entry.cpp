@@ -1,0 +1,53 @@
+// "Configure Management Network": the host name and the management
+// interface's addresses.
+#include "hostctl/try_call.h"
+#include "session/menu/management.h"
+#include "session/menu/menu_entry.h"
+#include "ui/dialog.h"
+#include "ui/footers.h"
+
+namespace Tesk {
+namespace {
+
+class ManagementNetworkEntry : public MenuEntry {
+public:
+    std::string title(MenuContext& c) const override { return c.menu.str(7); }
+    bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
+    std::string pane(MenuContext& c) override;
+    std::string footer(MenuContext&) override { return Footer::kMoreLogOut; }
+};
+
+std::string ManagementNetworkEntry::pane(MenuContext& c) {
+    const std::string notSet = c.menu.str(118);
+    std::string host, ipv4, ipv6;
+    bool dhcp = false;
+    host = TryHost("Getting host name failed: %s", [] {
+               return ZrkCtl::Network::DnsConfigImpl("defaultNetStack").GetHostname();
+           }).value_or("");
+    TryHost("Getting management interface failed: %s", [&] {
+        HostCtl::Network::ZrkNic* nic = MenuManagementInterface();
+        if (!nic) return;
+        HostCtl::Network::IpConfig config = nic->GetIpConfig();
+        dhcp = nic->GetConfiguredIpConfig().GetUseDhcp();
+        std::string address = config.GetIpv4Address().GetStringAddress();
+        if (!config.GetIpv4UseNone() && address != "0.0.0.0") ipv4 = address;
+        for (const auto& net : config.GetIpv6Networks())
+            ipv6 += "  " + net.GetAddress().GetStringAddress() + "/" +
+                    std::to_string(net.GetPrefixLength()) + "\n";
+    });
+    std::string text =
+        std::string(c.menu.str(40)) + ":\n  " + (host.empty() ? notSet : host) + "\n\n";
+    text += std::string(c.menu.str(35)) + ":\n  " + (ipv4.empty() ? notSet : ipv4) + "\n";
+    if (dhcp && !ipv4.empty()) text += std::string("  ") + c.menu.str(31) + "\n";
+    text +=
+        "\n" + std::string(c.menu.str(36)) + ":\n" + (ipv6.empty() ? "  " + notSet + "\n" : ipv6);
+    return text + "\n" + c.menu.str(23);
+}
+
+}  // namespace
+
+std::unique_ptr<MenuEntry> MakeManagementNetworkEntry() {
+    return std::make_unique<ManagementNetworkEntry>();
+}
+
+}  // namespace Tesk

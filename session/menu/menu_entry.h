@@ -1,0 +1,67 @@
+// One entry of the customization menu: its name, whether it is shown and can
+// be chosen, the description and footer of the right pane, and what <Enter>
+// (or another key) does. Each entry lives in its own file; menu_order.cpp
+// lists them in menu order.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Tesk {
+
+class Frame;
+class Session;
+
+// What an entry may use: the menu (the window its dialogs open over, and the
+// string table), the session of the logged-in user, and host facts that
+// several entries share, read once when the menu opens.
+struct MenuContext {
+    Frame& menu;
+    Session& session;
+    std::optional<bool> managementUsable;
+};
+
+class MenuEntry {
+public:
+    virtual ~MenuEntry() = default;
+
+    // The name in the list and the heading of the pane; empty for a separator.
+    virtual std::string title(MenuContext& context) const = 0;
+    // A separator is an empty row that the selection skips.
+    virtual bool separator() const { return false; }
+    // Whether the entry is in the menu at all; asked once, when the menu opens.
+    virtual bool shown(MenuContext&) const { return true; }
+    // Whether it can be selected; asked once, when the menu opens (after the
+    // first reload).
+    virtual bool enabled(MenuContext&) { return true; }
+    // Reads what the entry shows from the host: when the menu opens and
+    // after any entry's dialog has closed.
+    virtual void reload(MenuContext&) {}
+    // The pane's text below the heading, and the pane's footer.
+    virtual std::string pane(MenuContext& context) = 0;
+    virtual std::string footer(MenuContext& context) = 0;
+    // <Enter> on the entry.
+    virtual void open(MenuContext&) {}
+    // Any other key the menu does not use while the entry is selected; true
+    // when the entry used it.
+    virtual bool key(MenuContext&, int /*key*/) { return false; }
+};
+
+// The empty row between groups of entries.
+class MenuSeparator : public MenuEntry {
+public:
+    std::string title(MenuContext&) const override { return {}; }
+    bool separator() const override { return true; }
+    std::string pane(MenuContext&) override { return {}; }
+    std::string footer(MenuContext&) override { return {}; }
+};
+
+using MenuEntryFactory = std::unique_ptr<MenuEntry> (*)();
+
+// Every entry in menu order (separators included).
+std::vector<std::unique_ptr<MenuEntry>> MakeMenuEntries();
+
+}  // namespace Tesk

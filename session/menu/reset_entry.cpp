@@ -1,0 +1,30 @@
+// "Reset System Configuration": not offered on a host that boots from the
+// network.
+#include "hostctl/adv.h"
+#include "hostctl/try_call.h"
+#include "session/menu/menu_entry.h"
+#include "ui/dialog.h"
+#include "ui/footers.h"
+
+namespace Tesk {
+namespace {
+
+class ResetEntry : public MenuEntry {
+public:
+    std::string title(MenuContext& c) const override { return c.menu.str(14); }
+    bool enabled(MenuContext&) override {
+        return !TryHost("Getting advanced option failed: %s", [] {
+                    return ZrkCtl::Adv::UserAdvancedOptionImpl().HasUserOption("PXEBootEnabled");
+                }).value_or(false);
+    }
+    std::string pane(MenuContext& c) override { return c.menu.str(29); }
+    std::string footer(MenuContext&) override { return Footer::kResetLogOut; }
+};
+
+}  // namespace
+
+std::unique_ptr<MenuEntry> MakeResetEntry() {
+    return std::make_unique<ResetEntry>();
+}
+
+}  // namespace Tesk

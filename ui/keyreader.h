@@ -1,0 +1,75 @@
+// The key reader: keyboard, wake-up pipe from the signal thread, dimming after
+// a minute without keys and the idle timeout. The one place the console waits.
+#pragma once
+
+#include <sys/time.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace Tesk {
+
+class Window;
+
+// Thrown by ReadKey when a logged-in user has been idle too long; the session
+// is the only place that catches it.
+class TeskTimeout {};
+
+// Thrown when the console is to end: a quit signal, a terminal resize, a
+// restart request nobody holds back, a smart card taken out of a card-bound
+// session. It unwinds every window (so every destructor runs) to the top,
+// which ends the process with `status`. Not a std::exception on purpose: no
+// screen's error handling may swallow it.
+struct ExitRequest {
+    int status = 0;
+};
+
+// What the key reader asks of whoever runs the session. The session object
+// installs itself while the console runs; without one there is no idle
+// timeout, restart requests end the console at once and card notifications
+// go to the current window only.
+class KeySession {
+public:
+    virtual ~KeySession() = default;
+    // Seconds a logged-in user may stay idle; 0 disables, below 60 acts as 60.
+    virtual int idleTimeout() const = 0;
+    // A restart request (SIGUSR2) arrived. True: the session remembers it and
+    // the console goes on; false: the console ends now.
+    virtual bool holdRestart() = 0;
+    // A smart card was inserted or removed (after the current window heard of
+    // it). May throw ExitRequest.
+    virtual void cardChanged() = 0;
+};
+void SetKeySession(KeySession* session);
+
+// Creates the wake-up pipe and the signal thread; blocks the six signals in the
+// calling thread first. pipe() or thread failure: logged, exit status 1.
+void StartSignalHandling();
+
+// Waits for a key on the input descriptor or a byte on the wake-up pipe,
+// with an optional limit. Returns a key (>= 0) or an InputEvent.
+int WaitForInput(const timeval* limit);
+
+// Reads a key for window w (which dims after 60 s and wakes on the next key).
+// Throws TeskTimeout when allowIdleTimeout is set and the idle timeout passed,
+// ExitRequest on quit, resize and (unless the session holds it) restart
+// events.
+int ReadKey(Window* w, bool allowIdleTimeout);
+
+// What the key reader uses for the time and for waiting. The shipped values
+// are gettimeofday and WaitForInput; tests replace them to drive dimming and
+// the idle timeout without waiting real minutes.
+struct KeyReaderHooks {
+    std::function<timeval()> now;
+    std::function<int(const timeval* limit)> wait;
+};
+KeyReaderHooks& Hooks();
+void ResetHooks();
+
+// Tests only: the descriptor read for keys (0 unless set) and the pipe's
+// write end, to inject wake-up bytes.
+void SetInputDescriptorForTesting(int fd);
+int WakeupPipeWriteEndForTesting();
+
+}  // namespace Tesk
