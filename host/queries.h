@@ -1,8 +1,8 @@
 // Host queries the network screens share: physical NICs and their order, the
-// switch that owns each uplink, standard switches, the management interface;
-// and the text formatters that turn their records into list rows and detail
-// texts. Each query asks the host afresh, logs its own failure and answers
-// false (or none) instead of throwing.
+// switch that owns each uplink, standard switches, the management interface.
+// Each query asks the host afresh, logs its own failure and answers false (or
+// none) instead of throwing. The screens' list rows and detail texts are made
+// from these records by network/list_format.h.
 #pragma once
 
 #include <cstdint>
@@ -63,18 +63,5 @@ bool GetStandardSwitches(std::vector<SwitchSummary>& switches);
 
 // The texts joined by "," without blanks; empty for an empty list.
 std::string JoinNames(const std::vector<std::string>& names);
-
-// A text for a list column of width cells: whole when it has at most
-// width - 2 characters, else its first width - 5 and "...".
-std::string FitColumn(const std::string& text, int width);
-
-std::string FormatSwitchDetails(const SwitchSummary& s);
-std::string FormatSwitchRow(const SwitchSummary& s);
-std::string FormatPnicDetails(const PnicSummary& p);
-std::string FormatPnicRow(const PnicSummary& p);
-
-// The headers the switch and adapter lists are drawn under.
-extern const char* const kSwitchRowHeader;
-extern const char* const kPnicRowHeader;
 
 }  // namespace Tesk

@@ -5,6 +5,8 @@
 
 #include "host/info.h"
 #include "host/queries.h"
+#include "network/info_list.h"
+#include "network/list_format.h"
 #include "tests/hostctl/fixture.h"
 
 namespace {

@@ -1,0 +1,81 @@
+#include "network/info_list.h"
+
+#include "network/list_format.h"
+
+namespace Tesk {
+
+namespace {
+
+constexpr const char kFooter[] =
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}  ";
+
+// Loads records with load and keeps each as an info of type Info.
+template <typename Info, typename Record>
+bool LoadInfos(bool (*load)(std::vector<Record>&), std::vector<Info>& infos) {
+    std::vector<Record> records;
+    const bool ok = load(records);
+    for (auto& record : records) infos.emplace_back(std::move(record));
+    return ok;
+}
+
+}  // namespace
+
+std::string ZrkNicInfo::GetHeader() const {
+    return "  {align:padding:8}Name{/align}{align:padding:19}MAC "
+           "Address{/align}{align:padding:10}Portset{/align}{align:padding:20}Portgroup{/align}";
+}
+
+std::string ZrkNicInfo::GetRow() const {
+    return Column(FitColumn(name, 8), 8) + Column(FitColumn(mac, 19), 19) +
+           Column(FitColumn(portset, 10), 10) + Column(FitColumn(portGroup, 20), 20);
+}
+
+std::string ZrkNicInfo::GetTitle() const {
+    return "Zerkel NIC Details";
+}
+std::string ZrkNicInfo::GetLabel() const {
+    return "Zerkel NIC Name: " + name;
+}
+std::string ZrkNicInfo::GetFooter() const {
+    return kFooter;
+}
+
+std::string ZrkNicInfo::GetDetails() const {
+    return "Name: " + name + "\nMAC Address: " + mac + "\nPortset: " + portset +
+           "\nPortgroup: " + portGroup;
+}
+
+std::string PortGroupInfo::GetHeader() const {
+    return "  {align:padding:20}Portgroup Name{/align}{align:padding:16}Virtual "
+           "Switch{/align}{align:padding:16}Active Clients{/align}{align:padding:7}VLAN ID{/align}";
+}
+
+std::string PortGroupInfo::GetRow() const {
+    return Column(FitColumn(name, 20), 20) + Column(FitColumn(vswitch, 16), 16) +
+           Column(Count(activeClients), 16) + Column(Count(vlanId), 7);
+}
+
+std::string PortGroupInfo::GetTitle() const {
+    return "Portgroup Details";
+}
+std::string PortGroupInfo::GetLabel() const {
+    return "Portgroup Name: " + name;
+}
+std::string PortGroupInfo::GetFooter() const {
+    return kFooter;
+}
+
+std::string PortGroupInfo::GetDetails() const {
+    return "Name: " + name + "\nVirtual Switch: " + vswitch +
+           "\nActive Clients: " + Count(activeClients) + "\nVLAN ID: " + Count(vlanId);
+}
+
+bool LoadZrkNicInfos(std::vector<ZrkNicInfo>& infos) {
+    return LoadInfos(&LoadZrkNics, infos);
+}
+
+bool LoadPortGroupInfos(std::vector<PortGroupInfo>& infos) {
+    return LoadInfos(&LoadPortGroups, infos);
+}
+
+}  // namespace Tesk
