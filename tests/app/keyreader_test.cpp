@@ -159,6 +159,39 @@ TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheConsole) {
     }
 }
 
+// A window over another whose loop reads keys, with something that must be
+// cleaned up on the way out (as the login dialog wipes its password).
+class ReadingDialog : public Tesk::Window {
+public:
+    ReadingDialog(Tesk::Window* opener, bool& cleaned)
+        : Window(0, 0, 10, 3, Tesk::ColourBlack, Tesk::ColourWhite),
+          opener_(opener),
+          cleaned_(cleaned) {}
+    ~ReadingDialog() override { cleaned_ = true; }
+    Tesk::Window* opener() const override { return opener_; }
+    int run() override {
+        for (;;) Tesk::ReadKey(this, true);
+    }
+
+private:
+    Tesk::Window* opener_;
+    bool& cleaned_;
+};
+
+TEST_F(KeyReader, EndingTheConsoleUnwindsEveryWindow) {
+    RecordingWindow screen;
+    bool cleaned = false;
+    steps_ = {{'a', 1}, {Tesk::EventQuit, 1}};
+    try {
+        ReadingDialog dialog(&screen, cleaned);
+        Tesk::Run(dialog);
+        ADD_FAILURE() << "the dialog's loop ended";
+    } catch (const Tesk::ExitRequest&) {
+    }
+    EXPECT_TRUE(cleaned);
+    EXPECT_EQ(Tesk::CurrentWindow(), nullptr);
+}
+
 // The real wait on the real wake-up pipe, fed by the real signal thread.
 class WakeupPipe : public CursesOnPipes {
 protected:
