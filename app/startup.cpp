@@ -14,6 +14,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
@@ -61,22 +64,70 @@ bool ChooseTerminalType(bool onConsole) {
     return local;
 }
 
-void GuardPidFile() {
-    const std::string path = Platform::HostPath(kPidFile);
-    long pid = -1;
-    if (FILE* in = std::fopen(path.c_str(), "r")) {
-        if (std::fscanf(in, "%ld", &pid) != 1) pid = -1;
+namespace {
+
+// The pid a pid file holds: exactly one decimal number from 1 to the kernel's
+// largest pid, white space around it allowed; none for anything else.
+std::optional<pid_t> ParsePidFile(const std::string& text) {
+    std::size_t begin = text.find_first_not_of(" \t\n");
+    std::size_t end = text.find_last_not_of(" \t\n");
+    if (begin == std::string::npos) return std::nullopt;
+    const std::string digits = text.substr(begin, end - begin + 1);
+    if (digits.empty() || digits.size() > 10 ||
+        digits.find_first_not_of("0123456789") != std::string::npos)
+        return std::nullopt;
+    const unsigned long long value = std::stoull(digits);
+    unsigned long long pidMax = 4194304;  // the kernel's own upper bound
+    if (FILE* in = std::fopen("/proc/sys/kernel/pid_max", "r")) {
+        unsigned long long read = 0;
+        if (std::fscanf(in, "%llu", &read) == 1 && read > 0) pidMax = read;
         std::fclose(in);
     }
-    if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) == 0) {
+    if (value < 1 || value > pidMax) return std::nullopt;
+    return static_cast<pid_t>(value);
+}
+
+// Whether pid is a running instance of this console program: the same
+// executable as this process.
+bool IsConsoleProcess(pid_t pid) {
+    if (pid == ::getpid() || ::kill(pid, 0) != 0) return false;
+    std::error_code error;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) return true;  // cannot tell: a live process is taken for one
+    const auto other =
+        std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", error);
+    return !error && other == self;
+}
+
+}  // namespace
+
+bool GuardPidFile() {
+    const std::string path = Platform::HostPath(kPidFile);
+    std::optional<pid_t> pid;
+    if (std::ifstream in{path}) {
+        std::stringstream text;
+        text << in.rdbuf();
+        pid = ParsePidFile(text.str());
+    }
+    if (pid && IsConsoleProcess(*pid)) {
         Platform::Log(LOG_ERR, "Attempt to run multiple TESK instances, not updating %s", kPidFile);
-        return;
+        return false;
     }
     if (FILE* out = std::fopen(path.c_str(), "w")) {
         std::fprintf(out, "%d", static_cast<int>(::getpid()));
         std::fflush(out);
         std::fclose(out);
+        return true;
     }
+    return false;
+}
+
+void ReleasePidFile() {
+    const std::string path = Platform::HostPath(kPidFile);
+    std::ifstream in{path};
+    std::stringstream text;
+    text << in.rdbuf();
+    if (ParsePidFile(text.str()) == ::getpid()) ::unlink(path.c_str());
 }
 
 void SwitchVirtualTerminal(int vt) {
@@ -114,7 +165,7 @@ int RunConsole(int argc, char** argv,
     Platform::OpenSyslog("TESK");
     Platform::Log(LOG_INFO, "Starting TESK");
 
-    GuardPidFile();
+    const bool ownsPidFile = GuardPidFile();
 
     if (vt) {
         SwitchVirtualTerminal(*vt);
@@ -128,6 +179,14 @@ int RunConsole(int argc, char** argv,
     start_color();
     std::atexit(&EndCurses);
     SetupCurses();
+    // Ctrl-S and Ctrl-Q are keys like any other: with software flow control on,
+    // Ctrl-S would freeze every frame (and the way out) until Ctrl-Q.
+    termios flow{};
+    if (::tcgetattr(1, &flow) == 0) {
+        flow.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
+        ::tcsetattr(1, TCSANOW, &flow);
+        def_prog_mode();
+    }
 
     try {
         std::unique_ptr<Window> top = makeTopWindow(facts);
@@ -146,6 +205,7 @@ int RunConsole(int argc, char** argv,
         // as it was and the palette is not reset: init starts the console
         // again at once.
         EndCurses();
+        if (ownsPidFile) ReleasePidFile();
         return request.status;
     }
 
@@ -155,6 +215,7 @@ int RunConsole(int argc, char** argv,
     static const char kResetPalette[] = {'\033', ']', 'R'};
     ssize_t ignored = ::write(1, kResetPalette, sizeof kResetPalette);
     (void)ignored;
+    if (ownsPidFile) ReleasePidFile();
     return 0;
 }
 

@@ -18,8 +18,12 @@ std::optional<int> ParseVirtualTerminal(const char* argument);
 // flag. onConsole: descriptor 1 is a Linux virtual console.
 bool ChooseTerminalType(bool onConsole);
 
-// The pid-file guard on "/var/run/tesk.pid".
-void GuardPidFile();
+// The pid-file guard on "/var/run/tesk.pid": writes this process's pid unless
+// the file names another running console (logged, the file left alone).
+// True when the file now names this process.
+bool GuardPidFile();
+// Removes the pid file when it still names this process (at the end).
+void ReleasePidFile();
 
 // Activates the virtual terminal through "/dev/console".
 void SwitchVirtualTerminal(int vt);

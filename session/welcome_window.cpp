@@ -270,6 +270,13 @@ void WelcomeWindow::login(bool shutdownPath) {
         AuditRecord audit{"tesk.logout", user, 1, {{"reason", "Time out"}}};
         PostEvent(LOG_INFO, "User " + user + " logged out due to time out", &audit, nullptr);
         setActive(true);
+    } catch (const ExitRequest&) {
+        // The console ends under the session (a quit signal, a resize, the
+        // card taken out): the session ends with it and says so.
+        session_.end();
+        AuditRecord audit{"tesk.logout", user, 1, {{"reason", "Session closed"}}};
+        PostEvent(LOG_INFO, "User " + user + " logged out", &audit, nullptr);
+        throw;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <pthread.h>
 #include <signal.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -45,6 +46,7 @@ void* SignalThread(void*) {
             case SIGWINCH:
                 byte = 3;
                 break;
+            case SIGHUP:  // the terminal went away: end as on SIGTERM
             case SIGINT:
             case SIGQUIT:
             case SIGTERM:
@@ -59,10 +61,12 @@ void* SignalThread(void*) {
     return nullptr;
 }
 
+// Idle time is measured on the monotonic clock, so setting the wall clock
+// (back or forth) neither stops nor hastens the dimming and the time-out.
 timeval RealNow() {
-    timeval tv{};
-    ::gettimeofday(&tv, nullptr);
-    return tv;
+    timespec ts{};
+    ::clock_gettime(CLOCK_MONOTONIC, &ts);
+    return timeval{ts.tv_sec, static_cast<suseconds_t>(ts.tv_nsec / 1000)};
 }
 
 bool Later(const timeval& a, const timeval& b) {
@@ -86,7 +90,8 @@ void StartSignalHandling() {
         std::exit(1);
     }
     sigemptyset(&g_signals);
-    for (int s : {SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGWINCH}) sigaddset(&g_signals, s);
+    for (int s : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGWINCH})
+        sigaddset(&g_signals, s);
     int rc = ::pthread_sigmask(SIG_BLOCK, &g_signals, nullptr);
     if (rc != 0) {
         errno = rc;

@@ -43,8 +43,9 @@ public:
 };
 void SetKeySession(KeySession* session);
 
-// Creates the wake-up pipe and the signal thread; blocks the six signals in the
-// calling thread first. pipe() or thread failure: logged, exit status 1.
+// Creates the wake-up pipe and the signal thread; blocks the seven signals
+// (HUP, INT, QUIT, TERM, USR1, USR2, WINCH) in the calling thread first. pipe() or thread failure:
+// logged, exit status 1.
 void StartSignalHandling();
 
 // Waits for a key on the input descriptor or a byte on the wake-up pipe,
@@ -58,7 +59,7 @@ int WaitForInput(const timeval* limit);
 int ReadKey(Window* w, bool allowIdleTimeout);
 
 // What the key reader uses for the time and for waiting. The shipped values
-// are gettimeofday and WaitForInput; tests replace them to drive dimming and
+// are the monotonic clock and WaitForInput; tests replace them to drive dimming and
 // the idle timeout without waiting real minutes.
 struct KeyReaderHooks {
     std::function<timeval()> now;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/harness/console_session.h"
+#include "tests/harness/keys.h"
 
 using TeskTest::ConsoleSession;
 using TeskTest::ExitStatus;
@@ -27,7 +28,7 @@ void WaitStarted(ConsoleSession& console, const SimRoot& root) {
 
 TEST(ConsoleProcess, EndsWithStatusZeroOnEveryQuitSignalAndRestartWithoutSession) {
     SimRoot root;
-    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGUSR2}) {
+    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGUSR2}) {
         ConsoleSession console(root);
         WaitStarted(console, root);
         console.signal(sig);
@@ -36,6 +37,18 @@ TEST(ConsoleProcess, EndsWithStatusZeroOnEveryQuitSignalAndRestartWithoutSession
         EXPECT_EQ(console.output().find("\033]R"), std::string::npos) << strsignal(sig);
     }
     EXPECT_TRUE(root.readFile("/var/log/syslog.log").find("Starting TESK") != std::string::npos);
+}
+
+TEST(ConsoleProcess, CtrlSDoesNotFreezeTheScreen) {
+    SimRoot root;
+    ConsoleSession console(root);
+    WaitStarted(console, root);
+    console.type("\x13");  // Ctrl-S: with flow control on, output would stop here
+    console.waitForQuiet();
+    console.key(TeskTest::Key::F(2));
+    EXPECT_TRUE(console.waitForText("Authentication Required"));
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
 }
 
 TEST(ConsoleProcess, ResizeIsLoggedAndEndsTheConsole) {

@@ -123,12 +123,46 @@ TEST_F(PidFile, WrittenWhenAbsentOrStaleAndLeftAloneWhenLive) {
     ::kill(live, SIGKILL);
     ::waitpid(live, nullptr, 0);
 
-    // Garbage and non-positive numbers are not a live instance.
-    for (const char* junk : {"", "abc", "0", "-5"}) {
+    // Garbage, numbers out of the pid range (one that would wrap to -1
+    // among them) and numbers with trailing junk are not a live instance.
+    for (const char* junk :
+         {"", "abc", "0", "-5", "99999999999999999999", "4294967295", "12x", "1 2"}) {
         std::ofstream(fs::path(root_) / pidFile, std::ios::trunc) << junk;
         Tesk::GuardPidFile();
         EXPECT_EQ(Read(pidFile), own) << junk;
     }
+}
+
+TEST_F(PidFile, OnlyAnotherConsoleCountsAsARunningInstance) {
+    const std::string pidFile = "var/run/tesk.pid";
+    const std::string own = std::to_string(::getpid());
+    // A live process of another program, and init.
+    pid_t other = ::fork();
+    if (other == 0) {
+        ::execl("/bin/sleep", "sleep", "60", nullptr);
+        ::_exit(127);
+    }
+    for (pid_t live : {other, pid_t{1}}) {
+        // Wait until the child runs the other program.
+        for (int i = 0; live == other && i < 200; ++i) {
+            std::error_code error;
+            auto exe = fs::read_symlink("/proc/" + std::to_string(live) + "/exe", error);
+            if (!error && exe.filename() != fs::read_symlink("/proc/self/exe").filename()) break;
+            ::usleep(10000);
+        }
+        std::ofstream(fs::path(root_) / pidFile, std::ios::trunc) << live;
+        EXPECT_TRUE(Tesk::GuardPidFile()) << live;
+        EXPECT_EQ(Read(pidFile), own) << live;
+    }
+    ::kill(other, SIGKILL);
+    ::waitpid(other, nullptr, 0);
+
+    // At the end the file goes, unless it names somebody else by then.
+    Tesk::ReleasePidFile();
+    EXPECT_FALSE(fs::exists(fs::path(root_) / pidFile));
+    std::ofstream(fs::path(root_) / pidFile) << "1";
+    Tesk::ReleasePidFile();
+    EXPECT_EQ(Read(pidFile), "1");
 }
 
 using EscapeSequences = CursesOnPipes;

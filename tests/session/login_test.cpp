@@ -241,7 +241,26 @@ TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
     console.signal(SIGUSR1);
     EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
     EXPECT_TRUE(root.hasLogLine("Logging out user id 'root'"));
-    EXPECT_FALSE(root.hasLogLine("logged out"));
+    // The session's end is recorded like a logout.
+    EXPECT_TRUE(root.hasLogLine("User root logged out"));
+    EXPECT_EQ(AuditRecords(root, "tesk.logout").size(), 1u);
+}
+
+TEST(Logout, EveryWayTheConsoleEndsUnderASessionRecordsTheLogout) {
+    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGWINCH}) {
+        SimRoot root;
+        ConsoleSession console(root, RemoteShell());
+        ASSERT_TRUE(LogIn(console));
+        if (sig == SIGWINCH)
+            console.resize(90, 30);
+        else
+            console.signal(sig);
+        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0)) << strsignal(sig);
+        EXPECT_TRUE(root.hasLogLine("User root logged out")) << strsignal(sig);
+        auto logouts = AuditRecords(root, "tesk.logout");
+        ASSERT_EQ(logouts.size(), 1u) << strsignal(sig);
+        EXPECT_EQ(logouts[0]["data"], (Json{{"reason", "Session closed"}}));
+    }
 }
 
 TEST(Logout, IdleTimeoutEndsTheSessionWithItsOwnRecords) {
