@@ -13,8 +13,8 @@
 #include "app/flags.h"
 #include "app/keys.h"
 #include "app/terminal.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/smartcard.h"
 #include "platform/syslog.h"
 #include "ui/window.h"
 
@@ -205,16 +205,17 @@ void SetSessionActive(bool active) {
 }
 
 bool CardWithUserIdPresent(const std::string& userId) {
-    ZrkCtl::Hardware::SmartCardInfoImpl cards;
+    std::unique_ptr<HostCtl::Hardware::SmartCardInfo> cards;
     std::vector<HostCtl::Hardware::SmartCardSlot> slots;
     try {
-        slots = cards.GetAllSlots();
+        cards = HostCtl::TheBackend().GetSmartCardInfo();
+        slots = cards->GetAllSlots();
     } catch (const HostCtl::Lib::HostCtlException&) {
         return false;
     }
     for (const auto& slot : slots) {
         try {
-            for (const auto& id : cards.GetToken(slot).userIds)
+            for (const auto& id : cards->GetToken(slot).userIds)
                 if (id == userId) return true;
         } catch (const HostCtl::Lib::HostCtlException&) {
         }
@@ -232,16 +233,17 @@ const std::string& DetectedCardUserId() {
 }
 
 std::string ReadCardUserId() {
-    ZrkCtl::Hardware::SmartCardInfoImpl cards;
+    std::unique_ptr<HostCtl::Hardware::SmartCardInfo> cards;
     std::vector<HostCtl::Hardware::SmartCardSlot> slots;
     try {
-        slots = cards.GetAllSlots();
+        cards = HostCtl::TheBackend().GetSmartCardInfo();
+        slots = cards->GetAllSlots();
     } catch (const HostCtl::Lib::HostCtlException&) {
         return {};
     }
     for (const auto& slot : slots) {
         try {
-            for (const auto& id : cards.GetToken(slot).userIds)
+            for (const auto& id : cards->GetToken(slot).userIds)
                 if (!id.empty()) return id;
         } catch (const HostCtl::Lib::HostCtlException&) {
         }

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "hostctl/adv.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 
 namespace Tesk {
@@ -14,7 +14,8 @@ ProcessFlags& Flags() {
 
 int ReadIdleTimeout() {
     try {
-        auto option = ZrkCtl::Adv::AdvancedOptionImpl().GetOption("/UserVars/TeskTimeOut");
+        auto option =
+            HostCtl::TheBackend().GetAdvancedOptions()->GetOption("/UserVars/TeskTimeOut");
         if (option && option->type == HostCtl::Adv::OptionValue::Type::Integer) {
             auto v = option->intValue;
             if (v < std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();

@@ -2,8 +2,12 @@
 #include <memory>
 
 #include "app/startup.h"
+#include "hostctl/backend.h"
 #include "session/welcome_window.h"
+#include "simhost/backend.h"
 
 int main(int argc, char** argv) {
+    // The one place the console picks its host backend.
+    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(argc, argv, [] { return std::make_unique<Tesk::WelcomeWindow>(); });
 }

@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "host/queries.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/network.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -86,7 +86,7 @@ bool LoadZrkNicInfos(std::vector<ZrkNicInfo>& infos) {
     namespace HN = HostCtl::Network;
     try {
         for (const auto& nic :
-             ZrkCtl::Network::ZerkelNicInfoImpl().GetZerkelNics(HN::PortsetKind::All)) {
+             HostCtl::TheBackend().GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
             if (nic->IsStale()) nic->Refresh();
             auto connection = nic->GetPortConnection();
             std::string portset, portGroup;
@@ -107,7 +107,7 @@ bool LoadZrkNicInfos(std::vector<ZrkNicInfo>& infos) {
 
 bool LoadPortGroupInfos(std::vector<PortGroupInfo>& infos) {
     try {
-        for (const auto& pg : ZrkCtl::Network::NetworkInfoImpl().GetAllPortGroups(
+        for (const auto& pg : HostCtl::TheBackend().GetNetworkInfo()->GetAllPortGroups(
                  HostCtl::Network::PortsetKind::All))
             infos.emplace_back(pg.GetName(), pg.GetVirtualSwitchName(), pg.GetActiveClients(),
                                pg.GetVlanId());

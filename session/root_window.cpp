@@ -17,7 +17,7 @@
 #include "app/startup.h"
 #include "host/queries.h"
 #include "host/runner.h"
-#include "hostctl/adv.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "hostctl/network.h"
 #include "platform/hostroot.h"
@@ -121,7 +121,7 @@ void RootWindow::buildMenu() {
     }
     bool pxeBoot = false;
     try {
-        pxeBoot = ZrkCtl::Adv::UserAdvancedOptionImpl().HasUserOption("PXEBootEnabled");
+        pxeBoot = HostCtl::TheBackend().GetUserAdvancedOptions()->HasUserOption("PXEBootEnabled");
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting advanced option failed: %s", e.what());
     }
@@ -177,7 +177,7 @@ std::string RootWindow::managementSummary() {
     std::string host, ipv4, ipv6;
     bool dhcp = false;
     try {
-        host = ZrkCtl::Network::DnsConfigImpl("defaultNetStack").GetHostname();
+        host = HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting host name failed: %s", e.what());
     }

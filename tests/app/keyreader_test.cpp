@@ -12,7 +12,7 @@
 #include "app/event_loop.h"
 #include "app/flags.h"
 #include "app/keys.h"
-#include "sim/state.h"
+#include "store/state.h"
 #include "tests/app/fixtures.h"
 #include "ui/window.h"
 

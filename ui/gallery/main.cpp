@@ -9,6 +9,8 @@
 #include "app/flags.h"
 #include "app/keys.h"
 #include "app/startup.h"
+#include "hostctl/backend.h"
+#include "simhost/backend.h"
 #include "ui/carousel.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
@@ -229,5 +231,6 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(argc, argv, [] { return std::make_unique<GalleryWindow>(); });
 }
