@@ -2,9 +2,13 @@
 #include <memory>
 
 #include "app/startup.h"
+#include "hostctl/backend.h"
 #include "session/welcome_window.h"
+#include "simhost/backend.h"
 
 int main(int argc, char** argv) {
+    // The one place the console picks its host backend.
+    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(argc, argv, [](const Tesk::StartFacts& facts) {
         return std::make_unique<Tesk::WelcomeWindow>(facts.localConsole);
     });

@@ -2,8 +2,8 @@
 
 #include <syslog.h>
 
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/network.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -20,7 +20,7 @@ bool LoadZrkNics(std::vector<ZrkNicRecord>& records) {
     namespace HN = HostCtl::Network;
     try {
         for (const auto& nic :
-             ZrkCtl::Network::ZerkelNicInfoImpl().GetZerkelNics(HN::PortsetKind::All)) {
+             HostCtl::TheBackend().GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
             if (nic->IsStale()) nic->Refresh();
             auto connection = nic->GetPortConnection();
             std::string portset, portGroup;
@@ -41,7 +41,7 @@ bool LoadZrkNics(std::vector<ZrkNicRecord>& records) {
 
 bool LoadPortGroups(std::vector<PortGroupRecord>& records) {
     try {
-        for (const auto& pg : ZrkCtl::Network::NetworkInfoImpl().GetAllPortGroups(
+        for (const auto& pg : HostCtl::TheBackend().GetNetworkInfo()->GetAllPortGroups(
                  HostCtl::Network::PortsetKind::All))
             records.push_back(
                 {pg.GetName(), pg.GetVirtualSwitchName(), pg.GetActiveClients(), pg.GetVlanId()});

@@ -7,13 +7,13 @@
 #include <cstdio>
 
 #include "host/runner.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
 
 namespace HN = HostCtl::Network;
-namespace ZN = ZrkCtl::Network;
 using HostCtl::Lib::HostCtlException;
 
 namespace {
@@ -29,9 +29,9 @@ std::optional<int> PnicNumber(const std::string& name) {
 
 std::unique_ptr<HN::ZrkNic> GetManagementInterface() {
     try {
-        ZN::NetworkInfoImpl info;
-        info.UpdateManagementInterface();
-        return info.GetManagementInterface();
+        auto info = HostCtl::TheBackend().GetNetworkInfo();
+        info->UpdateManagementInterface();
+        return info->GetManagementInterface();
     } catch (const HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting the management interface failed: %s", e.what());
         return nullptr;
@@ -60,7 +60,7 @@ bool ComparePnicNames(const std::string& a, const std::string& b) {
 
 bool GetPnicNames(std::vector<std::string>& names) {
     try {
-        for (const auto& pnic : ZN::NetworkInfoImpl().GetPnics(HN::PnicKind::All))
+        for (const auto& pnic : HostCtl::TheBackend().GetNetworkInfo()->GetPnics(HN::PnicKind::All))
             names.push_back(pnic->GetName());
     } catch (const HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting physical nics failed: %s", e.what());
@@ -72,15 +72,15 @@ bool GetPnicNames(std::vector<std::string>& names) {
 
 std::optional<PnicSummary> GetPnicSummary(const std::string& name, const UplinkOwnerMap& owners) {
     try {
-        ZN::PnicImpl pnic(name);
-        if (pnic.IsStale()) pnic.Refresh();
+        auto pnic = HostCtl::TheBackend().GetPnic(name);
+        if (pnic->IsStale()) pnic->Refresh();
         PnicSummary s;
         s.name = name;
-        auto pci = pnic.GetPciDevice();
+        auto pci = pnic->GetPciDevice();
         s.hardwareLabel = pci ? CollapseWhitespace(pci->GetDescription()) : std::string();
         if (s.hardwareLabel.empty()) s.hardwareLabel = "N/A";
-        s.macAddress = pnic.GetMacAddress().GetStringAddress();
-        s.connectionStatus = pnic.IsLinkUp() ? "Connected" : "Disconnected";
+        s.macAddress = pnic->GetMacAddress().GetStringAddress();
+        s.connectionStatus = pnic->IsLinkUp() ? "Connected" : "Disconnected";
         auto owner = owners.find(name);
         if (owner != owners.end()) s.usedBy = owner->second;
         return s;
@@ -91,20 +91,21 @@ std::optional<PnicSummary> GetPnicSummary(const std::string& name, const UplinkO
 }
 
 bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& owners) {
-    ZN::VirtualSwitchInfoImpl info;
+    std::unique_ptr<HN::VirtualSwitchInfo> info;
     auto claim = [&](const std::string& nic, const std::string& owner) {
         if (std::find(names.begin(), names.end(), nic) != names.end()) owners[nic] = owner;
     };
     try {
-        for (const auto& s : info.GetVirtualSwitches(HN::PortsetKind::All))
-            for (const auto& uplink : s.GetUplinks()) claim(uplink, s.GetName());
+        info = HostCtl::TheBackend().GetVirtualSwitchInfo();
+        for (const auto& s : info->GetVirtualSwitches(HN::PortsetKind::All))
+            for (const auto& uplink : s->GetUplinks()) claim(uplink, s->GetName());
     } catch (const HostCtlException& e) {
         Platform::Log(LOG_ERR, "Scanning virtual switches failed: %s", e.what());
         return false;
     }
     try {
-        for (const auto& q : info.GetQdsSwitches())
-            for (const auto& [uplink, port] : q.GetUplinkMap()) claim(uplink, q.GetName());
+        for (const auto& q : info->GetQdsSwitches())
+            for (const auto& [uplink, port] : q->GetUplinkMap()) claim(uplink, q->GetName());
     } catch (const HostCtlException& e) {
         Platform::Log(LOG_ERR, "Scanning qDS switches failed: %s", e.what());
         return false;
@@ -114,14 +115,15 @@ bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& 
 
 bool GetStandardSwitches(std::vector<SwitchSummary>& switches) {
     try {
-        for (const auto& s : ZN::VirtualSwitchInfoImpl().GetVirtualSwitches(HN::PortsetKind::All)) {
+        for (const auto& s : HostCtl::TheBackend().GetVirtualSwitchInfo()->GetVirtualSwitches(
+                 HN::PortsetKind::All)) {
             SwitchSummary summary;
-            summary.portGroups = s.GetPortGroups();
-            summary.name = s.GetName();
-            summary.uplinks = s.GetUplinks();
-            summary.numPorts = s.GetNumPorts();
-            summary.usedPorts = s.GetUsedPorts();
-            summary.configuredPorts = s.GetConfiguredPorts();
+            summary.portGroups = s->GetPortGroups();
+            summary.name = s->GetName();
+            summary.uplinks = s->GetUplinks();
+            summary.numPorts = s->GetNumPorts();
+            summary.usedPorts = s->GetUsedPorts();
+            summary.configuredPorts = s->GetConfiguredPorts();
             switches.push_back(std::move(summary));
         }
     } catch (const HostCtlException& e) {

@@ -1,4 +1,5 @@
 // Advanced options ("/UserVars/TeskTimeOut") and user advanced options.
+// Interfaces only; a host backend (hostctl/backend.h) hands out the objects.
 #pragma once
 
 #include <cstdint>
@@ -13,23 +14,21 @@ struct OptionValue {
     std::string stringValue;
 };
 
-}  // namespace HostCtl::Adv
-
-namespace ZrkCtl::Adv {
-
-class AdvancedOptionImpl {
+class AdvancedOption {
 public:
+    virtual ~AdvancedOption() = default;
     // The option, or none when the host has no option of that name.
     // Throws HostCtl::Lib::HostCtlException when the host cannot be asked.
-    std::optional<HostCtl::Adv::OptionValue> GetOption(const std::string& name) const;
+    virtual std::optional<OptionValue> GetOption(const std::string& name) const = 0;
     // Stores an integer option (created when missing).
-    void SetIntOption(const std::string& name, std::int64_t value) const;
+    virtual void SetIntOption(const std::string& name, std::int64_t value) const = 0;
 };
 
-class UserAdvancedOptionImpl {
+class UserAdvancedOption {
 public:
+    virtual ~UserAdvancedOption() = default;
     // Whether the user advanced option exists ("PXEBootEnabled").
-    bool HasUserOption(const std::string& name) const;
+    virtual bool HasUserOption(const std::string& name) const = 0;
 };
 
-}  // namespace ZrkCtl::Adv
+}  // namespace HostCtl::Adv

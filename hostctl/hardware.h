@@ -1,28 +1,32 @@
 // Hardware facts of the host: vendor and model, processors, memory.
+// Interfaces only; a host backend (hostctl/backend.h) hands out the objects.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-namespace ZrkCtl::Hardware {
+namespace HostCtl::Hardware {
 
-class HardwareInfoImpl {
+class HardwareInfo {
 public:
+    virtual ~HardwareInfo() = default;
     // As the firmware reports them, white space included.
-    std::string GetVendorName() const;
-    std::string GetProductName() const;
+    virtual std::string GetVendorName() const = 0;
+    virtual std::string GetProductName() const = 0;
 };
 
-class CpuInfoImpl {
+class CpuInfo {
 public:
-    std::int32_t GetNumCpuPackages() const;
-    std::string GetModelName() const;
+    virtual ~CpuInfo() = default;
+    virtual std::int32_t GetNumCpuPackages() const = 0;
+    virtual std::string GetModelName() const = 0;
 };
 
-class MemoryInfoImpl {
+class MemoryInfo {
 public:
-    std::uint64_t GetTotalPages() const;
-    std::uint64_t GetPageSize() const;
+    virtual ~MemoryInfo() = default;
+    virtual std::uint64_t GetTotalPages() const = 0;
+    virtual std::uint64_t GetPageSize() const = 0;
 };
 
-}  // namespace ZrkCtl::Hardware
+}  // namespace HostCtl::Hardware

@@ -1,15 +1,15 @@
-// The host's networking: physical NICs, Zerkel (kernel) NICs, standard and
-// distributed switches, port groups, the management interface, routing, DNS
-// and the hosts file.
+// The host's networking as the console sees it: physical NICs, Zerkel
+// (kernel) NICs, standard and distributed switches, port groups, the
+// management interface, routing, DNS and the hosts file. Interfaces only; a
+// host backend (hostctl/backend.h) hands out the objects.
 //
 // Every operation reads the host's state when it is called; only the objects
-// that say so (ZrkNic, Pnic, DnsConfigImpl) keep a copy, which they mark stale
+// that say so (ZrkNic, Pnic, DnsConfig) keep a copy, which they mark stale
 // when the host changes and reload on Refresh(). Every failure arrives as
 // HostCtl::Lib::HostCtlException with a readable text.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -17,7 +17,6 @@
 #include <vector>
 
 #include "hostctl/network_types.h"
-#include "hostctl/simhost.h"
 
 namespace HostCtl::Network {
 
@@ -40,13 +39,29 @@ struct PciDevice {
     std::string GetDescription() const;
 };
 
+class PortGroup;
+
+// What the host does for a port group, named by its switch and its name. A
+// backend implements it; PortGroup handles call it.
+class PortGroupOps {
+public:
+    virtual ~PortGroupOps() = default;
+    virtual std::uint16_t GetVlanId(const PortGroup& group) const = 0;
+    virtual void SetVlanId(const PortGroup& group, std::uint16_t vlanId) const = 0;
+    virtual std::int64_t GetActiveClients(const PortGroup& group) const = 0;
+    virtual NicTeamingPolicy GetTeamingPolicy(const PortGroup& group) const = 0;
+    virtual void SetTeamingPolicy(const PortGroup& group, const NicTeamingPolicy& policy) const = 0;
+    virtual void AddUplink(const PortGroup& group, const std::string& pnic) const = 0;
+    virtual void RemoveUplink(const PortGroup& group, const std::string& pnic) const = 0;
+};
+
 // A port group on a standard switch, named by the switch and the group. Each
-// call reads or changes the host at once.
+// call reads or changes the host at once. A handle without a host (made
+// without operations) fails every call.
 class PortGroup {
 public:
-    PortGroup(std::string name, std::string switchName)
-        : name_(std::move(name)), switchName_(std::move(switchName)) {}
-    virtual ~PortGroup() = default;
+    PortGroup(std::string name, std::string switchName, std::shared_ptr<const PortGroupOps> ops)
+        : name_(std::move(name)), switchName_(std::move(switchName)), ops_(std::move(ops)) {}
 
     const std::string& GetName() const { return name_; }
     const std::string& GetVirtualSwitchName() const { return switchName_; }
@@ -70,15 +85,19 @@ public:
     void RemoveUplink(const std::string& pnic) const;
 
 private:
+    const PortGroupOps& Ops() const;
     std::string name_;
     std::string switchName_;
+    std::shared_ptr<const PortGroupOps> ops_;
 };
 
 // Where a Zerkel NIC is connected, as it was when its NIC object was loaded.
 class ConnectionPoint {
 public:
     ConnectionPoint() = default;
-    static ConnectionPoint ToPortGroup(std::string portGroup, std::string switchName);
+    // ops serve the port group GetPortGroup() hands out.
+    static ConnectionPoint ToPortGroup(std::string portGroup, std::string switchName,
+                                       std::shared_ptr<const PortGroupOps> ops);
     static ConnectionPoint ToQdsPort(std::string switchName, std::string portId);
 
     ConnectionType GetType() const { return type_; }
@@ -97,6 +116,7 @@ private:
     std::string switchName_;
     std::string portGroup_;
     std::string portId_;
+    std::shared_ptr<const PortGroupOps> ops_;
 };
 
 // A physical NIC. Its data is loaded by Refresh(); a new object is stale.
@@ -106,6 +126,7 @@ public:
     virtual const std::string& GetName() const = 0;
     // True before the first Refresh() and whenever the host has changed since.
     virtual bool IsStale() const = 0;
+    // Throws when the host has no physical NIC of this name.
     virtual void Refresh() = 0;
     // None when the NIC has no PCI device.
     virtual std::optional<PciDevice> GetPciDevice() = 0;
@@ -120,6 +141,7 @@ public:
     virtual ~ZrkNic() = default;
     virtual const std::string& GetName() const = 0;
     virtual bool IsStale() const = 0;
+    // Throws when the host has no Zerkel NIC of this name.
     virtual void Refresh() = 0;
 
     virtual MacAddress GetMacAddress() = 0;
@@ -158,251 +180,169 @@ public:
     virtual void RequestRenewal(bool release) = 0;
 };
 
-// A standard switch's default size.
-struct Portset {
-    static constexpr std::int64_t DEF_NUM_PORTS = 128;
-};
-
-}  // namespace HostCtl::Network
-
-namespace ZrkCtl::Network {
-
-namespace HN = HostCtl::Network;
-
-class PnicImpl : public HN::Pnic {
-public:
-    explicit PnicImpl(std::string name) : name_(std::move(name)) {}
-    const std::string& GetName() const override { return name_; }
-    bool IsStale() const override;
-    // Throws when the host has no physical NIC of this name.
-    void Refresh() override;
-    std::optional<HN::PciDevice> GetPciDevice() override;
-    HN::MacAddress GetMacAddress() override;
-    bool IsLinkUp() override;
-
-private:
-    const Sim::Json& Data();
-    std::string name_;
-    std::optional<Sim::Json> data_;
-};
-
-class ZrkNicImpl : public HN::ZrkNic {
-public:
-    explicit ZrkNicImpl(std::string name) : name_(std::move(name)) {}
-    const std::string& GetName() const override { return name_; }
-    bool IsStale() const override;
-    // Throws when the host has no Zerkel NIC of this name.
-    void Refresh() override;
-
-    HN::MacAddress GetMacAddress() override;
-    void SetMacAddressFromPnic(HN::Pnic& pnic) override;
-    HN::IpConfig GetIpConfig() override;
-    HN::IpConfig GetConfiguredIpConfig() override;
-    void SetIpConfig(const HN::IpConfig& config) override;
-    HN::ConnectionPoint GetPortConnection() override;
-    void ConnectToPortGroup(const std::string& portGroup) override;
-    bool IsEnabled() override;
-    void Enable() override;
-    void Disable() override;
-    bool IsUsable() override;
-    void InterfaceDown() override;
-    void InterfaceUp() override;
-    void RenewDhcp() override;
-    void RenewDhcpv6() override;
-    void RequestRenewal(bool release) override;
-
-private:
-    const Sim::Json& Data();
-    // Runs change on this NIC's entry under the state lock, then marks the
-    // object stale.
-    void Change(const std::string& fault,
-                const std::function<void(Sim::Json& nic, Sim::Json& net)>& change);
-    std::string name_;
-    std::optional<Sim::Json> data_;  // what Refresh() loaded
-    bool changed_ = false;           // changed through this object since
-};
-
 // A standard switch, by name. Each call reads or changes the host at once.
-class PortsetImpl : public HN::Portset {
+class Portset {
 public:
-    explicit PortsetImpl(std::string name) : name_(std::move(name)) {}
-    const std::string& GetName() const { return name_; }
+    // A standard switch's default size.
+    static constexpr std::int64_t DEF_NUM_PORTS = 128;
+
+    virtual ~Portset() = default;
+    virtual const std::string& GetName() const = 0;
 
     // True when a standard or distributed switch of this name exists.
-    bool IsValidVirtualSwitch() const;
+    virtual bool IsValidVirtualSwitch() const = 0;
 
-    std::vector<std::string> GetUplinks() const;
-    std::vector<std::string> GetPortGroups() const;
-    std::int64_t GetNumPorts() const;
+    virtual std::vector<std::string> GetUplinks() const = 0;
+    virtual std::vector<std::string> GetPortGroups() const = 0;
+    virtual std::int64_t GetNumPorts() const = 0;
     // Uplinks plus the active clients of every port group.
-    std::int64_t GetUsedPorts() const;
-    std::int64_t GetConfiguredPorts() const;
+    virtual std::int64_t GetUsedPorts() const = 0;
+    virtual std::int64_t GetConfiguredPorts() const = 0;
 
-    HN::NicTeamingPolicy GetTeamingPolicy() const;
-    void SetTeamingPolicy(const HN::NicTeamingPolicy& policy) const;
+    virtual NicTeamingPolicy GetTeamingPolicy() const = 0;
+    virtual void SetTeamingPolicy(const NicTeamingPolicy& policy) const = 0;
     // Makes the physical NIC an uplink. Throws when the NIC does not exist or
     // another switch has it.
-    void AddUplink(const std::string& pnic) const;
+    virtual void AddUplink(const std::string& pnic) const = 0;
     // Drops the uplink from the switch, its policy and its port groups'
     // policies; does nothing when the switch does not have it.
-    void RemoveUplink(const std::string& pnic) const;
+    virtual void RemoveUplink(const std::string& pnic) const = 0;
     // Adds a port group (VLAN 0, the switch's teaming policy). Throws when a
     // port group of that name exists anywhere on the host.
-    HN::PortGroup AddPortGroup(const std::string& name, std::uint16_t vlanId = 0) const;
-
-private:
-    std::string name_;
+    virtual PortGroup AddPortGroup(const std::string& name, std::uint16_t vlanId = 0) const = 0;
 };
 
 // A port group by name alone.
-class PortGroupImpl {
+class NamedPortGroup {
 public:
-    explicit PortGroupImpl(std::string name) : name_(std::move(name)) {}
+    virtual ~NamedPortGroup() = default;
     // True when a port group of this name exists on any standard switch.
-    bool IsValidPortGroup() const;
+    virtual bool IsValidPortGroup() const = 0;
     // The port group; throws when there is none of this name.
-    HN::PortGroup Get() const;
-
-private:
-    std::string name_;
+    virtual PortGroup Get() const = 0;
 };
 
 // A distributed switch, by name.
-class QdsSwitchImpl {
+class QdsSwitch {
 public:
-    explicit QdsSwitchImpl(std::string name) : name_(std::move(name)) {}
-    const std::string& GetName() const { return name_; }
+    virtual ~QdsSwitch() = default;
+    virtual const std::string& GetName() const = 0;
     // Physical NIC name to the switch's uplink port name.
-    std::map<std::string, std::string> GetUplinkMap() const;
-    std::vector<std::string> GetPortIds() const;
-    std::int64_t GetNumPorts() const;
+    virtual std::map<std::string, std::string> GetUplinkMap() const = 0;
+    virtual std::vector<std::string> GetPortIds() const = 0;
+    virtual std::int64_t GetNumPorts() const = 0;
     // Drops the physical NIC from the uplink map; nothing when absent.
-    void RemoveUplink(const std::string& pnic) const;
-
-private:
-    std::string name_;
+    virtual void RemoveUplink(const std::string& pnic) const = 0;
 };
 
-class VirtualSwitchInfoImpl {
+class VirtualSwitchInfo {
 public:
+    virtual ~VirtualSwitchInfo() = default;
     // The standard switches in the host's order (none for PortsetKind::Qds).
-    std::vector<PortsetImpl> GetVirtualSwitches(HN::PortsetKind kind = HN::PortsetKind::All) const;
-    std::vector<QdsSwitchImpl> GetQdsSwitches() const;
+    virtual std::vector<std::unique_ptr<Portset>> GetVirtualSwitches(
+        PortsetKind kind = PortsetKind::All) const = 0;
+    virtual std::vector<std::unique_ptr<QdsSwitch>> GetQdsSwitches() const = 0;
     // Creates an empty standard switch. Throws when the name is empty, longer
     // than 31 characters, taken by another switch, or numPorts is not 1..4096.
-    PortsetImpl AddVirtualSwitch(const std::string& name,
-                                 std::int64_t numPorts = HN::Portset::DEF_NUM_PORTS) const;
+    virtual std::unique_ptr<Portset> AddVirtualSwitch(
+        const std::string& name, std::int64_t numPorts = Portset::DEF_NUM_PORTS) const = 0;
 };
 
-class ZerkelNicInfoImpl {
+class ZerkelNicInfo {
 public:
+    virtual ~ZerkelNicInfo() = default;
     // The Zerkel NICs in the host's order; Standard and Qds keep the NICs
     // connected to that kind of switch.
-    std::vector<std::unique_ptr<HN::ZrkNic>> GetZerkelNics(
-        HN::PortsetKind kind = HN::PortsetKind::All) const;
+    virtual std::vector<std::unique_ptr<ZrkNic>> GetZerkelNics(
+        PortsetKind kind = PortsetKind::All) const = 0;
 };
 
-class NetworkInfoImpl {
+class NetworkInfo {
 public:
+    virtual ~NetworkInfo() = default;
     // Whether the kernel runs with IPv6 now.
-    bool IsZrkIpv6Enabled() const;
+    virtual bool IsZrkIpv6Enabled() const = 0;
     // Whether it shall after the next reboot.
-    void SetZrkIpv6Enabled(bool enabled) const;
-    bool GetZrkIpv6EnabledAfterReboot() const;
+    virtual void SetZrkIpv6Enabled(bool enabled) const = 0;
+    virtual bool GetZrkIpv6EnabledAfterReboot() const = 0;
 
-    std::vector<std::unique_ptr<HN::Pnic>> GetPnics(HN::PnicKind kind = HN::PnicKind::All) const;
-    std::vector<HN::PortGroup> GetAllPortGroups(HN::PortsetKind kind = HN::PortsetKind::All) const;
+    virtual std::vector<std::unique_ptr<Pnic>> GetPnics(PnicKind kind = PnicKind::All) const = 0;
+    virtual std::vector<PortGroup> GetAllPortGroups(PortsetKind kind = PortsetKind::All) const = 0;
 
     // Finds the management interface again (the host names it; a name that no
     // Zerkel NIC has means none).
-    void UpdateManagementInterface();
+    virtual void UpdateManagementInterface() = 0;
     // What the last update found (it updates first if it never ran); null when
     // the host has no management interface.
-    std::unique_ptr<HN::ZrkNic> GetManagementInterface();
+    virtual std::unique_ptr<ZrkNic> GetManagementInterface() = 0;
 
     // Removes every switch, port group and Zerkel NIC, the default gateways,
     // the name servers and search domains, and the host name.
-    void ClearNetworkConfig() const;
+    virtual void ClearNetworkConfig() const = 0;
     // Sets the network up with the host's defaults: switch "zSwitch0" with the
     // first physical NIC that has a link (else the first one) as uplink, port
     // groups "Management Network" and "VM Network", Zerkel NIC "zrk0" on the
     // management port group using DHCP, IPv6 with router advertisements.
-    void AutoConfigNetwork() const;
+    virtual void AutoConfigNetwork() const = 0;
     // Switches the network dump target off.
-    void DisableNetDumper() const;
-    bool IsNetDumperEnabled() const;
-
-private:
-    std::optional<std::string> management_;
-    bool updated_ = false;
+    virtual void DisableNetDumper() const = 0;
+    virtual bool IsNetDumperEnabled() const = 0;
 };
 
 // Default gateways of a network stack ("defaultNetStack").
-class RoutingInfoImpl {
+class RoutingInfo {
 public:
-    explicit RoutingInfoImpl(std::string netStack = "defaultNetStack");
-    HN::Ipv4Address GetZerkelDefaultGateway() const;
+    virtual ~RoutingInfo() = default;
+    virtual Ipv4Address GetZerkelDefaultGateway() const = 0;
     // With checkReachable the gateway must lie in the management interface's
     // IPv4 subnet.
-    void SetZerkelDefaultGateway(const HN::Ipv4Address& gateway, bool checkReachable = false) const;
-    HN::Ipv6Address GetIpv6ZerkelDefaultGateway() const;
-    void SetIpv6ZerkelDefaultGateway(const HN::Ipv6Address& gateway) const;
-
-private:
-    std::string netStack_;
+    virtual void SetZerkelDefaultGateway(const Ipv4Address& gateway,
+                                         bool checkReachable = false) const = 0;
+    virtual Ipv6Address GetIpv6ZerkelDefaultGateway() const = 0;
+    virtual void SetIpv6ZerkelDefaultGateway(const Ipv6Address& gateway) const = 0;
 };
 
 // DNS settings of a network stack. Reads come from the object's copy, which
 // Refresh() loads; changes reach the running host at once and mark the copy
 // stale. SaveConfig() makes the running settings the saved ones (those that
 // survive a reboot).
-class DnsConfigImpl {
+class DnsConfig {
 public:
-    explicit DnsConfigImpl(std::string netStack = "defaultNetStack");
-    bool IsStale() const;
-    void Refresh();
+    virtual ~DnsConfig() = default;
+    virtual bool IsStale() const = 0;
+    virtual void Refresh() = 0;
 
-    std::string GetHostname();
-    std::string GetDomain();
-    std::vector<HN::Ipv4Address> GetNameServers();
+    virtual std::string GetHostname() = 0;
+    virtual std::string GetDomain() = 0;
+    virtual std::vector<Ipv4Address> GetNameServers() = 0;
     // With includeLinkLocal false, link-local servers are left out.
-    std::vector<HN::Ipv6Address> GetIpv6NameServers(bool includeLinkLocal);
-    std::vector<std::string> GetSearchDomains();
+    virtual std::vector<Ipv6Address> GetIpv6NameServers(bool includeLinkLocal) = 0;
+    virtual std::vector<std::string> GetSearchDomains() = 0;
 
     // A host name without dots. With save the change is saved at once.
-    void SetHostname(const std::string& hostname, bool save);
+    virtual void SetHostname(const std::string& hostname, bool save) = 0;
     // "host.example.com": host name "host" and domain "example.com", or
     // domain when it is not empty.
-    void SetFqdn(const std::string& fqdn, bool save, const std::string& domain);
+    virtual void SetFqdn(const std::string& fqdn, bool save, const std::string& domain) = 0;
     // Both IPv4 and IPv6 name servers.
-    void RemoveNameServers();
-    void AddUserNameServer(const HN::IpAddress& server);
+    virtual void RemoveNameServers() = 0;
+    virtual void AddUserNameServer(const IpAddress& server) = 0;
     // Replaces the search domains by the names in text (separated by blanks
     // or commas).
-    void SetSearchDomainsString(const std::string& text);
+    virtual void SetSearchDomainsString(const std::string& text) = 0;
     // Appends unless present.
-    void AddUserSearchDomain(const std::string& domain);
-    void SaveConfig();
-
-private:
-    const Sim::Json& Data();
-    void Change(const std::string& fault, const std::function<void(Sim::Json& dns)>& change);
-    std::string netStack_;
-    std::optional<Sim::Json> data_;
-    bool changed_ = false;
+    virtual void AddUserSearchDomain(const std::string& domain) = 0;
+    virtual void SaveConfig() = 0;
 };
 
-// The host's "/etc/hosts".
+// The host's hosts file ("/etc/hosts").
 class HostsFile {
 public:
-    explicit HostsFile(std::string hostPath = "/etc/hosts") : path_(std::move(hostPath)) {}
+    virtual ~HostsFile() = default;
     // Takes the name (case-insensitive) off every line; a line left with no
     // name is dropped, comments and other lines stay. True when the name was
     // found. Throws when the file cannot be read or written.
-    bool RemoveEntryByHostName(const std::string& hostname) const;
-
-private:
-    std::string path_;
+    virtual bool RemoveEntryByHostName(const std::string& hostname) const = 0;
 };
 
-}  // namespace ZrkCtl::Network
+}  // namespace HostCtl::Network

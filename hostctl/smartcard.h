@@ -1,4 +1,5 @@
-// Smart-card slots and the tokens of the cards in them.
+// Smart-card slots and the tokens of the cards in them. The interface only; a
+// host backend (hostctl/backend.h) hands out the object.
 #pragma once
 
 #include <string>
@@ -15,17 +16,14 @@ struct SmartCardToken {
     std::vector<std::string> userIds;
 };
 
-}  // namespace HostCtl::Hardware
-
-namespace ZrkCtl::Hardware {
-
-class SmartCardInfoImpl {
+class SmartCardInfo {
 public:
+    virtual ~SmartCardInfo() = default;
     // Every slot, in the host's order.
-    std::vector<HostCtl::Hardware::SmartCardSlot> GetAllSlots() const;
+    virtual std::vector<SmartCardSlot> GetAllSlots() const = 0;
     // The token of the card in the slot; throws HostCtl::Lib::HostCtlException
     // when the slot is empty or the card cannot be read.
-    HostCtl::Hardware::SmartCardToken GetToken(const HostCtl::Hardware::SmartCardSlot& slot) const;
+    virtual SmartCardToken GetToken(const SmartCardSlot& slot) const = 0;
 };
 
-}  // namespace ZrkCtl::Hardware
+}  // namespace HostCtl::Hardware

@@ -1,22 +1,35 @@
 // System information (welcome message, alerts, keyboard layouts, firewall
-// rulesets), the kernel's information nodes, the host object, running virtual
-// machines and the user-account store.
+// rulesets), the host object, running virtual machines and the user-account
+// store. Interfaces only; a host backend (hostctl/backend.h) hands out the
+// objects.
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/zsi.h"
-
 namespace HostCtl::System {
 
+class FirewallRuleset;
+
+// What the host does for a firewall ruleset, named by its id. A backend
+// implements it; FirewallRuleset handles call it.
+class FirewallRulesetOps {
+public:
+    virtual ~FirewallRulesetOps() = default;
+    virtual bool IsEnabled(const std::string& id) const = 0;
+    virtual bool IsServiceControlled(const std::string& id) const = 0;
+    virtual void SetEnabled(const std::string& id, bool enabled) const = 0;
+    virtual bool IsActive(const std::string& id) const = 0;
+    virtual void Apply(const std::string& id) const = 0;
+};
+
 // A firewall ruleset of the host, by id ("sshServer"). Each call reads or
-// changes the host at once.
+// changes the host at once. A handle without a host fails every call.
 class FirewallRuleset {
 public:
-    explicit FirewallRuleset(std::string id) : id_(std::move(id)) {}
+    FirewallRuleset(std::string id, std::shared_ptr<const FirewallRulesetOps> ops)
+        : id_(std::move(id)), ops_(std::move(ops)) {}
     const std::string& GetId() const { return id_; }
     // The configured state.
     bool IsEnabled() const;
@@ -30,7 +43,9 @@ public:
     void Apply() const;
 
 private:
+    const FirewallRulesetOps& Ops() const;
     std::string id_;
+    std::shared_ptr<const FirewallRulesetOps> ops_;
 };
 
 class SystemInfo {
@@ -57,62 +72,38 @@ public:
 
 }  // namespace HostCtl::System
 
-namespace ZrkCtl::System {
-
-class SystemInfoImpl : public HostCtl::System::SystemInfo {
-public:
-    std::string GetWelcomeMessage() const override;
-    void SetWelcomeMessage(const std::string& message) const override;
-    void SetSystemAlert(const std::string& text) const override;
-    std::vector<std::string> GetSystemAlerts() const override;
-    std::vector<std::string> GetKeyboardLayouts() const override;
-    std::string GetKeyboardLayout() const override;
-    void LoadKeyboardMappings(const std::string& layout) const override;
-    void SetKeyboardLayout(const std::string& layout) const override;
-    HostCtl::System::FirewallRuleset GetFirewallRulesetById(const std::string& id) const override;
-};
-
-}  // namespace ZrkCtl::System
-
-namespace ZrkCtl::Util {
-
-struct SysinfoUtil {
-    // ZSI_Get; throws HostCtl::Lib::HostCtlException when the node cannot be
-    // read.
-    static void SysinfoGet(ZSI_Node node, void* out, std::size_t size);
-};
-
-}  // namespace ZrkCtl::Util
-
 namespace HostCtl {
 
 // The host the console runs on.
 class Host {
 public:
-    std::unique_ptr<System::SystemInfo> GetSystemInfo() const;
+    virtual ~Host() = default;
+    virtual std::unique_ptr<System::SystemInfo> GetSystemInfo() const = 0;
 };
 
 struct HostFactory {
+    // The current backend's host (HostCtl::TheBackend().GetHost()).
     static std::unique_ptr<Host> GetHost();
 };
 
 }  // namespace HostCtl
 
-namespace ZrkCtl::Resource {
+namespace HostCtl::Resource {
 
-class ResourceInfoImpl {
+class ResourceInfo {
 public:
+    virtual ~ResourceInfo() = default;
     // Names of the virtual machines that are powered on, in the host's order.
-    std::vector<std::string> GetRunningVirtualMachines() const;
-    bool HasRunningVirtualMachines() const;
+    virtual std::vector<std::string> GetRunningVirtualMachines() const = 0;
+    virtual bool HasRunningVirtualMachines() const = 0;
 };
 
-}  // namespace ZrkCtl::Resource
+}  // namespace HostCtl::Resource
 
 namespace HostCtl::Authentication {
 
 // Writes the host's user accounts (the passwords the host authenticates with
-// now) to the persistent configuration store, the state's "users".
+// now) to the persistent configuration store, through the current backend.
 void StoreUserAccountsToCs();
 
 }  // namespace HostCtl::Authentication

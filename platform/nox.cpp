@@ -9,10 +9,14 @@
 #include <ctime>
 
 #include "platform/hostroot.h"
-#include "sim/state.h"
 
 namespace {
 bool g_open = false;
+Tesk::Platform::NoxInitCheck g_initCheck = nullptr;
+}  // namespace
+
+void Tesk::Platform::SetNoxInitCheck(NoxInitCheck check) {
+    g_initCheck = check;
 }
 
 std::pair<std::string, std::string> Tesk::Platform::SplitNoxText(const std::string& text) {
@@ -26,11 +30,9 @@ std::pair<std::string, std::string> Tesk::Platform::SplitNoxText(const std::stri
 }
 
 int NoxUserLib_Init() {
-    if (Tesk::Platform::IsSimulatedRoot()) {
-        if (auto fault = Sim::Fault("noxUserLib.init")) {
-            int code = fault->value("errorCode", 1);
-            if (code != 0) return code;
-        }
+    if (g_initCheck) {
+        int code = g_initCheck();
+        if (code != 0) return code;
     }
     g_open = true;
     return 0;

@@ -1,7 +1,7 @@
 #include "session/host_identity.h"
 
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/network.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -9,9 +9,9 @@ namespace Tesk {
 std::string HostMessage(const std::string& lead) {
     std::string host, domain;
     try {
-        ZrkCtl::Network::DnsConfigImpl dns("defaultNetStack");
-        host = dns.GetHostname();
-        domain = dns.GetDomain();
+        auto dns = HostCtl::TheBackend().GetDnsConfig("defaultNetStack");
+        host = dns->GetHostname();
+        domain = dns->GetDomain();
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting host name failed: %s", e.what());
     }

@@ -2,8 +2,8 @@
 
 #include <security/pam_appl.h>
 
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/system.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "session/host_identity.h"
@@ -25,7 +25,7 @@ constexpr int kFieldWidth = 30;
 std::string KeyboardLabel() {
     std::string layout;
     try {
-        layout = ZrkCtl::System::SystemInfoImpl().GetKeyboardLayout();
+        layout = HostCtl::TheBackend().GetSystemInfo()->GetKeyboardLayout();
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting keyboard layout failed: %s", e.what());
     }

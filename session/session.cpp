@@ -2,9 +2,8 @@
 
 #include <limits>
 
-#include "hostctl/adv.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/smartcard.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -55,7 +54,8 @@ void Session::checkCard() {
 
 int ReadIdleTimeout() {
     try {
-        auto option = ZrkCtl::Adv::AdvancedOptionImpl().GetOption("/UserVars/TeskTimeOut");
+        auto option =
+            HostCtl::TheBackend().GetAdvancedOptions()->GetOption("/UserVars/TeskTimeOut");
         if (option && option->type == HostCtl::Adv::OptionValue::Type::Integer) {
             auto v = option->intValue;
             if (v < std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();
@@ -72,16 +72,17 @@ namespace {
 // The user ids of every readable card, slot by slot, until accept says stop.
 template <typename Accept>
 bool AnyCardUserId(Accept accept) {
-    ZrkCtl::Hardware::SmartCardInfoImpl cards;
+    std::unique_ptr<HostCtl::Hardware::SmartCardInfo> cards;
     std::vector<HostCtl::Hardware::SmartCardSlot> slots;
     try {
-        slots = cards.GetAllSlots();
+        cards = HostCtl::TheBackend().GetSmartCardInfo();
+        slots = cards->GetAllSlots();
     } catch (const HostCtl::Lib::HostCtlException&) {
         return false;
     }
     for (const auto& slot : slots) {
         try {
-            for (const auto& id : cards.GetToken(slot).userIds)
+            for (const auto& id : cards->GetToken(slot).userIds)
                 if (accept(id)) return true;
         } catch (const HostCtl::Lib::HostCtlException&) {
         }

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "host/queries.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "hostctl/hardware.h"
 #include "hostctl/network.h"
 #include "hostctl/system.h"
 #include "platform/events.h"
@@ -127,7 +127,7 @@ void WelcomeWindow::enterCustomMode(const std::string& message) {
 void WelcomeWindow::draw() {
     std::string message;
     try {
-        message = ZrkCtl::System::SystemInfoImpl().GetWelcomeMessage();
+        message = HostCtl::TheBackend().GetSystemInfo()->GetWelcomeMessage();
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting welcome message failed: %s", e.what());
     }
@@ -147,12 +147,12 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     if (heading == nullptr || *heading == '\0') return {};
     out << heading;
 
-    std::string host = ZrkCtl::Network::DnsConfigImpl("defaultNetStack").GetHostname();
+    std::string host = HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
     if (!host.empty() && host != "localhost") out << "\nhttps://" << host << "/ ";
 
     // Without a management interface there is no address to offer.
     if (!nic) return out.str();
-    ZrkCtl::Network::NetworkInfoImpl network;
+    auto network = HostCtl::TheBackend().GetNetworkInfo();
     HostCtl::Network::IpConfig configured = nic->GetConfiguredIpConfig();
     HostCtl::Network::IpConfig current = nic->GetIpConfig();
     const bool dhcp = configured.GetUseDhcp();
@@ -162,7 +162,7 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     if (!dhcp && !ipv4Off) out << ModeLabel(262);
     if (dhcp) out << ModeLabel(noLease ? 264 : 261);
 
-    if (network.IsZrkIpv6Enabled()) {
+    if (network->IsZrkIpv6Enabled()) {
         out << "\n";
         const auto& networks = current.GetIpv6Networks();
         std::vector<std::string> lines;
@@ -194,14 +194,16 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
 }
 
 void WelcomeWindow::fillHostFacts() {
-    ZrkCtl::Hardware::HardwareInfoImpl hardware;
-    ZrkCtl::Hardware::CpuInfoImpl cpu;
-    ZrkCtl::Hardware::MemoryInfoImpl memory;
+    auto hardware = HostCtl::TheBackend().GetHardwareInfo();
+    auto cpu = HostCtl::TheBackend().GetCpuInfo();
+    auto memory = HostCtl::TheBackend().GetMemoryInfo();
     productLine_->setText(Str(2));
-    vendorLine_->setText(Welcome::VendorLine(hardware.GetVendorName(), hardware.GetProductName()));
-    hardware_->setText(Welcome::ProcessorLine(cpu.GetNumCpuPackages(), cpu.GetModelName()) + "\n" +
-                       Welcome::MemoryLine(static_cast<unsigned long long>(memory.GetTotalPages()) *
-                                           memory.GetPageSize()));
+    vendorLine_->setText(
+        Welcome::VendorLine(hardware->GetVendorName(), hardware->GetProductName()));
+    hardware_->setText(
+        Welcome::ProcessorLine(cpu->GetNumCpuPackages(), cpu->GetModelName()) + "\n" +
+        Welcome::MemoryLine(static_cast<unsigned long long>(memory->GetTotalPages()) *
+                            memory->GetPageSize()));
 }
 
 void WelcomeWindow::fill() {
@@ -213,7 +215,7 @@ void WelcomeWindow::fill() {
     }
     try {
         // Warnings: a DHCP lease still missing; audit mode replaces that.
-        ZrkCtl::Network::NetworkInfoImpl network;
+        auto network = HostCtl::TheBackend().GetNetworkInfo();
         std::unique_ptr<HostCtl::Network::ZrkNic> nic = GetManagementInterface();
         bool dhcpFailed = nic && nic->GetConfiguredIpConfig().GetUseDhcp() &&
                           nic->GetIpConfig().GetIpv4Address().GetStringAddress() == "0.0.0.0";
@@ -223,11 +225,11 @@ void WelcomeWindow::fill() {
             warning_->setText(Str(141));
 
         std::string text = managementText(nic.get());
-        if (network.GetPnics().empty()) {
+        if (network->GetPnics().empty()) {
             management_->setText(kNoAdapterText);
             if (!g_adapterAlertRaised) {
                 g_adapterAlertRaised = true;
-                ZrkCtl::System::SystemInfoImpl().SetSystemAlert(kNoAdapterAlert);
+                HostCtl::TheBackend().GetSystemInfo()->SetSystemAlert(kNoAdapterAlert);
             }
         } else {
             management_->setText(text);

@@ -11,8 +11,8 @@
 
 #include "platform/hostroot.h"
 #include "sim/profiles.h"
-#include "sim/state.h"
 #include "sim/tools.h"
+#include "store/state.h"
 
 namespace Sim {
 namespace fs = std::filesystem;

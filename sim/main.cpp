@@ -11,8 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "hostctl/backend.h"
 #include "sim/host.h"
 #include "sim/tools.h"
+#include "simhost/backend.h"
 
 namespace fs = std::filesystem;
 
@@ -140,6 +142,9 @@ int Card(const Options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // The simulated tools work through the same host-control objects as the
+    // console.
+    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     std::string name = fs::path(argv[0]).filename().string();
     if (name != "tesk-sim") {
         int status = Sim::RunTool(argc, argv);

@@ -1,5 +1,6 @@
 // "Configure Management Network": the host name and the management
 // interface's addresses.
+#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "session/menu/management.h"
 #include "session/menu/menu_entry.h"
@@ -22,7 +23,7 @@ std::string ManagementNetworkEntry::pane(MenuContext& c) {
     std::string host, ipv4, ipv6;
     bool dhcp = false;
     host = TryHost("Getting host name failed: %s", [] {
-               return ZrkCtl::Network::DnsConfigImpl("defaultNetStack").GetHostname();
+               return HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
            }).value_or("");
     TryHost("Getting management interface failed: %s", [&] {
         HostCtl::Network::ZrkNic* nic = MenuManagementInterface();

@@ -1,6 +1,6 @@
 // "Reset System Configuration": not offered on a host that boots from the
 // network.
-#include "hostctl/adv.h"
+#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
@@ -14,7 +14,8 @@ public:
     std::string title(MenuContext& c) const override { return c.menu.str(14); }
     bool enabled(MenuContext&) override {
         return !TryHost("Getting advanced option failed: %s", [] {
-                    return ZrkCtl::Adv::UserAdvancedOptionImpl().HasUserOption("PXEBootEnabled");
+                    return HostCtl::TheBackend().GetUserAdvancedOptions()->HasUserOption(
+                        "PXEBootEnabled");
                 }).value_or(false);
     }
     std::string pane(MenuContext& c) override { return c.menu.str(29); }

@@ -10,10 +10,10 @@
 #include <iostream>
 
 #include "hostctl/exception.h"
-#include "hostctl/network.h"
 #include "sim/tools.h"
 #include "sim/tools/kovacli.h"
 #include "sim/tools/toolkit.h"
+#include "simhost/network.h"
 
 namespace Sim::Tools {
 namespace {
@@ -30,14 +30,14 @@ bool Is(const std::vector<std::string>& words, std::initializer_list<const char*
 
 int List(const std::string&) {
     for (const auto& s : ZN::VirtualSwitchInfoImpl().GetVirtualSwitches()) {
-        std::cout << s.GetName() << "\n   Name: " << s.GetName()
-                  << "\n   Configured Ports: " << s.GetConfiguredPorts()
-                  << "\n   Used Ports: " << s.GetUsedPorts() << "\n   Uplinks: ";
+        std::cout << s->GetName() << "\n   Name: " << s->GetName()
+                  << "\n   Configured Ports: " << s->GetConfiguredPorts()
+                  << "\n   Used Ports: " << s->GetUsedPorts() << "\n   Uplinks: ";
         std::string sep;
-        for (const auto& u : s.GetUplinks()) std::cout << sep << u, sep = ", ";
+        for (const auto& u : s->GetUplinks()) std::cout << sep << u, sep = ", ";
         std::cout << "\n   Portgroups: ";
         sep.clear();
-        for (const auto& p : s.GetPortGroups()) std::cout << sep << p, sep = ", ";
+        for (const auto& p : s->GetPortGroups()) std::cout << sep << p, sep = ", ";
         std::cout << "\n\n";
     }
     return 0;

@@ -4,9 +4,9 @@
 #include <iostream>
 
 #include "hostctl/exception.h"
-#include "hostctl/network.h"
 #include "sim/tools.h"
 #include "sim/tools/toolkit.h"
+#include "simhost/network.h"
 
 namespace Sim::Tools {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/state.h"
+#include "store/state.h"
 
 namespace Sim::Tools {
 

@@ -43,10 +43,12 @@ TEST(ConsoleProcess, CtrlSDoesNotFreezeTheScreen) {
     SimRoot root;
     ConsoleSession console(root);
     WaitStarted(console, root);
-    console.type("\x13");  // Ctrl-S: with flow control on, output would stop here
-    console.waitForQuiet();
     console.key(TeskTest::Key::F(2));
-    EXPECT_TRUE(console.waitForText("Authentication Required"));
+    ASSERT_TRUE(console.waitForText("Authentication Required"));
+    console.waitForQuiet();
+    console.type("\x13");  // Ctrl-S: with flow control on, output would stop here
+    console.type("qzq");   // replaces the login name
+    EXPECT_TRUE(console.waitForText("qzq"));
     console.signal(SIGTERM);
     EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
 }

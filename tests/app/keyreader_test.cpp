@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "session/session.h"
-#include "sim/state.h"
+#include "store/state.h"
 #include "tests/app/fixtures.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"

@@ -1,7 +1,6 @@
 #include "tests/harness/sim_root.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +14,8 @@
 #include <sstream>
 #include <stdexcept>
 #include <thread>
+
+#include "store/state_lock.h"
 
 namespace TeskTest {
 
@@ -83,25 +84,6 @@ bool KeepRoots() {
     const char* keep = std::getenv("TESK_KEEP_ROOTS");
     return keep && *keep && std::strcmp(keep, "0") != 0;
 }
-
-// An flock on "<state>.lock", as the state store takes it.
-class StateLock {
-public:
-    StateLock(const std::string& statePath, int operation) {
-        fd_ = ::open((statePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-        if (fd_ < 0) return;
-        while (::flock(fd_, operation) != 0 && errno == EINTR) {
-        }
-    }
-    ~StateLock() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    StateLock(const StateLock&) = delete;
-    StateLock& operator=(const StateLock&) = delete;
-
-private:
-    int fd_ = -1;
-};
 
 Json ParseState(const std::string& path, const std::optional<std::string>& text) {
     if (!text) throw std::runtime_error("no simulated host state in " + path);
@@ -208,7 +190,7 @@ void SimRoot::writeFile(std::string_view hostPath, std::string_view text) const 
 
 Json SimRoot::state() const {
     std::string file = path(kStateFile);
-    StateLock lock(file, LOCK_SH);
+    Sim::StateLock lock(file, Sim::StateLock::Mode::Shared);
     return ParseState(file, tryReadFile(kStateFile));
 }
 
@@ -221,7 +203,7 @@ std::optional<Json> SimRoot::stateValue(const std::string& pointer) const {
 
 void SimRoot::editState(const std::function<void(Json&)>& change) const {
     std::string file = path(kStateFile);
-    StateLock lock(file, LOCK_EX);
+    Sim::StateLock lock(file, Sim::StateLock::Mode::Exclusive);
     Json whole = ParseState(file, tryReadFile(kStateFile));
     change(whole);
     // Replaced by a rename, so that a reader never sees half a document.

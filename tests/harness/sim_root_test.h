@@ -1,5 +1,6 @@
 // A fixture for in-process tests against a fresh simulated host root: the
-// root is made by SimRoot and is this process's host root while a test runs.
+// root is made by SimRoot and is this process's host root while a test runs,
+// served by the simulated host backend.
 #pragma once
 
 #include <memory>
@@ -7,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include "hostctl/backend.h"
 #include "platform/hostroot.h"
+#include "simhost/backend.h"
 #include "tests/harness/sim_root.h"
 
 namespace TeskTest {
@@ -18,6 +21,7 @@ protected:
         sim_ = std::make_unique<SimRoot>();
         root_ = sim_->path();
         Tesk::Platform::SetHostRootForTesting(root_);
+        HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     }
     void TearDown() override {
         Tesk::Platform::SetHostRootForTesting("");

@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/hostroot.h"
-#include "sim/state.h"
+#include "store/state.h"
 #include "tests/harness/sim_root_test.h"
 
 namespace TeskTest {

@@ -1,4 +1,5 @@
-// A simulated host root that the host-control code in this process talks to.
+// A simulated host root that the host-control code in this process talks to,
+// through the simulated host backend.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,7 +7,9 @@
 #include <memory>
 #include <string>
 
+#include "hostctl/backend.h"
 #include "platform/hostroot.h"
+#include "simhost/backend.h"
 #include "tests/harness/sim_root.h"
 
 namespace TeskTest {
@@ -16,6 +19,7 @@ protected:
     void UseProfile(const std::string& profile) {
         root_ = std::make_unique<SimRoot>(profile);
         Tesk::Platform::SetHostRootForTesting(root_->path());
+        HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     }
     void SetUp() override { UseProfile("default"); }
     void TearDown() override { Tesk::Platform::SetHostRootForTesting(""); }

@@ -7,6 +7,7 @@
 
 #include "hostctl/exception.h"
 #include "hostctl/network.h"
+#include "simhost/network.h"
 #include "tests/hostctl/fixture.h"
 
 namespace {
@@ -193,7 +194,7 @@ TEST_F(NetworkTest, PortGroupUplinksVlanAndClients) {
     mgmt.SetTeamingPolicy(mgmt.GetTeamingPolicy());
     mgmt.RemoveUplink("pnic1");
     EXPECT_EQ(Switch("zSwitch0")["uplinks"], Json::array({"pnic0", "pnic1", "pnic2"}));
-    PortGroup vm("VM Network", "zSwitch0");
+    PortGroup vm("VM Network", "zSwitch0", PortGroupOperations());
     vm.SetTeamingPolicy(NicTeamingPolicy());
     mgmt.RemoveUplink("pnic2");
     EXPECT_EQ(Switch("zSwitch0")["uplinks"], Json::array({"pnic0", "pnic1"}));
@@ -239,10 +240,10 @@ TEST_F(NetworkTest, SafeModeSteps) {
     EXPECT_THROW(switches.AddVirtualSwitch("zSwitch0"), HostCtlException);
     EXPECT_THROW(switches.AddVirtualSwitch(std::string(32, 'x')), HostCtlException);
 
-    PortsetImpl added = switches.AddVirtualSwitch("zSwitch1");
-    EXPECT_EQ(added.GetNumPorts(), Portset::DEF_NUM_PORTS);
+    auto added = switches.AddVirtualSwitch("zSwitch1");
+    EXPECT_EQ(added->GetNumPorts(), Portset::DEF_NUM_PORTS);
     EXPECT_FALSE(PortGroupImpl("Management Network1").IsValidPortGroup());
-    added.AddPortGroup("Management Network1");
+    added->AddPortGroup("Management Network1");
     EXPECT_TRUE(PortGroupImpl("Management Network1").IsValidPortGroup());
     EXPECT_THROW(PortsetImpl("zSwitch0").AddPortGroup("Management Network1"), HostCtlException);
 
@@ -251,18 +252,18 @@ TEST_F(NetworkTest, SafeModeSteps) {
     mgmt.ConnectToPortGroup("Management Network1");
     EXPECT_THROW(mgmt.ConnectToPortGroup("No Such Group"), HostCtlException);
 
-    for (const auto& q : switches.GetQdsSwitches()) q.RemoveUplink("pnic1");
-    added.AddUplink("pnic1");
-    auto policy = added.GetTeamingPolicy();
+    for (const auto& q : switches.GetQdsSwitches()) q->RemoveUplink("pnic1");
+    added->AddUplink("pnic1");
+    auto policy = added->GetTeamingPolicy();
     policy.AddActiveUplink("pnic1");
-    added.SetTeamingPolicy(policy);
-    EXPECT_THROW(added.AddUplink("pnic2"), HostCtlException) << "pnic2 is still on the qDS";
+    added->SetTeamingPolicy(policy);
+    EXPECT_THROW(added->AddUplink("pnic2"), HostCtlException) << "pnic2 is still on the qDS";
     mgmt.Enable();
 
     mgmt.Refresh();
     EXPECT_TRUE(mgmt.IsUsable());
     EXPECT_EQ(mgmt.GetPortConnection().GetSwitchName(), "zSwitch1");
-    EXPECT_EQ(added.GetUsedPorts(), 2) << "one uplink and the management NIC";
+    EXPECT_EQ(added->GetUsedPorts(), 2) << "one uplink and the management NIC";
     EXPECT_EQ(QdsSwitchImpl("qDS-Prod").GetUplinkMap(),
               (std::map<std::string, std::string>{{"pnic2", "uplink2"}}));
     EXPECT_EQ(Nic("zrk0")["enabled"], true);
@@ -365,7 +366,7 @@ TEST_F(NetworkTest, DnsSettings) {
 }
 
 TEST_F(NetworkTest, HostsFileLosesOnlyTheName) {
-    HostsFile hosts;
+    HostsFileImpl hosts;
     root().writeFile("/etc/hosts",
                      "# hosts\n127.0.0.1\tlocalhost\n192.168.10.21\ttesk-host01.lab.example "
                      "tesk-host01  # the host\n10.0.0.9 TESK-HOST01\n");

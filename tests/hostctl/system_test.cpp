@@ -9,6 +9,10 @@
 #include "hostctl/hardware.h"
 #include "hostctl/network.h"
 #include "hostctl/system.h"
+#include "simhost/adv.h"
+#include "simhost/hardware.h"
+#include "simhost/network.h"
+#include "simhost/system.h"
 #include "tests/hostctl/fixture.h"
 
 namespace {
@@ -111,11 +115,20 @@ TEST_F(SystemTest, FaultsArriveAsExceptionsWithTheirText) {
         {"zrkNic.refresh", [] { ZN::ZrkNicImpl("zrk0").Refresh(); }},
         {"pnic.refresh", [] { ZN::PnicImpl("pnic0").Refresh(); }},
         {"portGroup.getTeamingPolicy",
-         [] { HN::PortGroup("Management Network", "zSwitch0").GetTeamingPolicy(); }},
+         [] {
+             HN::PortGroup("Management Network", "zSwitch0", ZN::PortGroupOperations())
+                 .GetTeamingPolicy();
+         }},
         {"portGroup.setVlanId",
-         [] { HN::PortGroup("Management Network", "zSwitch0").SetVlanId(5); }},
+         [] {
+             HN::PortGroup("Management Network", "zSwitch0", ZN::PortGroupOperations())
+                 .SetVlanId(5);
+         }},
         {"portGroup.addUplink",
-         [] { HN::PortGroup("Management Network", "zSwitch0").AddUplink("pnic3"); }},
+         [] {
+             HN::PortGroup("Management Network", "zSwitch0", ZN::PortGroupOperations())
+                 .AddUplink("pnic3");
+         }},
         {"vswitchInfo.getVirtualSwitches",
          [] { ZN::VirtualSwitchInfoImpl().GetVirtualSwitches(); }},
         {"vswitchInfo.getQdsSwitches", [] { ZN::VirtualSwitchInfoImpl().GetQdsSwitches(); }},
@@ -127,13 +140,17 @@ TEST_F(SystemTest, FaultsArriveAsExceptionsWithTheirText) {
         {"dns.getHostname", [] { ZN::DnsConfigImpl().GetHostname(); }},
         {"dns.saveConfig", [] { ZN::DnsConfigImpl().SaveConfig(); }},
         {"hostsFile.removeEntryByHostName",
-         [] { ZN::HostsFile().RemoveEntryByHostName("tesk-host01"); }},
+         [] { ZN::HostsFileImpl().RemoveEntryByHostName("tesk-host01"); }},
         {"hardware.getVendorName", [] { ZrkCtl::Hardware::HardwareInfoImpl().GetVendorName(); }},
         {"memory.getTotalPages", [] { ZrkCtl::Hardware::MemoryInfoImpl().GetTotalPages(); }},
         {"system.getWelcomeMessage", [] { ZrkCtl::System::SystemInfoImpl().GetWelcomeMessage(); }},
         {"system.setKeyboardLayout",
          [] { ZrkCtl::System::SystemInfoImpl().SetKeyboardLayout("German"); }},
-        {"firewall.apply", [] { HostCtl::System::FirewallRuleset("sshServer").Apply(); }},
+        {"firewall.apply",
+         [] {
+             HostCtl::System::FirewallRuleset("sshServer", ZrkCtl::System::FirewallOperations())
+                 .Apply();
+         }},
         {"resource.hasRunningVirtualMachines",
          [] { ZrkCtl::Resource::ResourceInfoImpl().HasRunningVirtualMachines(); }},
         {"authentication.storeUserAccountsToCs",

@@ -7,7 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/hostroot.h"
-#include "sim/state.h"
+#include "simhost/backend.h"
+#include "store/state.h"
 #include "ui/strings.h"
 
 namespace {
@@ -33,6 +34,7 @@ TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {
         fs::temp_directory_path() / ("tesk-ui-strings-" + std::to_string(::getpid()));
     fs::create_directories(root);
     Tesk::Platform::SetHostRootForTesting(root.string());
+    auto backend = ZrkCtl::MakeSimulatedBackend();  // installs the system-information nodes
     Sim::Save({{"system",
                 {{"productName", "Zerkel Host"},
                  {"productVersion", "8.0.2"},

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "app/startup.h"
+#include "hostctl/backend.h"
+#include "simhost/backend.h"
 #include "ui/carousel.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
@@ -228,6 +230,7 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(
         argc, argv, [](const Tesk::StartFacts&) { return std::make_unique<GalleryWindow>(); });
 }

@@ -5,9 +5,9 @@
 #include <sstream>
 
 #include "hostctl/exception.h"
-#include "hostctl/netmodel.h"
-#include "hostctl/network.h"
 #include "platform/hostroot.h"
+#include "simhost/netmodel.h"
+#include "simhost/network.h"
 
 namespace ZrkCtl::Network {
 
@@ -22,10 +22,11 @@ void CheckNetStack(const std::string& netStack) {
         throw HostCtlException("Unknown network stack '" + netStack + "'");
 }
 
-Json LoadNet() {
-    Json state = Sim::Load();
-    return M::Net(state);
-}
+// The network part of the state, with the snapshot that holds it.
+struct NetSnapshot {
+    std::shared_ptr<const Json> state = Sim::Snapshot();
+    const Json& net = M::Net(*state);
+};
 
 Json& Dns(Json& state) {
     Json& dns = M::Net(state)["dns"];
@@ -69,7 +70,8 @@ RoutingInfoImpl::RoutingInfoImpl(std::string netStack) : netStack_(std::move(net
 HostCtl::Network::Ipv4Address RoutingInfoImpl::GetZerkelDefaultGateway() const {
     Sim::CheckFault("routing.getZerkelDefaultGateway");
     CheckNetStack(netStack_);
-    std::string gw = LoadNet().value("routing", Json::object()).value("ipv4Gateway", "0.0.0.0");
+    std::string gw =
+        NetSnapshot().net.value("routing", Json::object()).value("ipv4Gateway", "0.0.0.0");
     return HostCtl::Network::Ipv4Address::IsValidAddress(gw) ? HostCtl::Network::Ipv4Address(gw)
                                                              : HostCtl::Network::Ipv4Address();
 }
@@ -99,7 +101,7 @@ void RoutingInfoImpl::SetZerkelDefaultGateway(const HostCtl::Network::Ipv4Addres
 HostCtl::Network::Ipv6Address RoutingInfoImpl::GetIpv6ZerkelDefaultGateway() const {
     Sim::CheckFault("routing.getIpv6ZerkelDefaultGateway");
     CheckNetStack(netStack_);
-    std::string gw = LoadNet().value("routing", Json::object()).value("ipv6Gateway", "::");
+    std::string gw = NetSnapshot().net.value("routing", Json::object()).value("ipv6Gateway", "::");
     return HostCtl::Network::Ipv6Address::IsValidAddress(gw) ? HostCtl::Network::Ipv6Address(gw)
                                                              : HostCtl::Network::Ipv6Address();
 }
@@ -120,7 +122,7 @@ DnsConfigImpl::DnsConfigImpl(std::string netStack) : netStack_(std::move(netStac
 bool DnsConfigImpl::IsStale() const {
     if (!data_ || changed_) return true;
     try {
-        return LoadNet().value("dns", Json::object()) != *data_;
+        return NetSnapshot().net.value("dns", Json::object()) != *data_;
     } catch (const HostCtlException&) {
         return true;
     }
@@ -129,7 +131,7 @@ bool DnsConfigImpl::IsStale() const {
 void DnsConfigImpl::Refresh() {
     Sim::CheckFault("dns.refresh");
     CheckNetStack(netStack_);
-    data_ = LoadNet().value("dns", Json::object());
+    data_ = NetSnapshot().net.value("dns", Json::object());
     changed_ = false;
 }
 
@@ -248,7 +250,7 @@ void DnsConfigImpl::SaveConfig() {
 
 // --- HostsFile ---------------------------------------------------------------
 
-bool HostsFile::RemoveEntryByHostName(const std::string& hostname) const {
+bool HostsFileImpl::RemoveEntryByHostName(const std::string& hostname) const {
     Sim::CheckFault("hostsFile.removeEntryByHostName");
     std::string path = Tesk::Platform::HostPath(path_);
     std::ifstream in(path);

@@ -1,18 +1,19 @@
-// How the ZrkCtl implementations reach the simulated host's state.
+// How the ZrkCtl implementations reach the simulated host's state store.
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
-#include "sim/state.h"
+#include "store/state.h"
 
 namespace ZrkCtl::Sim {
 
 using Json = ::Sim::Json;
 
-// The state as it is now; a missing or unreadable state arrives as
-// HostCtl::Lib::HostCtlException.
-Json Load();
+// The state as it is now, shared and read-only (no copy is made); a missing
+// or unreadable state arrives as HostCtl::Lib::HostCtlException.
+std::shared_ptr<const Json> Snapshot();
 
 // A change of the state as one locked step; failures as HostCtlException.
 void Update(const std::function<void(Json&)>& change);

@@ -1,4 +1,6 @@
-#include "hostctl/netmodel.h"
+// The network part of the simulated host's state: lookups, teaming policies,
+// IP configurations and the addresses in effect.
+#include "simhost/netmodel.h"
 
 #include <algorithm>
 
@@ -291,9 +293,12 @@ void ReleaseUplink(Json& net, const std::string& pnic, const std::string& keepSw
 Json CurrentOf(const Json& net, const Json& nic) {
     if (nic.is_object() && nic.contains("current") && nic["current"].is_object())
         return nic["current"];
-    Json netCopy = net;
+    // Without asking a DHCP server only these parts of the network count.
+    Json netPart = Json::object();
+    for (const char* key : {"ipv6Enabled", "ipv6Router"})
+        if (auto it = net.find(key); it != net.end()) netPart[key] = *it;
     Json nicCopy = nic;
-    UpdateCurrent(netCopy, nicCopy, false, false);
+    UpdateCurrent(netPart, nicCopy, false, false);
     return nicCopy["current"];
 }
 

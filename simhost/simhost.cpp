@@ -1,12 +1,13 @@
-#include "hostctl/simhost.h"
+// The store's failures turned into the host-control exception.
+#include "simhost/simhost.h"
 
 #include "hostctl/exception.h"
 
 namespace ZrkCtl::Sim {
 
-Json Load() {
+std::shared_ptr<const Json> Snapshot() {
     try {
-        return ::Sim::Load();
+        return ::Sim::Snapshot();
     } catch (const std::exception& e) {
         throw HostCtl::Lib::HostCtlException(e.what());
     }

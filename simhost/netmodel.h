@@ -1,5 +1,5 @@
 // The network part of the simulated host's state ("/network") as the ZrkCtl
-// implementations read and change it. Internal to hostctl/.
+// implementations read and change it. Internal to simhost/.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "hostctl/network_types.h"
-#include "hostctl/simhost.h"
+#include "simhost/simhost.h"
 
 namespace ZrkCtl::Network::Model {
 

@@ -1,0 +1,26 @@
+// The program's one host backend.
+#include "hostctl/backend.h"
+
+#include "hostctl/exception.h"
+
+namespace HostCtl {
+namespace {
+
+std::unique_ptr<Backend>& Slot() {
+    static std::unique_ptr<Backend> backend;
+    return backend;
+}
+
+}  // namespace
+
+Backend& TheBackend() {
+    auto& backend = Slot();
+    if (!backend) throw Lib::HostCtlException("No host backend");
+    return *backend;
+}
+
+void SetBackend(std::unique_ptr<Backend> backend) {
+    Slot() = std::move(backend);
+}
+
+}  // namespace HostCtl

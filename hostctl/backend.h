@@ -1,0 +1,75 @@
+// The host backend: where the console's host-control objects come from. The
+// program picks one backend at start-up (SetBackend); every screen asks
+// TheBackend() for the objects it needs and talks to them through the
+// HostCtl interfaces only, so another host can be served without touching
+// the screens.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hostctl/adv.h"
+#include "hostctl/hardware.h"
+#include "hostctl/network.h"
+#include "hostctl/smartcard.h"
+#include "hostctl/system.h"
+
+namespace HostCtl {
+
+// Each method hands out a new object; making one does not ask the host, its
+// calls do (and fail with HostCtl::Lib::HostCtlException).
+class Backend {
+public:
+    virtual ~Backend() = default;
+
+    // Networking.
+    virtual std::unique_ptr<Network::NetworkInfo> GetNetworkInfo() const = 0;
+    virtual std::unique_ptr<Network::VirtualSwitchInfo> GetVirtualSwitchInfo() const = 0;
+    // A standard switch by name.
+    virtual std::unique_ptr<Network::Portset> GetPortset(const std::string& name) const = 0;
+    // A port group by name alone.
+    virtual std::unique_ptr<Network::NamedPortGroup> GetPortGroup(
+        const std::string& name) const = 0;
+    // A distributed switch by name.
+    virtual std::unique_ptr<Network::QdsSwitch> GetQdsSwitch(const std::string& name) const = 0;
+    virtual std::unique_ptr<Network::ZerkelNicInfo> GetZerkelNicInfo() const = 0;
+    // A Zerkel NIC or a physical NIC by name; stale until refreshed.
+    virtual std::unique_ptr<Network::ZrkNic> GetZrkNic(const std::string& name) const = 0;
+    virtual std::unique_ptr<Network::Pnic> GetPnic(const std::string& name) const = 0;
+    // The default gateways and the DNS settings of a network stack
+    // ("defaultNetStack").
+    virtual std::unique_ptr<Network::RoutingInfo> GetRoutingInfo(
+        const std::string& netStack) const = 0;
+    virtual std::unique_ptr<Network::DnsConfig> GetDnsConfig(const std::string& netStack) const = 0;
+    // A hosts file by its host path ("/etc/hosts").
+    virtual std::unique_ptr<Network::HostsFile> GetHostsFile(const std::string& hostPath) const = 0;
+
+    // Hardware.
+    virtual std::unique_ptr<Hardware::HardwareInfo> GetHardwareInfo() const = 0;
+    virtual std::unique_ptr<Hardware::CpuInfo> GetCpuInfo() const = 0;
+    virtual std::unique_ptr<Hardware::MemoryInfo> GetMemoryInfo() const = 0;
+    virtual std::unique_ptr<Hardware::SmartCardInfo> GetSmartCardInfo() const = 0;
+
+    // System.
+    virtual std::unique_ptr<System::SystemInfo> GetSystemInfo() const = 0;
+    // The host object; fails when the host cannot be reached.
+    virtual std::unique_ptr<Host> GetHost() const = 0;
+    virtual std::unique_ptr<Resource::ResourceInfo> GetResourceInfo() const = 0;
+    // Writes the host's user accounts (the passwords the host authenticates
+    // with now) to the persistent configuration store.
+    virtual void StoreUserAccountsToCs() const = 0;
+
+    // Advanced options.
+    virtual std::unique_ptr<Adv::AdvancedOption> GetAdvancedOptions() const = 0;
+    virtual std::unique_ptr<Adv::UserAdvancedOption> GetUserAdvancedOptions() const = 0;
+};
+
+// The backend the program chose. Throws HostCtl::Lib::HostCtlException when
+// none was set.
+Backend& TheBackend();
+
+// Makes backend the one TheBackend() answers (null: none). Objects handed out
+// by a replaced backend must not be used afterwards.
+void SetBackend(std::unique_ptr<Backend> backend);
+
+}  // namespace HostCtl

@@ -1,0 +1,88 @@
+// The simulated host's backend: hands out the ZrkCtl objects.
+#include "simhost/backend.h"
+
+#include "simhost/adv.h"
+#include "simhost/hardware.h"
+#include "simhost/network.h"
+#include "simhost/platform_nodes.h"
+#include "simhost/system.h"
+
+namespace ZrkCtl {
+namespace {
+
+namespace HN = HostCtl::Network;
+
+class SimulatedBackend : public HostCtl::Backend {
+public:
+    std::unique_ptr<HN::NetworkInfo> GetNetworkInfo() const override {
+        return std::make_unique<Network::NetworkInfoImpl>();
+    }
+    std::unique_ptr<HN::VirtualSwitchInfo> GetVirtualSwitchInfo() const override {
+        return std::make_unique<Network::VirtualSwitchInfoImpl>();
+    }
+    std::unique_ptr<HN::Portset> GetPortset(const std::string& name) const override {
+        return std::make_unique<Network::PortsetImpl>(name);
+    }
+    std::unique_ptr<HN::NamedPortGroup> GetPortGroup(const std::string& name) const override {
+        return std::make_unique<Network::PortGroupImpl>(name);
+    }
+    std::unique_ptr<HN::QdsSwitch> GetQdsSwitch(const std::string& name) const override {
+        return std::make_unique<Network::QdsSwitchImpl>(name);
+    }
+    std::unique_ptr<HN::ZerkelNicInfo> GetZerkelNicInfo() const override {
+        return std::make_unique<Network::ZerkelNicInfoImpl>();
+    }
+    std::unique_ptr<HN::ZrkNic> GetZrkNic(const std::string& name) const override {
+        return std::make_unique<Network::ZrkNicImpl>(name);
+    }
+    std::unique_ptr<HN::Pnic> GetPnic(const std::string& name) const override {
+        return std::make_unique<Network::PnicImpl>(name);
+    }
+    std::unique_ptr<HN::RoutingInfo> GetRoutingInfo(const std::string& netStack) const override {
+        return std::make_unique<Network::RoutingInfoImpl>(netStack);
+    }
+    std::unique_ptr<HN::DnsConfig> GetDnsConfig(const std::string& netStack) const override {
+        return std::make_unique<Network::DnsConfigImpl>(netStack);
+    }
+    std::unique_ptr<HN::HostsFile> GetHostsFile(const std::string& hostPath) const override {
+        return std::make_unique<Network::HostsFileImpl>(hostPath);
+    }
+
+    std::unique_ptr<HostCtl::Hardware::HardwareInfo> GetHardwareInfo() const override {
+        return std::make_unique<Hardware::HardwareInfoImpl>();
+    }
+    std::unique_ptr<HostCtl::Hardware::CpuInfo> GetCpuInfo() const override {
+        return std::make_unique<Hardware::CpuInfoImpl>();
+    }
+    std::unique_ptr<HostCtl::Hardware::MemoryInfo> GetMemoryInfo() const override {
+        return std::make_unique<Hardware::MemoryInfoImpl>();
+    }
+    std::unique_ptr<HostCtl::Hardware::SmartCardInfo> GetSmartCardInfo() const override {
+        return std::make_unique<Hardware::SmartCardInfoImpl>();
+    }
+
+    std::unique_ptr<HostCtl::System::SystemInfo> GetSystemInfo() const override {
+        return std::make_unique<System::SystemInfoImpl>();
+    }
+    std::unique_ptr<HostCtl::Host> GetHost() const override { return System::GetHost(); }
+    std::unique_ptr<HostCtl::Resource::ResourceInfo> GetResourceInfo() const override {
+        return std::make_unique<Resource::ResourceInfoImpl>();
+    }
+    void StoreUserAccountsToCs() const override { System::StoreUserAccountsToCs(); }
+
+    std::unique_ptr<HostCtl::Adv::AdvancedOption> GetAdvancedOptions() const override {
+        return std::make_unique<Adv::AdvancedOptionImpl>();
+    }
+    std::unique_ptr<HostCtl::Adv::UserAdvancedOption> GetUserAdvancedOptions() const override {
+        return std::make_unique<Adv::UserAdvancedOptionImpl>();
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<HostCtl::Backend> MakeSimulatedBackend() {
+    InstallPlatformProviders();
+    return std::make_unique<SimulatedBackend>();
+}
+
+}  // namespace ZrkCtl

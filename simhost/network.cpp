@@ -1,0 +1,650 @@
+// The simulated host's physical and Zerkel NICs, switches, port groups and
+// the network-wide settings, over the state's "/network".
+#include "simhost/network.h"
+
+#include <algorithm>
+
+#include "hostctl/exception.h"
+#include "simhost/netmodel.h"
+
+namespace ZrkCtl::Network {
+
+namespace M = Model;
+using Json = Sim::Json;
+using HostCtl::Lib::HostCtlException;
+
+namespace {
+
+// The network part of the state, with the snapshot that holds it.
+struct NetSnapshot {
+    std::shared_ptr<const Json> state = Sim::Snapshot();
+    const Json& net = M::Net(*state);
+};
+
+// What a Zerkel NIC object copies from the host: its entry, the default
+// gateways and whether it can be used.
+Json NicView(const Json& net, const std::string& name) {
+    const Json* nic = M::FindByName(M::List(net, "zrkNics"), name);
+    if (!nic) return Json();
+    bool usable = nic->value("enabled", true) && nic->value("up", true);
+    const Json& c = nic->value("connection", Json());
+    std::string type = c.is_object() ? c.value("type", "") : "";
+    if (type == "portGroup") {
+        usable = usable && M::FindPortGroup(net, c.value("portGroup", "")).second != nullptr;
+    } else if (type == "qdsPort") {
+        const Json* q = M::FindByName(M::List(net, "distributedSwitches"), c.value("switch", ""));
+        usable = usable && q != nullptr;
+    } else {
+        usable = false;
+    }
+    Json copy = *nic;
+    copy["current"] = M::CurrentOf(net, *nic);
+    return {{"nic", copy}, {"routing", net.value("routing", Json::object())}, {"usable", usable}};
+}
+
+Json PnicView(const Json& net, const std::string& name) {
+    const Json* pnic = M::FindByName(M::List(net, "pnics"), name);
+    return pnic ? *pnic : Json();
+}
+
+HostCtl::Network::ConnectionPoint ConnectionFromJson(const Json& net, const Json& c) {
+    if (!c.is_object()) return {};
+    std::string type = c.value("type", "");
+    if (type == "portGroup") {
+        std::string pg = c.value("portGroup", "");
+        auto [vswitch, group] = M::FindPortGroup(net, pg);
+        return HostCtl::Network::ConnectionPoint::ToPortGroup(
+            pg, vswitch ? vswitch->value("name", "") : "", PortGroupOperations());
+    }
+    if (type == "qdsPort")
+        return HostCtl::Network::ConnectionPoint::ToQdsPort(c.value("switch", ""),
+                                                            c.value("port", ""));
+    return {};
+}
+
+void CheckSwitchName(const Json& net, const std::string& name) {
+    if (name.empty() || name.size() > 31)
+        throw HostCtlException("Invalid virtual switch name '" + name + "'");
+    if (M::FindByName(M::List(net, "standardSwitches"), name) ||
+        M::FindByName(M::List(net, "distributedSwitches"), name))
+        throw HostCtlException("A virtual switch named " + name + " already exists");
+}
+
+Json NewPortGroup(const std::string& name, std::uint16_t vlanId) {
+    return {{"name", name}, {"vlanId", vlanId}, {"vmClients", 0}};
+}
+
+}  // namespace
+
+// --- PnicImpl ------------------------------------------------------------
+
+bool PnicImpl::IsStale() const {
+    if (!data_) return true;
+    try {
+        return PnicView(NetSnapshot().net, name_) != *data_;
+    } catch (const HostCtlException&) {
+        return true;
+    }
+}
+
+void PnicImpl::Refresh() {
+    Sim::CheckFault("pnic.refresh");
+    Json view = PnicView(NetSnapshot().net, name_);
+    if (view.is_null()) throw HostCtlException("Physical NIC " + name_ + " not found");
+    data_ = std::move(view);
+}
+
+const Json& PnicImpl::Data() {
+    if (!data_) Refresh();
+    return *data_;
+}
+
+std::optional<HostCtl::Network::PciDevice> PnicImpl::GetPciDevice() {
+    Sim::CheckFault("pnic.getPciDevice");
+    const Json& pci = Data().value("pci", Json());
+    if (!pci.is_object()) return std::nullopt;
+    return HostCtl::Network::PciDevice{pci.value("address", ""), pci.value("vendor", ""),
+                                       pci.value("device", "")};
+}
+
+HostCtl::Network::MacAddress PnicImpl::GetMacAddress() {
+    Sim::CheckFault("pnic.getMacAddress");
+    return HostCtl::Network::MacAddress(Data().value("mac", ""));
+}
+
+bool PnicImpl::IsLinkUp() {
+    Sim::CheckFault("pnic.isLinkUp");
+    return Data().value("linkUp", false);
+}
+
+// --- ZrkNicImpl ----------------------------------------------------------
+
+bool ZrkNicImpl::IsStale() const {
+    if (!data_ || changed_) return true;
+    try {
+        return NicView(NetSnapshot().net, name_) != *data_;
+    } catch (const HostCtlException&) {
+        return true;
+    }
+}
+
+void ZrkNicImpl::Refresh() {
+    Sim::CheckFault("zrkNic.refresh");
+    Json view = NicView(NetSnapshot().net, name_);
+    if (view.is_null()) throw HostCtlException("Zerkel NIC " + name_ + " not found");
+    data_ = std::move(view);
+    changed_ = false;
+}
+
+const Json& ZrkNicImpl::Data() {
+    if (!data_) Refresh();
+    return *data_;
+}
+
+void ZrkNicImpl::Change(const std::string& fault,
+                        const std::function<void(Json& nic, Json& net)>& change) {
+    Sim::CheckFault(fault);
+    Sim::Update([&](Json& state) {
+        Json& net = M::Net(state);
+        change(M::Require(net, "zrkNics", name_, "Zerkel NIC"), net);
+    });
+    changed_ = true;
+}
+
+HostCtl::Network::MacAddress ZrkNicImpl::GetMacAddress() {
+    Sim::CheckFault("zrkNic.getMacAddress");
+    return HostCtl::Network::MacAddress(Data()["nic"].value("mac", "00:00:00:00:00:00"));
+}
+
+void ZrkNicImpl::SetMacAddressFromPnic(HostCtl::Network::Pnic& pnic) {
+    if (pnic.IsStale()) pnic.Refresh();
+    std::string mac = pnic.GetMacAddress().GetStringAddress();
+    Change("zrkNic.setMacAddressFromPnic", [&](Json& nic, Json& net) {
+        nic["mac"] = mac;
+        M::UpdateCurrent(net, nic, false, false);  // the link-local address follows the MAC
+    });
+}
+
+HostCtl::Network::IpConfig ZrkNicImpl::GetIpConfig() {
+    Sim::CheckFault("zrkNic.getIpConfig");
+    const Json& view = Data();
+    auto config = M::IpConfigFromJson(view["nic"].value("current", Json::object()));
+    const Json& routing = view["routing"];
+    std::string gw = routing.value("ipv4Gateway", "");
+    if (HostCtl::Network::Ipv4Address::IsValidAddress(gw))
+        config.SetIpv4Gateway(HostCtl::Network::Ipv4Address(gw));
+    std::string gw6 = routing.value("ipv6Gateway", "");
+    if (HostCtl::Network::Ipv6Address::IsValidAddress(gw6))
+        config.SetIpv6Gateway(HostCtl::Network::Ipv6Address(gw6));
+    return config;
+}
+
+HostCtl::Network::IpConfig ZrkNicImpl::GetConfiguredIpConfig() {
+    Sim::CheckFault("zrkNic.getConfiguredIpConfig");
+    return M::IpConfigFromJson(Data()["nic"].value("config", Json::object()));
+}
+
+void ZrkNicImpl::SetIpConfig(const HostCtl::Network::IpConfig& config) {
+    HostCtl::Network::IpConfig stored = config;
+    if (!stored.GetUseDhcp() && !stored.GetIpv4UseNone()) {
+        if (!stored.GetIpv4Netmask().IsValidNetmask())
+            throw HostCtlException("Invalid netmask " + stored.GetIpv4Netmask().GetStringAddress());
+    }
+    // Only what is configured by hand is kept; the rest is learnt again.
+    std::vector<HostCtl::Network::Ipv6Network> statics;
+    for (const auto& n : config.GetIpv6Networks())
+        if (n.GetIpv6AddressType() == HostCtl::Network::Ipv6AddressType::Static &&
+            !n.GetAddress().IsLinkLocal())
+            statics.push_back(n);
+    stored.SetIpv6Networks(statics);
+    Change("zrkNic.setIpConfig", [&](Json& nic, Json& net) {
+        nic["config"] = M::IpConfigToJson(stored);
+        M::UpdateCurrent(net, nic, stored.GetUseDhcp() || stored.GetUseIpv6Dhcp(), false);
+    });
+}
+
+HostCtl::Network::ConnectionPoint ZrkNicImpl::GetPortConnection() {
+    Sim::CheckFault("zrkNic.getPortConnection");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return ConnectionFromJson(net, Data()["nic"].value("connection", Json()));
+}
+
+void ZrkNicImpl::ConnectToPortGroup(const std::string& portGroup) {
+    Change("zrkNic.connectToPortGroup", [&](Json& nic, Json& net) {
+        if (!M::FindPortGroup(net, portGroup).second)
+            throw HostCtlException("Port group " + portGroup + " not found");
+        nic["connection"] = {{"type", "portGroup"}, {"portGroup", portGroup}};
+    });
+}
+
+bool ZrkNicImpl::IsEnabled() {
+    Sim::CheckFault("zrkNic.isEnabled");
+    return Data()["nic"].value("enabled", true);
+}
+
+void ZrkNicImpl::Enable() {
+    Change("zrkNic.enable", [](Json& nic, Json& net) {
+        nic["enabled"] = true;
+        nic["up"] = true;
+        M::UpdateCurrent(net, nic, true, false);
+    });
+}
+
+void ZrkNicImpl::Disable() {
+    Change("zrkNic.disable", [](Json& nic, Json&) {
+        nic["enabled"] = false;
+        nic["up"] = false;
+    });
+}
+
+bool ZrkNicImpl::IsUsable() {
+    Sim::CheckFault("zrkNic.isUsable");
+    return Data().value("usable", false);
+}
+
+void ZrkNicImpl::InterfaceDown() {
+    Change("zrkNic.interfaceDown", [](Json& nic, Json&) { nic["up"] = false; });
+}
+
+void ZrkNicImpl::InterfaceUp() {
+    Change("zrkNic.interfaceUp", [](Json& nic, Json& net) {
+        if (!nic.value("enabled", true))
+            throw HostCtlException("Zerkel NIC " + nic.value("name", "") + " is disabled");
+        nic["up"] = true;
+        M::UpdateCurrent(net, nic, true, false);
+    });
+}
+
+void ZrkNicImpl::RenewDhcp() {
+    Change("zrkNic.renewDhcp", [](Json& nic, Json& net) {
+        if (!nic.value("config", Json::object()).value("dhcp", false))
+            throw HostCtlException("DHCP is not enabled on " + nic.value("name", ""));
+        M::UpdateCurrent(net, nic, true, false);
+    });
+}
+
+void ZrkNicImpl::RenewDhcpv6() {
+    Change("zrkNic.renewDhcpv6", [](Json& nic, Json& net) {
+        if (!nic.value("config", Json::object()).value("dhcpv6", false))
+            throw HostCtlException("DHCPv6 is not enabled on " + nic.value("name", ""));
+        M::UpdateCurrent(net, nic, true, false);
+    });
+}
+
+void ZrkNicImpl::RequestRenewal(bool release) {
+    Change("zrkNic.requestRenewal",
+           [&](Json& nic, Json& net) { M::UpdateCurrent(net, nic, true, release); });
+}
+
+// --- PortsetImpl, PortGroupImpl, QdsSwitchImpl -------------------------------
+
+bool PortsetImpl::IsValidVirtualSwitch() const {
+    Sim::CheckFault("vswitch.isValidVirtualSwitch");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return M::FindByName(M::List(net, "standardSwitches"), name_) ||
+           M::FindByName(M::List(net, "distributedSwitches"), name_);
+}
+
+std::vector<std::string> PortsetImpl::GetUplinks() const {
+    Sim::CheckFault("vswitch.getUplinks");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return M::Strings(M::Require(net, "standardSwitches", name_, "Virtual switch")
+                          .value("uplinks", Json::array()));
+}
+
+std::vector<std::string> PortsetImpl::GetPortGroups() const {
+    Sim::CheckFault("vswitch.getPortGroups");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::vector<std::string> names;
+    for (const auto& pg : M::Require(net, "standardSwitches", name_, "Virtual switch")
+                              .value("portGroups", Json::array()))
+        names.push_back(pg.value("name", ""));
+    return names;
+}
+
+std::int64_t PortsetImpl::GetNumPorts() const {
+    Sim::CheckFault("vswitch.getNumPorts");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return M::Require(net, "standardSwitches", name_, "Virtual switch")
+        .value("numPorts", HN::Portset::DEF_NUM_PORTS);
+}
+
+std::int64_t PortsetImpl::GetUsedPorts() const {
+    Sim::CheckFault("vswitch.getUsedPorts");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    const Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
+    std::int64_t used =
+        static_cast<std::int64_t>(M::Strings(s.value("uplinks", Json::array())).size());
+    for (const auto& pg : s.value("portGroups", Json::array())) used += M::ActiveClients(net, pg);
+    return used;
+}
+
+std::int64_t PortsetImpl::GetConfiguredPorts() const {
+    Sim::CheckFault("vswitch.getConfiguredPorts");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    const Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
+    return s.value("configuredPorts", s.value("numPorts", HN::Portset::DEF_NUM_PORTS));
+}
+
+HostCtl::Network::NicTeamingPolicy PortsetImpl::GetTeamingPolicy() const {
+    Sim::CheckFault("vswitch.getTeamingPolicy");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return M::PolicyFromJson(M::Require(net, "standardSwitches", name_, "Virtual switch")
+                                 .value("teamingPolicy", Json::object()));
+}
+
+void PortsetImpl::SetTeamingPolicy(const HostCtl::Network::NicTeamingPolicy& policy) const {
+    Sim::CheckFault("vswitch.setTeamingPolicy");
+    Sim::Update([&](Json& state) {
+        Json& s = M::Require(M::Net(state), "standardSwitches", name_, "Virtual switch");
+        auto uplinks = M::Strings(s.value("uplinks", Json::array()));
+        for (const auto* list : {&policy.GetActiveUplinks(), &policy.GetStandbyUplinks()})
+            for (const auto& u : *list)
+                if (std::find(uplinks.begin(), uplinks.end(), u) == uplinks.end())
+                    throw HostCtlException("Uplink " + u + " is not an uplink of " + name_);
+        s["teamingPolicy"] = M::PolicyToJson(policy);
+    });
+}
+
+void PortsetImpl::AddUplink(const std::string& pnic) const {
+    Sim::CheckFault("vswitch.addUplink");
+    Sim::Update([&](Json& state) {
+        Json& net = M::Net(state);
+        M::Require(net, "pnics", pnic, "Physical NIC");
+        Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
+        std::string owner = M::UplinkOwner(net, pnic);
+        if (owner == name_)
+            throw HostCtlException("Uplink " + pnic + " is already used by " + name_);
+        if (!owner.empty())
+            throw HostCtlException("Uplink " + pnic + " is already used by " + owner);
+        auto uplinks = M::Strings(s.value("uplinks", Json::array()));
+        uplinks.push_back(pnic);
+        s["uplinks"] = uplinks;
+    });
+}
+
+void PortsetImpl::RemoveUplink(const std::string& pnic) const {
+    Sim::CheckFault("vswitch.removeUplink");
+    Sim::Update([&](Json& state) {
+        Json& net = M::Net(state);
+        Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
+        auto uplinks = M::Strings(s.value("uplinks", Json::array()));
+        if (std::erase(uplinks, pnic) == 0 &&
+            !M::PolicyFromJson(s.value("teamingPolicy", Json::object())).HasUplink(pnic))
+            return;
+        s["uplinks"] = uplinks;
+        auto policy = M::PolicyFromJson(s.value("teamingPolicy", Json::object()));
+        if (policy.RemoveUplink(pnic)) s["teamingPolicy"] = M::PolicyToJson(policy);
+        for (auto& pg : s["portGroups"]) {
+            if (!pg.is_object() || !pg.contains("teamingPolicy")) continue;
+            auto p = M::PolicyFromJson(pg["teamingPolicy"]);
+            if (p.RemoveUplink(pnic)) pg["teamingPolicy"] = M::PolicyToJson(p);
+        }
+    });
+}
+
+HostCtl::Network::PortGroup PortsetImpl::AddPortGroup(const std::string& name,
+                                                      std::uint16_t vlanId) const {
+    Sim::CheckFault("vswitch.addPortGroup");
+    if (name.empty() || name.size() > 59)
+        throw HostCtlException("Invalid port group name '" + name + "'");
+    if (vlanId > 4095) throw HostCtlException("Invalid VLAN ID " + std::to_string(vlanId));
+    Sim::Update([&](Json& state) {
+        Json& net = M::Net(state);
+        Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
+        if (M::FindPortGroup(net, name).second)
+            throw HostCtlException("A port group named " + name + " already exists");
+        M::List(s, "portGroups").push_back(NewPortGroup(name, vlanId));
+    });
+    return HostCtl::Network::PortGroup(name, name_, PortGroupOperations());
+}
+
+bool PortGroupImpl::IsValidPortGroup() const {
+    Sim::CheckFault("portGroup.isValidPortGroup");
+    return M::FindPortGroup(NetSnapshot().net, name_).second != nullptr;
+}
+
+HostCtl::Network::PortGroup PortGroupImpl::Get() const {
+    Sim::CheckFault("portGroup.get");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    auto [vswitch, pg] = M::FindPortGroup(net, name_);
+    if (!pg) throw HostCtlException("Port group " + name_ + " not found");
+    return HostCtl::Network::PortGroup(name_, vswitch->value("name", ""), PortGroupOperations());
+}
+
+std::map<std::string, std::string> QdsSwitchImpl::GetUplinkMap() const {
+    Sim::CheckFault("qds.getUplinkMap");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::map<std::string, std::string> map;
+    const Json& uplinks = M::Require(net, "distributedSwitches", name_, "Distributed switch")
+                              .value("uplinks", Json::object());
+    if (uplinks.is_object())
+        for (const auto& [pnic, port] : uplinks.items())
+            map[pnic] = port.is_string() ? port.get<std::string>() : "";
+    return map;
+}
+
+std::vector<std::string> QdsSwitchImpl::GetPortIds() const {
+    Sim::CheckFault("qds.getPortIds");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return M::Strings(M::Require(net, "distributedSwitches", name_, "Distributed switch")
+                          .value("ports", Json::array()));
+}
+
+std::int64_t QdsSwitchImpl::GetNumPorts() const {
+    Sim::CheckFault("qds.getNumPorts");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return M::Require(net, "distributedSwitches", name_, "Distributed switch")
+        .value("numPorts", std::int64_t{0});
+}
+
+void QdsSwitchImpl::RemoveUplink(const std::string& pnic) const {
+    Sim::CheckFault("qds.removeUplink");
+    Sim::Update([&](Json& state) {
+        Json& q = M::Require(M::Net(state), "distributedSwitches", name_, "Distributed switch");
+        if (q["uplinks"].is_object()) q["uplinks"].erase(pnic);
+    });
+}
+
+// --- Info objects ----------------------------------------------------------
+
+std::vector<std::unique_ptr<HN::Portset>> VirtualSwitchInfoImpl::GetVirtualSwitches(
+    HN::PortsetKind kind) const {
+    Sim::CheckFault("vswitchInfo.getVirtualSwitches");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::vector<std::unique_ptr<HN::Portset>> out;
+    if (kind == HN::PortsetKind::Qds) return out;
+    for (const auto& s : M::List(net, "standardSwitches"))
+        out.push_back(std::make_unique<PortsetImpl>(s.value("name", "")));
+    return out;
+}
+
+std::vector<std::unique_ptr<HN::QdsSwitch>> VirtualSwitchInfoImpl::GetQdsSwitches() const {
+    Sim::CheckFault("vswitchInfo.getQdsSwitches");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::vector<std::unique_ptr<HN::QdsSwitch>> out;
+    for (const auto& q : M::List(net, "distributedSwitches"))
+        out.push_back(std::make_unique<QdsSwitchImpl>(q.value("name", "")));
+    return out;
+}
+
+std::unique_ptr<HN::Portset> VirtualSwitchInfoImpl::AddVirtualSwitch(const std::string& name,
+                                                                     std::int64_t numPorts) const {
+    Sim::CheckFault("vswitchInfo.addVirtualSwitch");
+    if (numPorts < 1 || numPorts > 4096)
+        throw HostCtlException("Invalid number of ports " + std::to_string(numPorts));
+    Sim::Update([&](Json& state) {
+        Json& net = M::Net(state);
+        CheckSwitchName(net, name);
+        M::List(net, "standardSwitches")
+            .push_back({{"name", name},
+                        {"numPorts", numPorts},
+                        {"configuredPorts", numPorts},
+                        {"uplinks", Json::array()},
+                        {"teamingPolicy", M::PolicyToJson({})},
+                        {"portGroups", Json::array()}});
+    });
+    return std::make_unique<PortsetImpl>(name);
+}
+
+std::vector<std::unique_ptr<HN::ZrkNic>> ZerkelNicInfoImpl::GetZerkelNics(
+    HN::PortsetKind kind) const {
+    Sim::CheckFault("zrkNicInfo.getZerkelNics");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::vector<std::unique_ptr<HN::ZrkNic>> out;
+    for (const auto& nic : M::List(net, "zrkNics")) {
+        auto type = ConnectionFromJson(net, nic.value("connection", Json())).GetType();
+        if (kind == HN::PortsetKind::Standard && type != HN::ConnectionType::PortGroup) continue;
+        if (kind == HN::PortsetKind::Qds && type != HN::ConnectionType::QdsPort) continue;
+        out.push_back(std::make_unique<ZrkNicImpl>(nic.value("name", "")));
+    }
+    return out;
+}
+
+bool NetworkInfoImpl::IsZrkIpv6Enabled() const {
+    Sim::CheckFault("network.isZrkIpv6Enabled");
+    return NetSnapshot().net.value("ipv6Enabled", false);
+}
+
+void NetworkInfoImpl::SetZrkIpv6Enabled(bool enabled) const {
+    Sim::CheckFault("network.setZrkIpv6Enabled");
+    Sim::Update([&](Json& state) { M::Net(state)["ipv6EnabledAfterReboot"] = enabled; });
+}
+
+bool NetworkInfoImpl::GetZrkIpv6EnabledAfterReboot() const {
+    Sim::CheckFault("network.getZrkIpv6EnabledAfterReboot");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    return net.value("ipv6EnabledAfterReboot", net.value("ipv6Enabled", false));
+}
+
+std::vector<std::unique_ptr<HN::Pnic>> NetworkInfoImpl::GetPnics(HN::PnicKind kind) const {
+    Sim::CheckFault("network.getPnics");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::vector<std::unique_ptr<HN::Pnic>> out;
+    for (const auto& p : M::List(net, "pnics")) {
+        std::string name = p.value("name", "");
+        if (kind == HN::PnicKind::Connected && !p.value("linkUp", false)) continue;
+        if (kind == HN::PnicKind::Unused && !M::UplinkOwner(net, name).empty()) continue;
+        out.push_back(std::make_unique<PnicImpl>(name));
+    }
+    return out;
+}
+
+std::vector<HN::PortGroup> NetworkInfoImpl::GetAllPortGroups(HN::PortsetKind kind) const {
+    Sim::CheckFault("network.getAllPortGroups");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::vector<HN::PortGroup> out;
+    if (kind == HN::PortsetKind::Qds) return out;
+    for (const auto& s : M::List(net, "standardSwitches"))
+        for (const auto& pg : s.value("portGroups", Json::array()))
+            out.emplace_back(pg.value("name", ""), s.value("name", ""), PortGroupOperations());
+    return out;
+}
+
+void NetworkInfoImpl::UpdateManagementInterface() {
+    Sim::CheckFault("network.updateManagementInterface");
+    const NetSnapshot snapshot;
+    const Json& net = snapshot.net;
+    std::string name = net.value("managementInterface", Json()).is_string()
+                           ? net["managementInterface"].get<std::string>()
+                           : "";
+    updated_ = true;
+    management_.reset();
+    if (!name.empty() && M::FindByName(M::List(net, "zrkNics"), name)) management_ = name;
+}
+
+std::unique_ptr<HN::ZrkNic> NetworkInfoImpl::GetManagementInterface() {
+    Sim::CheckFault("network.getManagementInterface");
+    if (!updated_) UpdateManagementInterface();
+    if (!management_) return nullptr;
+    return std::make_unique<ZrkNicImpl>(*management_);
+}
+
+void NetworkInfoImpl::ClearNetworkConfig() const {
+    Sim::CheckFault("network.clearNetworkConfig");
+    Sim::Update([](Json& state) {
+        Json& net = M::Net(state);
+        net["standardSwitches"] = Json::array();
+        net["distributedSwitches"] = Json::array();
+        net["zrkNics"] = Json::array();
+        net["managementInterface"] = nullptr;
+        net["routing"] = {{"ipv4Gateway", "0.0.0.0"}, {"ipv6Gateway", "::"}};
+        Json& dns = net["dns"];
+        dns["hostname"] = "localhost";
+        dns["nameServers"] = Json::array();
+        dns["ipv6NameServers"] = Json::array();
+        dns["searchDomains"] = Json::array();
+    });
+}
+
+void NetworkInfoImpl::AutoConfigNetwork() const {
+    Sim::CheckFault("network.autoConfigNetwork");
+    Sim::Update([](Json& state) {
+        Json& net = M::Net(state);
+        if (!M::List(net, "standardSwitches").empty() || !M::List(net, "zrkNics").empty())
+            throw HostCtlException("Network is already configured; clear it first");
+        const Json& pnics = M::List(net, "pnics");
+        if (pnics.empty()) throw HostCtlException("No physical NIC to configure the network with");
+        const Json* uplink = &pnics[0];
+        for (const auto& p : pnics)
+            if (p.value("linkUp", false)) {
+                uplink = &p;
+                break;
+            }
+        std::string pnic = uplink->value("name", "");
+        HN::NicTeamingPolicy policy;
+        policy.AddActiveUplink(pnic);
+        Json vswitch = {{"name", "zSwitch0"},
+                        {"numPorts", HN::Portset::DEF_NUM_PORTS},
+                        {"configuredPorts", HN::Portset::DEF_NUM_PORTS},
+                        {"uplinks", Json::array({pnic})},
+                        {"teamingPolicy", M::PolicyToJson(policy)},
+                        {"portGroups", Json::array({NewPortGroup("Management Network", 0),
+                                                    NewPortGroup("VM Network", 0)})}};
+        net["standardSwitches"].push_back(vswitch);
+        HN::IpConfig config;
+        config.SetUseDhcp(true);
+        config.SetDhcpDns(true);
+        config.EnableIpv6(true);
+        config.SetUseIpv6RouterAdvertised(true);
+        Json nic = {{"name", "zrk0"},
+                    {"mac", uplink->value("mac", "00:00:00:00:00:00")},
+                    {"enabled", true},
+                    {"up", true},
+                    {"connection", {{"type", "portGroup"}, {"portGroup", "Management Network"}}},
+                    {"config", M::IpConfigToJson(config)}};
+        net["managementInterface"] = "zrk0";
+        M::UpdateCurrent(net, nic, true, true);
+        net["zrkNics"].push_back(nic);
+    });
+}
+
+void NetworkInfoImpl::DisableNetDumper() const {
+    Sim::CheckFault("network.disableNetDumper");
+    Sim::Update([](Json& state) { M::Net(state)["netDumper"] = {{"enabled", false}}; });
+}
+
+bool NetworkInfoImpl::IsNetDumperEnabled() const {
+    Sim::CheckFault("network.isNetDumperEnabled");
+    return NetSnapshot().net.value("netDumper", Json::object()).value("enabled", false);
+}
+
+}  // namespace ZrkCtl::Network

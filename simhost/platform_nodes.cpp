@@ -1,0 +1,82 @@
+// The system-information nodes and the event service's start-up check of the
+// simulated host.
+#include "simhost/platform_nodes.h"
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "platform/nox.h"
+#include "platform/zsi.h"
+#include "store/state.h"
+
+namespace ZrkCtl {
+namespace {
+
+using Json = ::Sim::Json;
+
+void CopyField(char (&field)[64], const Json& from, const char* key) {
+    std::string text = from.value(key, std::string());
+    std::strncpy(field, text.c_str(), sizeof field - 1);
+    field[sizeof field - 1] = '\0';
+}
+
+// The object `key` of the state, or null (no state, no such object).
+const Json* Node(const std::shared_ptr<const Json>& state, const char* key) {
+    if (!state) return nullptr;
+    auto it = state->find(key);
+    return it != state->end() && it->is_object() ? &*it : nullptr;
+}
+
+std::shared_ptr<const Json> StateOrNull() {
+    try {
+        return ::Sim::Snapshot();
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+int ReadNode(ZSI_Node node, void* out, std::size_t size) {
+    switch (node) {
+        case ZSI_NODE_system_version: {
+            if (size < sizeof(ZSI_SystemVersion) || ::Sim::Fault("zsi.systemVersion")) return -1;
+            auto state = StateOrNull();
+            const Json* system = Node(state, "system");
+            if (!system) return -1;
+            ZSI_SystemVersion v{};
+            CopyField(v.productName, *system, "productName");
+            CopyField(v.productVersion, *system, "productVersion");
+            CopyField(v.kernelVersion, *system, "kernelVersion");
+            CopyField(v.buildNumber, *system, "buildNumber");
+            std::memcpy(out, &v, sizeof v);
+            return 0;
+        }
+        case ZSI_NODE_system_bootOption: {
+            if (size < 4 || ::Sim::Fault("zsi.bootOption")) return -1;
+            auto state = StateOrNull();
+            const Json* boot = Node(state, "bootOption");
+            if (!boot) return -1;
+            std::uint8_t value[4] = {0, 0, 0, 0};
+            value[0] = boot->value("auditMode", false) ? 1 : 0;
+            std::memcpy(out, value, 4);
+            return 0;
+        }
+    }
+    return -1;
+}
+
+int NoxInitCheck() {
+    auto fault = ::Sim::Fault("noxUserLib.init");
+    if (!fault) return 0;
+    return fault->is_object() ? fault->value("errorCode", 1) : 1;
+}
+
+}  // namespace
+
+void InstallPlatformProviders() {
+    Tesk::Platform::SetZsiProvider(&ReadNode);
+    Tesk::Platform::SetNoxInitCheck(&NoxInitCheck);
+}
+
+}  // namespace ZrkCtl

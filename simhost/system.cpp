@@ -1,0 +1,252 @@
+// The simulated host's system information, firewall, host object, virtual
+// machines and user-account store.
+#include "simhost/system.h"
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+
+#include "hostctl/exception.h"
+#include "platform/hostroot.h"
+#include "simhost/simhost.h"
+
+namespace {
+
+using Json = ZrkCtl::Sim::Json;
+using HostCtl::Lib::HostCtlException;
+
+// "/systemInfo", made an object when missing.
+Json& Info(Json& state) {
+    Json& info = state["systemInfo"];
+    if (!info.is_object()) info = Json::object();
+    return info;
+}
+
+const Json& EmptyObject() {
+    static const Json empty = Json::object();
+    return empty;
+}
+
+// "/systemInfo" of a snapshot; an empty object when missing.
+const Json& Info(const Json& state) {
+    auto it = state.find("systemInfo");
+    return it != state.end() && it->is_object() ? *it : EmptyObject();
+}
+
+// The system information, with the snapshot that holds it.
+struct InfoSnapshot {
+    std::shared_ptr<const Json> state = ZrkCtl::Sim::Snapshot();
+    const Json& info = Info(*state);
+};
+
+Json& RequireRuleset(Json& info, const std::string& id) {
+    Json& rulesets = info["firewall"]["rulesets"];
+    if (rulesets.is_array())
+        for (auto& r : rulesets)
+            if (r.value("id", "") == id) return r;
+    throw HostCtlException("Firewall ruleset " + id + " not found");
+}
+
+const Json& RequireRuleset(const Json& info, const std::string& id) {
+    auto firewall = info.find("firewall");
+    if (firewall != info.end() && firewall->is_object()) {
+        auto rulesets = firewall->find("rulesets");
+        if (rulesets != firewall->end() && rulesets->is_array())
+            for (const auto& r : *rulesets)
+                if (r.is_object() && r.value("id", "") == id) return r;
+    }
+    throw HostCtlException("Firewall ruleset " + id + " not found");
+}
+
+std::vector<std::string> Strings(const Json& array) {
+    std::vector<std::string> out;
+    if (array.is_array())
+        for (const auto& s : array)
+            if (s.is_string()) out.push_back(s.get<std::string>());
+    return out;
+}
+
+void RequireLayout(const Json& info, const std::string& layout) {
+    auto layouts = Strings(info.value("keyboard", Json::object()).value("layouts", Json::array()));
+    if (std::find(layouts.begin(), layouts.end(), layout) == layouts.end())
+        throw HostCtlException("Unknown keyboard layout '" + layout + "'");
+}
+
+}  // namespace
+
+namespace ZrkCtl::System {
+namespace {
+
+class FirewallRulesetOpsImpl : public HostCtl::System::FirewallRulesetOps {
+public:
+    bool IsEnabled(const std::string& id) const override {
+        Sim::CheckFault("firewall.isEnabled");
+        return RequireRuleset(InfoSnapshot().info, id).value("enabled", false);
+    }
+
+    bool IsServiceControlled(const std::string& id) const override {
+        Sim::CheckFault("firewall.isServiceControlled");
+        return RequireRuleset(InfoSnapshot().info, id).value("serviceControlled", false);
+    }
+
+    void SetEnabled(const std::string& id, bool enabled) const override {
+        Sim::CheckFault("firewall.setEnabled");
+        Sim::Update([&](Json& state) { RequireRuleset(Info(state), id)["enabled"] = enabled; });
+    }
+
+    bool IsActive(const std::string& id) const override {
+        Sim::CheckFault("firewall.isActive");
+        return RequireRuleset(InfoSnapshot().info, id).value("active", false);
+    }
+
+    void Apply(const std::string& id) const override {
+        Sim::CheckFault("firewall.apply");
+        Sim::Update([&](Json& state) {
+            Json& r = RequireRuleset(Info(state), id);
+            r["active"] = r.value("enabled", false);
+        });
+    }
+};
+
+}  // namespace
+
+std::shared_ptr<const HostCtl::System::FirewallRulesetOps> FirewallOperations() {
+    static const auto ops = std::make_shared<const FirewallRulesetOpsImpl>();
+    return ops;
+}
+
+std::string SystemInfoImpl::GetWelcomeMessage() const {
+    Sim::CheckFault("system.getWelcomeMessage");
+    return InfoSnapshot().info.value("welcomeMessage", "");
+}
+
+void SystemInfoImpl::SetWelcomeMessage(const std::string& message) const {
+    Sim::CheckFault("system.setWelcomeMessage");
+    Sim::Update([&](Json& state) { Info(state)["welcomeMessage"] = message; });
+}
+
+void SystemInfoImpl::SetSystemAlert(const std::string& text) const {
+    Sim::CheckFault("system.setSystemAlert");
+    Sim::Update([&](Json& state) {
+        Json& alerts = Info(state)["alerts"];
+        if (!alerts.is_array()) alerts = Json::array();
+        alerts.push_back(text);
+    });
+}
+
+std::vector<std::string> SystemInfoImpl::GetSystemAlerts() const {
+    Sim::CheckFault("system.getSystemAlerts");
+    return Strings(InfoSnapshot().info.value("alerts", Json::array()));
+}
+
+std::vector<std::string> SystemInfoImpl::GetKeyboardLayouts() const {
+    Sim::CheckFault("system.getKeyboardLayouts");
+    return Strings(
+        InfoSnapshot().info.value("keyboard", Json::object()).value("layouts", Json::array()));
+}
+
+std::string SystemInfoImpl::GetKeyboardLayout() const {
+    Sim::CheckFault("system.getKeyboardLayout");
+    return InfoSnapshot().info.value("keyboard", Json::object()).value("layout", "");
+}
+
+void SystemInfoImpl::LoadKeyboardMappings(const std::string& layout) const {
+    Sim::CheckFault("system.loadKeyboardMappings");
+    Sim::Update([&](Json& state) {
+        Json& info = Info(state);
+        RequireLayout(info, layout);
+        info["keyboard"]["loadedMappings"] = layout;
+    });
+}
+
+void SystemInfoImpl::SetKeyboardLayout(const std::string& layout) const {
+    Sim::CheckFault("system.setKeyboardLayout");
+    Sim::Update([&](Json& state) {
+        Json& info = Info(state);
+        RequireLayout(info, layout);
+        info["keyboard"]["layout"] = layout;
+    });
+}
+
+HostCtl::System::FirewallRuleset SystemInfoImpl::GetFirewallRulesetById(
+    const std::string& id) const {
+    Sim::CheckFault("system.getFirewallRulesetById");
+    RequireRuleset(InfoSnapshot().info, id);
+    return HostCtl::System::FirewallRuleset(id, FirewallOperations());
+}
+
+}  // namespace ZrkCtl::System
+
+namespace ZrkCtl::Util {
+
+void SysinfoUtil::SysinfoGet(ZSI_Node node, void* out, std::size_t size) {
+    if (ZSI_Get(node, out, size) != 0)
+        throw HostCtl::Lib::HostCtlException("Unable to read system information node " +
+                                             std::to_string(static_cast<int>(node)));
+}
+
+}  // namespace ZrkCtl::Util
+
+namespace ZrkCtl::System {
+
+std::unique_ptr<HostCtl::System::SystemInfo> HostImpl::GetSystemInfo() const {
+    Sim::CheckFault("host.getSystemInfo");
+    return std::make_unique<SystemInfoImpl>();
+}
+
+std::unique_ptr<HostCtl::Host> GetHost() {
+    Sim::CheckFault("host.getHost");
+    return std::make_unique<HostImpl>();
+}
+
+}  // namespace ZrkCtl::System
+
+namespace ZrkCtl::Resource {
+
+std::vector<std::string> ResourceInfoImpl::GetRunningVirtualMachines() const {
+    Sim::CheckFault("resource.getRunningVirtualMachines");
+    auto state = Sim::Snapshot();
+    std::vector<std::string> running;
+    auto vms = state->find("vms");
+    if (vms == state->end() || !vms->is_array()) return running;
+    for (const auto& vm : *vms)
+        if (vm.is_object() && vm.value("running", false)) running.push_back(vm.value("name", ""));
+    return running;
+}
+
+bool ResourceInfoImpl::HasRunningVirtualMachines() const {
+    Sim::CheckFault("resource.hasRunningVirtualMachines");
+    return !GetRunningVirtualMachines().empty();
+}
+
+}  // namespace ZrkCtl::Resource
+
+namespace ZrkCtl::System {
+
+void StoreUserAccountsToCs() {
+    ZrkCtl::Sim::CheckFault("authentication.storeUserAccountsToCs");
+    // The user file the host authenticates against: "name:password:outcome"
+    // per line.
+    std::ifstream in(Tesk::Platform::HostPath("/etc/simhost/users"));
+    if (!in) throw HostCtlException("Cannot read the user accounts");
+    std::map<std::string, std::string> passwords;
+    for (std::string line; std::getline(in, line);) {
+        auto first = line.find(':');
+        auto second = line.find(':', first == std::string::npos ? first : first + 1);
+        if (first == std::string::npos || second == std::string::npos) continue;
+        passwords[line.substr(0, first)] = line.substr(first + 1, second - first - 1);
+    }
+    ZrkCtl::Sim::Update([&](Json& state) {
+        Json& users = state["users"];
+        if (!users.is_array()) users = Json::array();
+        for (auto& user : users) {
+            auto it = passwords.find(user.value("name", ""));
+            if (it != passwords.end()) user["password"] = it->second;
+        }
+        Json& store = state["userAccountStore"];
+        if (!store.is_object()) store = Json::object();
+        store["storeCount"] = store.value("storeCount", 0) + 1;
+    });
+}
+
+}  // namespace ZrkCtl::System

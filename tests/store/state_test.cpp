@@ -1,0 +1,137 @@
+// The state store parses a file once per change: reads of an unchanged file
+// reuse the parsed document, edits by hand and writes by other processes show
+// at the next call, and a reader never sees half a document.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "platform/hostroot.h"
+#include "store/state.h"
+#include "tests/harness/sim_root.h"
+
+namespace {
+
+using Json = Sim::Json;
+
+class StateStore : public ::testing::Test {
+protected:
+    void SetUp() override {
+        root_ = std::make_unique<TeskTest::SimRoot>();
+        Tesk::Platform::SetHostRootForTesting(root_->path());
+    }
+    void TearDown() override { Tesk::Platform::SetHostRootForTesting(""); }
+
+    // Replaces the state file in place, as an editor that keeps the file does.
+    void EditByHand(const std::string& text) const {
+        std::ofstream out(Sim::StatePath(), std::ios::trunc);
+        out << text;
+    }
+
+    unsigned long Parses() const { return Sim::ParseCountForTesting(); }
+
+    std::unique_ptr<TeskTest::SimRoot> root_;
+};
+
+TEST_F(StateStore, AnUnchangedFileIsParsedOnce) {
+    const unsigned long before = Parses();
+    for (int i = 0; i < 500; ++i) {
+        ASSERT_EQ(Sim::Get("/network/managementInterface"), Json("zrk0"));
+        ASSERT_FALSE(Sim::Fault("zsi.bootOption"));
+        ASSERT_TRUE(Sim::Snapshot()->contains("system"));
+    }
+    EXPECT_EQ(Parses() - before, 1u);
+
+    // What this process writes is kept as it is written: no parse.
+    Sim::Update([](Json& s) { s["profile"] = "changed here"; });
+    EXPECT_EQ(Sim::Get("/profile"), Json("changed here"));
+    Sim::Save(Json{{"profile", "saved here"}});
+    EXPECT_EQ(Sim::Get("/profile"), Json("saved here"));
+    EXPECT_EQ(Parses() - before, 1u);
+}
+
+TEST_F(StateStore, HandEditsShowAtTheNextCallEvenAtTheSameSize) {
+    Sim::Save(Json{{"value", "a"}});
+    ASSERT_EQ(Sim::Get("/value"), Json("a"));
+    // Same inode, same size, and most likely within the same clock tick as
+    // the write before: the file times alone may not tell the two apart.
+    EditByHand(R"({"value": "b"})");
+    Sim::Save(Json{{"value", "c"}});
+    ASSERT_EQ(Sim::Get("/value"), Json("c"));
+    for (const char* next : {"d", "e", "f"}) {
+        EditByHand(std::string(R"({"value": ")") + next + "\"}");
+        EXPECT_EQ(Sim::Get("/value"), Json(next));
+    }
+    // A broken edit fails the read; the next good one is read again.
+    EditByHand("{\"value\": ");
+    EXPECT_THROW(Sim::Snapshot(), std::runtime_error);
+    EXPECT_EQ(Sim::Get("/value"), std::nullopt);
+    EditByHand(R"({"value": "g"})");
+    EXPECT_EQ(Sim::Get("/value"), Json("g"));
+}
+
+TEST_F(StateStore, AToolsWriteShowsAtOnceAndIsParsedOnce) {
+    ASSERT_EQ(Sim::Get("/network/standardSwitches/2"), std::nullopt);
+    const unsigned long before = Parses();
+    const std::string tool = "env -u TESK_ROOT '" + root_->path("/bin/kovacli") +
+                             "' network vswitch standard add -v zSwitch9 >/dev/null 2>&1";
+    ASSERT_EQ(std::system(tool.c_str()), 0);
+    for (int i = 0; i < 20; ++i)
+        ASSERT_EQ(Sim::Get("/network/standardSwitches/2/name"), Json("zSwitch9"));
+    EXPECT_EQ(Parses() - before, 1u);
+}
+
+TEST_F(StateStore, SnapshotsStayAsTheyWereAndRootsAreKeptApart) {
+    auto old = Sim::Snapshot();
+    Sim::Update([](Json& s) { s["profile"] = "new"; });
+    EXPECT_EQ(old->at("profile"), "default");
+    EXPECT_EQ(Sim::Snapshot()->at("profile"), "new");
+    // A throwing change writes nothing.
+    EXPECT_THROW(Sim::Update([](Json& s) {
+                     s["profile"] = "lost";
+                     throw std::runtime_error("no");
+                 }),
+                 std::runtime_error);
+    EXPECT_EQ(Sim::Get("/profile"), Json("new"));
+
+    TeskTest::SimRoot other("dhcp");
+    Tesk::Platform::SetHostRootForTesting(other.path());
+    EXPECT_EQ(Sim::Get("/profile"), Json("dhcp"));
+    Tesk::Platform::SetHostRootForTesting(root_->path());
+    EXPECT_EQ(Sim::Get("/profile"), Json("new"));
+}
+
+TEST_F(StateStore, AReaderNeverSeesHalfADocumentWhileAnotherProcessWrites) {
+    // Every version the writer makes holds "count" entries in "items", so a
+    // whole document always has the two agree; the sizes change with it.
+    Sim::Save(Json{{"count", 0}, {"items", Json::array()}});
+    pid_t writer = ::fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+        for (int i = 1; i <= 300; ++i)
+            Sim::Update([i](Json& s) {
+                const int count = i % 40;
+                s["count"] = count;
+                s["items"] = Json::array();
+                for (int k = 0; k < count; ++k) s["items"].push_back(std::string(200, 'x'));
+            });
+        ::_exit(0);
+    }
+    int reads = 0, status = 0;
+    pid_t done = 0;
+    while ((done = ::waitpid(writer, &status, WNOHANG)) == 0) {
+        auto state = Sim::Snapshot();
+        const int count = state->at("count").get<int>();
+        ASSERT_EQ(state->at("items").size(), static_cast<size_t>(count)) << "after " << reads;
+        ++reads;
+    }
+    ASSERT_EQ(done, writer);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_GT(reads, 0);
+    EXPECT_EQ(Sim::Get("/count"), Json(300 % 40));
+}
+
+}  // namespace
