@@ -22,6 +22,7 @@
 #include "platform/zsi.h"
 #include "session/login_dialog.h"
 #include "session/root_window.h"
+#include "ui/key_loop.h"
 #include "ui/palette.h"
 #include "ui/strings.h"
 
@@ -276,18 +277,25 @@ void WelcomeWindow::login(bool shutdownPath) {
 
 int WelcomeWindow::run() {
     draw();
-    for (;;) {
-        int key = ReadKey(this, false);
-        if (key == KEY_F(2) || key == KEY_F(12)) {
-            login(key == KEY_F(12));
-        } else if (key == KEY_F(4)) {
-            if (!Flags().cannotChangeColours) SetHighContrastPalette(!HighContrastPalette());
-        }
-        clearok(curscr, TRUE);
-        draw();
-        SetSessionActive(false);
-        if (Flags().restartPending) std::exit(0);
-    }
+    // Every key, whatever it did, draws the whole screen again.
+    return RunKeyLoop(*this, {.allowIdleTimeout = false,
+                              .handler =
+                                  [this](int key) {
+                                      if (key == KEY_F(2) || key == KEY_F(12)) {
+                                          login(key == KEY_F(12));
+                                      } else if (key == KEY_F(4)) {
+                                          if (!Flags().cannotChangeColours)
+                                              SetHighContrastPalette(!HighContrastPalette());
+                                      }
+                                      return KeyResult::Redraw();
+                                  },
+                              .afterKey =
+                                  [this] {
+                                      clearok(curscr, TRUE);
+                                      draw();
+                                      SetSessionActive(false);
+                                      if (Flags().restartPending) std::exit(0);
+                                  }});
 }
 
 }  // namespace Tesk
