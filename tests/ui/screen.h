@@ -1,14 +1,11 @@
-// A curses screen without a terminal for the toolkit's tests: newterm on
-// /dev/null as a "linux" console (which can redefine colours), plus helpers to
-// read cells back and to feed keys to the key reader.
+// The toolkit's tests on a curses screen without a terminal
+// (tests/support/curses_screen.h): a fixture that resets the process-wide
+// state, helpers to read cells back and to feed keys to the key reader.
 #pragma once
 
 #include <curses.h>
 #include <gtest/gtest.h>
 
-#include <clocale>
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <stdexcept>
 #include <string>
@@ -16,31 +13,16 @@
 #include "app/event_loop.h"
 #include "app/flags.h"
 #include "app/terminal.h"
+#include "tests/support/curses_screen.h"
 #include "ui/palette.h"
 
 namespace TeskTest {
-
-inline void OpenScreen() {
-    static SCREEN* screen = [] {
-        std::setlocale(LC_ALL, "C.UTF-8");
-        ::unsetenv("LINES");
-        ::unsetenv("COLUMNS");
-        FILE* out = std::fopen("/dev/null", "w");
-        FILE* in = std::fopen("/dev/null", "r");
-        SCREEN* s = newterm("linux", out, in);
-        set_term(s);
-        start_color();
-        Tesk::SetupColours();
-        return s;
-    }();
-    (void)screen;
-}
 
 // Opens the screen and puts the process-wide state back before each test.
 class ScreenTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        OpenScreen();
+        OpenCursesScreen();
         Tesk::Flags().cannotChangeColours = false;
         Tesk::Flags().currentWindow = nullptr;
         Tesk::Flags().idleTimeout = 600;
