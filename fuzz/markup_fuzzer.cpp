@@ -1,16 +1,12 @@
 // Lays out and draws arbitrary bytes as markup into a text area of arbitrary
 // size. The first four bytes choose the area (width, height, scroll, state);
 // the rest is the text.
-#include <curses.h>
-
-#include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "tests/support/curses_screen.h"
 #include "ui/markup.h"
 #include "ui/palette.h"
 #include "ui/terminal.h"
@@ -21,25 +17,10 @@ namespace {
 
 constexpr int kMaxSide = 200;
 
-void OpenScreen() {
-    static SCREEN* screen = [] {
-        std::setlocale(LC_ALL, "C.UTF-8");
-        ::unsetenv("LINES");
-        ::unsetenv("COLUMNS");
-        SCREEN* s = newterm("linux", std::fopen("/dev/null", "w"), std::fopen("/dev/null", "r"));
-        set_term(s);
-        start_color();
-        Tesk::SetupColours();
-        resizeterm(kMaxSide + 2, kMaxSide + 2);
-        return s;
-    }();
-    (void)screen;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    OpenScreen();
+    TeskTest::OpenCursesScreen(kMaxSide + 2, kMaxSide + 2);
     if (size < 4) return 0;
     const int width = data[0] % kMaxSide;  // 0 included: an area without columns
     const int height = data[1] % kMaxSide;

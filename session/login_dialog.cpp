@@ -10,8 +10,10 @@
 #include "session/pam_login.h"
 #include "session/session.h"
 #include "ui/footers.h"
+#include "ui/input_items.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 
@@ -21,6 +23,11 @@ constexpr int kWidth = 60;
 constexpr int kHeight = 13;
 constexpr int kUpperHeight = 6;
 constexpr int kFieldWidth = 30;
+
+// The table's text, for use before the dialog exists.
+const char* Str(std::uint32_t id) {
+    return StringFactory::GetFactory("en_US")->get(id);
+}
 
 std::string KeyboardLabel() {
     std::string layout;
@@ -32,23 +39,18 @@ std::string KeyboardLabel() {
     return "Configured Keyboard (" + layout + ")";
 }
 
-bool IsEditingKey(int key) {
-    return (key >= 32 && key < 127) || key == KEY_DC || key == KeyBackspaceByte ||
-           key == KEY_BACKSPACE || key == KEY_LEFT || key == KEY_RIGHT || key == KEY_HOME ||
-           key == KEY_END;
-}
-
 }  // namespace
 
 LoginDialog::LoginDialog(Window* opener, Session& session)
-    : Dialog(opener, kWidth, kHeight, kUpperHeight),
-      session_(session),
-      list_(itemArea(), 0, 0, itemArea()->width(), itemArea()->height()) {
-    if (session_.localConsole()) keyboard_ = &list_.emplace<LabelItem>(KeyboardLabel(), true);
-    login_ = &list_.emplace<InputItem>(str(147), "root", kFieldWidth);
-    password_ = &list_.emplace<InputItem>(str(149), "", kFieldWidth);
+    : FormDialog(opener, kWidth, kHeight, kUpperHeight), session_(session) {
+    if (session_.localConsole()) keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(), true);
+    // Both fields take printable ASCII only.
+    login_ = &items().emplace<FilteredInputItem>(str(StrId::LoginName), "root", kFieldWidth,
+                                                 CharFilters::PrintableAscii);
+    password_ = &items().emplace<FilteredInputItem>(str(StrId::Password), "", kFieldWidth,
+                                                    CharFilters::PrintableAscii);
     password_->setMasked(true);
-    setTitle(str(142));
+    setTitle(str(StrId::AuthenticationRequired));
     session_.checkCard();
     pinMode_ = !session_.detectedCardUserId().empty();
     layout();
@@ -60,61 +62,63 @@ LoginDialog::~LoginDialog() {
 
 void LoginDialog::layout() {
     if (pinMode_) {
-        setBody(HostMessage(str(144)));
+        setBody(HostMessage(str(StrId::EnterSmartCardPin)));
         setFooter(Footer::kLoginSwitchOkCancel);
-        login_->setLabel(str(148));
+        login_->setLabel(str(StrId::LoginId));
         login_->setValue(session_.detectedCardUserId());
-        password_->setLabel(str(150));
+        password_->setLabel(str(StrId::Pin));
     } else {
-        setBody(HostMessage(str(143)));
+        setBody(HostMessage(str(StrId::EnterLoginAndPassword)));
         setFooter(Footer::kOkCancel);
-        login_->setLabel(str(147));
+        login_->setLabel(str(StrId::LoginName));
         login_->setValue("root");
-        password_->setLabel(str(149));
+        password_->setLabel(str(StrId::Password));
     }
     password_->wipe();
     // With the id read from a card only the PIN is left to type.
     const bool idKnown = pinMode_ && !login_->value().empty();
-    list_.selectByOrdinal((keyboard_ ? 1 : 0) + (idKnown ? 1 : 0));
-    list_.draw();
+    items().selectByOrdinal((keyboard_ ? 1 : 0) + (idKnown ? 1 : 0));
+    items().draw();
 }
 
 bool LoginDialog::onLastItem() {
-    return list_.selected() == password_;
+    return items().selected() == password_;
 }
 
-int LoginDialog::run() {
-    list_.draw();
-    redraw();
-    for (;;) {
-        int key = ReadKey(this, true);
-        Item* item = list_.selected();
-        if (key == KEY_DOWN) {
-            list_.moveDown();
-        } else if (key == KEY_UP) {
-            list_.moveUp();
-        } else if (key == KEY_F(3)) {
-            pinMode_ = !pinMode_;
-            layout();
-        } else if (key == KeyEscape) {
-            return 0;
-        } else if (IsEditingKey(key)) {
-            if (item == login_ || item == password_) static_cast<InputItem*>(item)->handleKey(key);
-        } else if (key == KeyEnter && item == keyboard_ && keyboard_) {
-            // The label shows the layout configured now.
-            keyboard_->setLabel(KeyboardLabel());
-        } else if ((key == KeyEnter || key == KeyTab) && !onLastItem()) {
-            list_.moveDown();
-        } else if (key == KeyTab) {
-            list_.selectByOrdinal(0);
-        } else if (key == KeyEnter) {
-            if (authenticate()) return 1;
-        } else {
-            continue;
-        }
-        list_.draw();
-        redraw();
+// The fields take their editing keys themselves; Up/Down and <Esc> are the
+// form's defaults.
+KeyResult LoginDialog::onKey(int key) {
+    Item* item = items().selected();
+    if (key == KEY_F(3)) {
+        pinMode_ = !pinMode_;
+        layout();
+        return KeyResult::Redraw();
     }
+    if (key == KeyEnter && keyboard_ && item == keyboard_) {
+        // The label shows the layout configured now.
+        keyboard_->setLabel(KeyboardLabel());
+        return KeyResult::Redraw();
+    }
+    if (key != KeyEnter && key != KeyTab) return KeyResult::Ignored();
+    // <Enter> and <Tab> move down to the last item; there <Tab> wraps round
+    // and <Enter> authenticates.
+    if (!onLastItem()) {
+        items().moveDown();
+    } else if (key == KeyTab) {
+        items().selectByOrdinal(0);
+    } else {
+        return accept();
+    }
+    return KeyResult::Redraw();
+}
+
+KeyResult LoginDialog::accept() {
+    return authenticate() ? KeyResult::Leave(1) : KeyResult::Redraw();
+}
+
+void LoginDialog::refresh() {
+    items().draw();
+    redraw();
 }
 
 bool LoginDialog::authenticate() {
@@ -131,23 +135,23 @@ bool LoginDialog::authenticate() {
         return true;
     }
     Wipe(password);
-    std::uint32_t text = 152;
+    std::uint32_t text = StrId::InvalidLoginOrPassword;
     if (status == PAM_PERM_DENIED) {
         AuditRecord audit{"tesk.login", user_, 0, {{"reason", "No permission"}}};
         PostEvent(LOG_AUTH | LOG_ERR, "Access denied for user " + user_, &audit,
                   "@&!*@*@(nox.user.tesk.login.failed)Access denied for user %s", user);
-        text = 153;
+        text = StrId::NoPermissionToLogin;
     } else if (status == PAM_NEW_AUTHTOK_REQD) {
         AuditRecord audit{"tesk.login", user_, 0, {{"reason", "Password expired"}}};
         PostEvent(LOG_AUTH | LOG_ERR, "Password has expired for user " + user_, &audit,
                   "@&!*@*@(nox.user.tesk.login.failed)Access denied for user %s", user);
-        text = 154;
+        text = StrId::PasswordExpired;
     } else {
         AuditRecord audit{"tesk.login", user_, 0, {{"reason", "Invalid login"}}};
         PostEvent(LOG_AUTH | LOG_ERR, "Authentication of user " + user_ + " failed", &audit,
                   "@&!*@*@(nox.user.tesk.login.failed)Authentication of user %s failed", user);
     }
-    MessageDialog message(this, 151, text);
+    MessageDialog message(this, StrId::AuthenticationFailed, text);
     Run(message);
     // After an expired password the user logs in again from here.
     password_->wipe();
@@ -156,17 +160,7 @@ bool LoginDialog::authenticate() {
 }
 
 LoginDisabledDialog::LoginDisabledDialog(Window* opener)
-    : Dialog(opener, kWidth, 9, kUpperHeight) {}
-
-int LoginDisabledDialog::run() {
-    setTitle(str(145));
-    setBody(HostMessage(str(146)));
-    setFooter(Footer::kOk);
-    redraw();
-    for (;;) {
-        int key = ReadKey(this, true);
-        if (key == KeyEnter || key == KeyEscape) return 0;
-    }
-}
+    : ConfirmDialog(opener, {kWidth, 9, kUpperHeight}, Str(StrId::AuthenticationDenied),
+                    HostMessage(Str(StrId::ConsoleAccessDisabled)), Footer::kOk, {{KeyEnter, 0}}) {}
 
 }  // namespace Tesk

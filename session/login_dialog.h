@@ -4,23 +4,31 @@
 
 #include <string>
 
-#include "ui/dialog.h"
+#include "ui/confirm_dialog.h"
+#include "ui/form_dialog.h"
 #include "ui/items.h"
 
 namespace Tesk {
 
 class Session;
 
-class LoginDialog : public Dialog {
+// run(): 1 when a user has been authenticated, 0 when the user pressed <Esc>.
+class LoginDialog : public FormDialog {
 public:
     // A successful login is recorded in session.
     LoginDialog(Window* opener, Session& session);
     ~LoginDialog() override;
-    // 1 when a user has been authenticated, 0 when the user pressed <Esc>.
-    int run() override;
     // The user name being tried.
     const std::string& user() const { return user_; }
     bool pinMode() const { return pinMode_; }
+
+protected:
+    KeyResult onKey(int key) override;
+    // <Enter> on the password: authenticates.
+    KeyResult accept() override;
+    // The list, then the dialog: the terminal cursor stays at the dialog's
+    // corner rather than in the field, as the login dialog has always shown it.
+    void refresh() override;
 
 private:
     void layout();
@@ -29,7 +37,6 @@ private:
     bool onLastItem();
 
     Session& session_;
-    ItemList list_;
     LabelItem* keyboard_ = nullptr;  // only on the local console
     InputItem* login_ = nullptr;
     InputItem* password_ = nullptr;
@@ -37,11 +44,11 @@ private:
     std::string user_;
 };
 
-class LoginDisabledDialog : public Dialog {
+// Says that console login is switched off; <Enter> or <Esc> closes it, run()
+// returns 0.
+class LoginDisabledDialog : public ConfirmDialog {
 public:
     explicit LoginDisabledDialog(Window* opener);
-    // Always 0.
-    int run() override;
 };
 
 }  // namespace Tesk

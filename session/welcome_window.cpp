@@ -19,6 +19,7 @@
 #include "platform/zsi.h"
 #include "session/login_dialog.h"
 #include "session/root_window.h"
+#include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
 #include "ui/palette.h"
@@ -284,18 +285,25 @@ void WelcomeWindow::login(bool shutdownPath) {
 
 int WelcomeWindow::run() {
     draw();
-    for (;;) {
-        int key = ReadKey(this, false);
-        if (key == KEY_F(2) || key == KEY_F(12)) {
-            login(key == KEY_F(12));
-        } else if (key == KEY_F(4)) {
-            if (!CannotChangeColours()) SetHighContrastPalette(!HighContrastPalette());
-        }
-        clearok(curscr, TRUE);
-        draw();
-        session_.end();
-        if (session_.restartPending()) throw ExitRequest{0};
-    }
+    // Every key, whatever it did, draws the whole screen again.
+    return RunKeyLoop(*this, {.allowIdleTimeout = false,
+                              .handler =
+                                  [this](int key) {
+                                      if (key == KEY_F(2) || key == KEY_F(12)) {
+                                          login(key == KEY_F(12));
+                                      } else if (key == KEY_F(4)) {
+                                          if (!CannotChangeColours())
+                                              SetHighContrastPalette(!HighContrastPalette());
+                                      }
+                                      return KeyResult::Redraw();
+                                  },
+                              .afterKey =
+                                  [this] {
+                                      clearok(curscr, TRUE);
+                                      draw();
+                                      session_.end();
+                                      if (session_.restartPending()) throw ExitRequest{0};
+                                  }});
 }
 
 }  // namespace Tesk

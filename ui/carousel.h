@@ -1,6 +1,6 @@
 // A radio item that shows one entry of a list at a time (a Zerkel NIC, a port
-// group, ...). The owning dialog cycles it with Left/Right and opens the
-// details of the current entry, typically on <D>.
+// group, ...). Left/Right cycle it (the item answers them itself); the owning
+// dialog opens the details of the current entry, typically on <D>.
 //
 // An entry (or a pointer to one) provides:
 //   GetLabel()   the radio item's label for the entry
@@ -47,9 +47,17 @@ concept CarouselEntry = requires(const Entry& e) {
 template <CarouselEntry Entry, typename Details = InfoDialog>
 class CarouselRadioItem : public RadioItem {
 public:
-    explicit CarouselRadioItem(std::vector<Entry> entries, bool chosen = false)
-        : RadioItem(std::string(), chosen), entries_(std::move(entries)) {
+    explicit CarouselRadioItem(std::vector<Entry> entries, bool chosen = false,
+                               RadioGroup* group = nullptr)
+        : RadioItem(std::string(), chosen, group), entries_(std::move(entries)) {
         showCurrent();
+    }
+
+    // Left / Right: the previous / next entry; otherwise a radio item's keys.
+    KeyResult handleKey(int key) override {
+        if (key != KEY_LEFT && key != KEY_RIGHT) return RadioItem::handleKey(key);
+        key == KEY_LEFT ? previous() : next();
+        return KeyResult::Redraw();
     }
 
     bool empty() const { return entries_.empty(); }

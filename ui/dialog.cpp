@@ -1,9 +1,10 @@
 #include "ui/dialog.h"
 
+#include "ui/footers.h"
+#include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
 #include "ui/terminal.h"
-#include "ui/footers.h"
 
 namespace Tesk {
 
@@ -47,57 +48,51 @@ void Dialog::setBody(const std::string& text) {
 }
 
 void Dialog::setFooter(const std::string& text) {
-    footerArea_->setText(text);
+    footer_ = text;
+    footerArea_->setText(footer_);
+}
+
+void Dialog::showTexts() {
+    titleArea_->setText(title_);
+    bodyArea_->setText(body_);
+    footerArea_->setText(footer_);
+}
+
+TextArea* Dialog::itemText() {
+    if (!itemText_ && itemArea_)
+        itemText_ = std::make_unique<TextArea>(itemArea_.get(), 0, 0, itemArea_->width(),
+                                               itemArea_->height(), -1, -1);
+    return itemText_.get();
 }
 
 void WaitForEnter(Window& w) {
-    while (ReadKey(&w, true) != KeyEnter) {
-    }
+    RunKeyLoop(w, {.handler = [](int key) {
+                   return key == KeyEnter ? KeyResult::Leave(1) : KeyResult::Ignored();
+               }});
 }
 
-NotificationDialog::NotificationDialog(Window* opener, std::string title, std::string body,
-                                       int width, int height, int upperHeight)
-    : Dialog(opener, width, height, upperHeight),
-      notificationTitle_(std::move(title)),
-      notificationBody_(std::move(body)) {}
-
-int NotificationDialog::run() {
-    setTitle(notificationTitle_);
-    setBody(notificationBody_);
-    setFooter(Footer::kOk);
-    WaitForEnter(*this);
-    return 1;
+MessageDialog::MessageDialog(Window* opener, std::string title, std::string body,
+                             MessageStyle style)
+    : Dialog(opener, style.size), scrolling_(style.scrolling) {
+    title_ = std::move(title);
+    body_ = std::move(body);
+    footer_ = std::move(style.footer);
+    bodyArea().setScrollHints(scrolling_);
 }
 
 MessageDialog::MessageDialog(Window* opener, std::uint32_t titleId, std::uint32_t textId)
-    : Dialog(opener, 70, 10, 7), titleId_(titleId) {
+    : MessageDialog(opener, std::string(), std::string()) {
+    title_ = str(titleId);
     body_ = str(textId);
 }
 
 int MessageDialog::run() {
-    setTitle(str(titleId_));
-    setBody(body_);
-    setFooter(Footer::kOk);
-    WaitForEnter(*this);
-    return 1;
-}
-
-InfoDialog::InfoDialog(Window* opener, std::string title, std::string details, std::string footer)
-    : Dialog(opener, 70, 13, 10), footer_(std::move(footer)) {
-    title_ = std::move(title);
-    body_ = std::move(details);
-    bodyArea().setScrollHints(true);
-}
-
-int InfoDialog::run() {
-    setTitle(title_);
-    setBody(body_);
-    setFooter(footer_);
-    for (;;) {
-        int key = ReadKey(this, true);
-        if (key == KeyEnter) return 1;
-        bodyArea().handleScrollKey(key);
-    }
+    showTexts();
+    return RunKeyLoop(*this, {.handler = [this](int key) {
+        if (key == KeyEnter) return KeyResult::Leave(1);
+        if (scrolling_ && bodyArea().handleScrollKey(key)) return KeyResult::Handled();
+        return KeyResult::Ignored();
+    }});
 }
 
 }  // namespace Tesk

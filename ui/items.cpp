@@ -18,6 +18,10 @@ void Item::setSelected(bool selected) {
     selectionChanged();
 }
 
+KeyResult Item::handleKey(int) {
+    return KeyResult::Ignored();
+}
+
 void Item::setEnabled(bool enabled) {
     enabled_ = enabled;
     foreground_ = enabled ? ColourBlack : ColourDarkGrey;
@@ -43,20 +47,66 @@ void CheckItem::setChecked(bool checked) {
     rebuild();
 }
 
+KeyResult CheckItem::handleKey(int key) {
+    if (key != ' ') return KeyResult::Ignored();
+    toggle();
+    return KeyResult::Redraw();
+}
+
 void CheckItem::rebuild() {
     text_.assign(static_cast<std::size_t>(indent_), ' ');
     text_ += checked_ ? "[X] " : "[ ] ";
     text_ += label_;
 }
 
-RadioItem::RadioItem(std::string label, bool chosen)
-    : Item(true), label_(std::move(label)), chosen_(chosen) {
+// RadioGroup ------------------------------------------------------------
+
+void RadioGroup::join(RadioItem& item) {
+    items_.push_back(&item);
+    if (item.chosen() || items_.size() == 1) choose(item);
+}
+
+void RadioGroup::choose(RadioItem& item) {
+    for (RadioItem* member : items_) member->mark(member == &item);
+}
+
+RadioItem* RadioGroup::chosen() const {
+    for (RadioItem* member : items_)
+        if (member->chosen()) return member;
+    return nullptr;
+}
+
+int RadioGroup::chosenIndex() const {
+    for (std::size_t i = 0; i < items_.size(); ++i)
+        if (items_[i]->chosen()) return static_cast<int>(i);
+    return -1;
+}
+
+// RadioItem -------------------------------------------------------------
+
+RadioItem::RadioItem(std::string label, bool chosen, RadioGroup* group)
+    : Item(true), label_(std::move(label)), chosen_(chosen), group_(group) {
     rebuild();
+    if (group_) group_->join(*this);
 }
 
 void RadioItem::setChosen(bool chosen) {
+    if (!group_) {
+        mark(chosen);
+    } else if (chosen) {
+        group_->choose(*this);
+    }
+}
+
+void RadioItem::mark(bool chosen) {
     chosen_ = chosen;
     rebuild();
+}
+
+KeyResult RadioItem::handleKey(int key) {
+    if (key != ' ') return KeyResult::Ignored();
+    toggle();
+    return KeyResult::Redraw();
 }
 
 void RadioItem::setLabel(std::string label) {
@@ -149,7 +199,13 @@ void InputItem::keepCursorInView() {
     if (width > 0 && cursor_ - offset_ >= width) offset_ = cursor_ - width + 1;
 }
 
-bool InputItem::handleKey(int key) {
+bool InputItem::accepts(int key) const {
+    if (filter_ && !filter_(static_cast<char>(key))) return false;
+    // A fresh value is replaced, so one character always fits.
+    return fresh_ || maxLength_ == 0 || value_.size() < maxLength_;
+}
+
+KeyResult InputItem::handleKey(int key) {
     const int length = static_cast<int>(value_.size());
     switch (key) {
         case KEY_HOME:
@@ -201,7 +257,8 @@ bool InputItem::handleKey(int key) {
             }
             break;
         default:
-            if (key < 0 || key > 255 || !std::isprint(key)) return false;
+            if (key < 0 || key > 255 || !std::isprint(key)) return KeyResult::Ignored();
+            if (!accepts(key)) return KeyResult::Handled();
             if (fresh_) {
                 value_.assign(1, static_cast<char>(key));
                 cursor_ = 1;
@@ -215,7 +272,7 @@ bool InputItem::handleKey(int key) {
             break;
     }
     rebuild();
-    return true;
+    return KeyResult::Redraw();
 }
 
 // ItemList --------------------------------------------------------------
@@ -293,6 +350,17 @@ bool ItemList::moveUp() {
         }
     }
     return false;
+}
+
+KeyResult ItemList::moveKey(int key) {
+    if (key != KEY_UP && key != KEY_DOWN) return KeyResult::Ignored();
+    const bool moved = key == KEY_UP ? moveUp() : moveDown();
+    return moved ? KeyResult::Redraw() : KeyResult::Handled();
+}
+
+KeyResult ItemList::selectedKey(int key) {
+    Item* item = selected();
+    return item ? item->handleKey(key) : KeyResult::Ignored();
 }
 
 void ItemList::draw() {

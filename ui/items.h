@@ -1,13 +1,15 @@
 // Item lists: one item per row (labels, check boxes, radio buttons, input
-// fields, carousels) with a scroll bar on the right. The owning dialog feeds
-// keys to the list (movement) and to the selected item (toggling, editing).
+// fields, carousels) with a scroll bar on the right. The selected item answers
+// its own keys (toggling, editing); the list answers Up/Down.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "ui/key_result.h"
 #include "ui/terminal.h"
 #include "ui/textarea.h"
 #include "ui/window.h"
@@ -23,6 +25,9 @@ public:
     // Shows the item in its row (by default its display text).
     virtual void draw(TextArea& row) { row.setText(text_); }
     virtual void setSelected(bool selected);
+    // A key while the item is selected; Ignored (the default) passes it on to
+    // the dialog. Redraw when the item's text changed.
+    virtual KeyResult handleKey(int key);
 
     bool selectable() const { return selectable_; }
     bool selected() const { return selected_; }
@@ -68,6 +73,8 @@ public:
     bool checked() const { return checked_; }
     void setChecked(bool checked);
     void toggle() { setChecked(!checked_); }
+    // Space toggles.
+    KeyResult handleKey(int key) override;
 
 protected:
     void rebuild() override;
@@ -77,30 +84,66 @@ private:
     int indent_;
 };
 
-// "(o) label" / "( ) label". Keeping one choice among several is the owning
-// dialog's business.
+class RadioItem;
+
+// Radio items of which exactly one is chosen. Items join it when they are made;
+// the first one is chosen unless a later one joins chosen. The group only
+// points at its items: use it while they live (while their list lives).
+class RadioGroup {
+public:
+    RadioGroup() = default;
+    RadioGroup(const RadioGroup&) = delete;
+    RadioGroup& operator=(const RadioGroup&) = delete;
+
+    // The item becomes the chosen one; every other member is cleared.
+    void choose(RadioItem& item);
+    RadioItem* chosen() const;
+    // The position of the chosen item in joining order; -1 when empty.
+    int chosenIndex() const;
+    const std::vector<RadioItem*>& items() const { return items_; }
+
+private:
+    friend class RadioItem;
+    void join(RadioItem& item);
+
+    std::vector<RadioItem*> items_;
+};
+
+// "(o) label" / "( ) label". In a group Space moves the group's choice here;
+// without one it toggles the item.
 class RadioItem : public Item {
 public:
-    RadioItem(std::string label, bool chosen);
+    RadioItem(std::string label, bool chosen, RadioGroup* group = nullptr);
     bool chosen() const { return chosen_; }
+    // In a group, true moves the group's choice here and false does nothing
+    // (the group keeps its one choice).
     void setChosen(bool chosen);
     void toggle() { setChosen(!chosen_); }
     const std::string& label() const { return label_; }
     void setLabel(std::string label);
+    RadioGroup* group() const { return group_; }
+    KeyResult handleKey(int key) override;
 
 private:
+    friend class RadioGroup;
+    void mark(bool chosen);
     void rebuild();
     std::string label_;
     bool chosen_;
+    RadioGroup* group_;
 };
 
 // A label and an editable field: "label   [ value ]" with the field's right
 // bracket at the end of the row. Values scroll inside the field; a masked
 // field shows "*" for every character. A field that has just gained or lost
 // the selection is fresh: the first character typed replaces the whole value,
-// Backspace or Delete clears it.
+// Backspace or Delete clears it. A filter and a maximum length limit what can
+// be typed (ui/input_items.h has the usual kinds).
 class InputItem : public Item {
 public:
+    // Whether a typed character may go into the value.
+    using CharFilter = std::function<bool(char)>;
+
     // fieldWidth -1: half the list width minus 1.
     InputItem(std::string label, std::string value, int fieldWidth);
 
@@ -108,8 +151,16 @@ public:
     void draw(TextArea& row) override;
     void setSelected(bool selected) override;
 
-    // Editing keys; false when the key is not one of them.
-    bool handleKey(int key);
+    // Editing keys: Redraw after an edit or a cursor move, Handled for a
+    // character refused by the filter or the maximum length (it goes nowhere
+    // else), Ignored for every other key.
+    KeyResult handleKey(int key) override;
+    // Characters the filter refuses are swallowed; no filter takes every
+    // printable character.
+    void setFilter(CharFilter filter) { filter_ = std::move(filter); }
+    // Typing stops at this many characters; 0 (the default): no limit.
+    void setMaxLength(std::size_t length) { maxLength_ = length; }
+    std::size_t maxLength() const { return maxLength_; }
 
     const std::string& value() const { return value_; }
     void setValue(std::string value);
@@ -132,9 +183,13 @@ private:
     void rebuild();
     void keepCursorInView();
 
+    bool accepts(int key) const;
+
     std::string label_;
     std::string value_;
     int fieldWidth_;
+    CharFilter filter_;
+    std::size_t maxLength_ = 0;
     bool masked_ = false;
     bool lightHighlight_ = true;
     int cursor_ = 0;
@@ -166,6 +221,11 @@ public:
     // changed) when there is none.
     bool moveDown();
     bool moveUp();
+    // Up / Down: the previous / next item (Redraw), Handled at either end;
+    // Ignored for other keys.
+    KeyResult moveKey(int key);
+    // The key to the selected item; Ignored when nothing is selected.
+    KeyResult selectedKey(int key);
     void draw();
 
     std::size_t size() const { return items_.size(); }

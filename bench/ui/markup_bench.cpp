@@ -1,16 +1,13 @@
 // The markup renderer's cost: the layout pass alone, and a full 80x25 screen of
 // dense markup laid out and drawn into a curses screen that writes nowhere.
 #include <benchmark/benchmark.h>
-#include <curses.h>
 
-#include <clocale>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
-#include "ui/terminal.h"
+#include "tests/support/curses_screen.h"
 #include "ui/markup.h"
+#include "ui/terminal.h"
 #include "ui/textarea.h"
 #include "ui/window.h"
 
@@ -31,20 +28,6 @@ std::string DenseScreen() {
     return text;
 }
 
-void OpenScreen() {
-    static SCREEN* screen = [] {
-        std::setlocale(LC_ALL, "C.UTF-8");
-        ::unsetenv("LINES");
-        ::unsetenv("COLUMNS");
-        SCREEN* s = newterm("linux", std::fopen("/dev/null", "w"), std::fopen("/dev/null", "r"));
-        set_term(s);
-        start_color();
-        Tesk::SetupColours();
-        return s;
-    }();
-    (void)screen;
-}
-
 void BM_Layout(benchmark::State& state) {
     const std::string text = DenseScreen();
     for (auto _ : state) {
@@ -57,7 +40,7 @@ void BM_Layout(benchmark::State& state) {
 BENCHMARK(BM_Layout);
 
 void BM_LayoutAndDrawFullScreen(benchmark::State& state) {
-    OpenScreen();
+    TeskTest::OpenCursesScreen();
     Tesk::Window screen(0, 0, 80, 25, Tesk::ColourYellow, Tesk::ColourBlack);
     Tesk::TextArea area(&screen, 0, 0, 80, 25, Tesk::ColourBlack);
     const std::string text = DenseScreen();

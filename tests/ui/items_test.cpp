@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "ui/keys.h"
 #include "screen.h"
 #include "ui/carousel.h"
 #include "ui/items.h"
+#include "ui/keys.h"
 
 namespace {
 

@@ -1,40 +1,22 @@
-// A curses screen without a terminal for the toolkit's tests: newterm on
-// /dev/null as a "linux" console (which can redefine colours), plus helpers to
-// read cells back and to feed keys to the key reader.
+// The toolkit's tests on a curses screen without a terminal
+// (tests/support/curses_screen.h): a fixture that resets the process-wide
+// state, helpers to read cells back and to feed keys to the key reader.
 #pragma once
 
 #include <curses.h>
 #include <gtest/gtest.h>
 
-#include <clocale>
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <stdexcept>
 #include <string>
 
+#include "tests/support/curses_screen.h"
 #include "ui/keyreader.h"
 #include "ui/palette.h"
 #include "ui/terminal.h"
 #include "ui/window.h"
 
 namespace TeskTest {
-
-inline void OpenScreen() {
-    static SCREEN* screen = [] {
-        std::setlocale(LC_ALL, "C.UTF-8");
-        ::unsetenv("LINES");
-        ::unsetenv("COLUMNS");
-        FILE* out = std::fopen("/dev/null", "w");
-        FILE* in = std::fopen("/dev/null", "r");
-        SCREEN* s = newterm("linux", out, in);
-        set_term(s);
-        start_color();
-        Tesk::SetupColours();
-        return s;
-    }();
-    (void)screen;
-}
 
 // The key reader's view of a session: only the idle timeout matters here.
 class TestKeySession : public Tesk::KeySession {
@@ -49,7 +31,7 @@ public:
 class ScreenTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        OpenScreen();
+        TeskTest::OpenCursesScreen();
         Tesk::SetCannotChangeColours(false);
         Tesk::SetCurrentWindow(nullptr);
         Tesk::SetKeySession(&keySession_);

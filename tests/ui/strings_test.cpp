@@ -9,6 +9,7 @@
 #include "platform/hostroot.h"
 #include "simhost/backend.h"
 #include "store/state.h"
+#include "ui/string_ids.h"
 #include "ui/strings.h"
 
 namespace {
@@ -26,6 +27,22 @@ TEST(Strings, FixedTexts) {
     EXPECT_STREQ(table->get(0xFFFFFFFFu), "");
     EXPECT_STREQ(table->get(289),
                  "Please choose which Zerkel NIC should be migrated to which portgroup/switch.");
+}
+
+TEST(Strings, NamedIdsMatchTheirTexts) {
+    namespace Id = Tesk::StrId;
+    StringFactory* table = StringFactory::GetFactory("en_US");
+    // Both ends of the table and the twin texts of menu entries and titles.
+    EXPECT_STREQ(table->get(Id::CustomizeSystemViewLogs), "Customize System/View Logs");
+    EXPECT_STREQ(table->get(Id::ChooseNicToMigrate),
+                 "Please choose which Zerkel NIC should be migrated to which portgroup/switch.");
+    EXPECT_EQ(Id::ConfigureManagementNetwork, 7u);
+    EXPECT_EQ(Id::ConfigureManagementNetworkTitle, 44u);
+    EXPECT_STREQ(table->get(Id::ConfigurePasswordTitle), table->get(Id::ConfigurePassword));
+    EXPECT_STREQ(table->get(Id::LoginName), "Login Name:");
+    EXPECT_STREQ(table->get(Id::Done), "Done.");
+    EXPECT_STREQ(table->get(Id::Failed), "Failed.");
+    EXPECT_STREQ(table->get(Id::TeskIdleTimeout), "TESK idle timeout");
 }
 
 TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {

@@ -9,12 +9,18 @@
 #include "hostctl/backend.h"
 #include "simhost/backend.h"
 #include "ui/carousel.h"
+#include "ui/confirm_dialog.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/form_dialog.h"
+#include "ui/input_items.h"
 #include "ui/items.h"
+#include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
 #include "ui/palette.h"
+#include "ui/progress_dialog.h"
+#include "ui/string_ids.h"
 
 namespace {
 
@@ -35,83 +41,62 @@ struct SampleNic {
 using NicCarousel = CarouselRadioItem<SampleNic>;
 
 // Every item kind in one list, more items than rows so that it scrolls.
-class ItemsDialog : public Dialog {
+class ItemsDialog : public FormDialog {
 public:
-    explicit ItemsDialog(Window* opener) : Dialog(opener, 70, 22, 7) {
-        Window* area = itemArea();
-        list_ = std::make_unique<ItemList>(area, 0, 0, area->width(), area->height());
-        list_->emplace<LabelItem>("Check boxes");
-        list_->emplace<CheckItem>("Enable lockdown mode", false);
-        list_->emplace<CheckItem>("Collect extra troubleshooting information", true, 2);
-        list_->emplace<LabelItem>("");
-        radios_[0] = &list_->emplace<RadioItem>("Disable IPv4 configuration", false);
-        radios_[1] = &list_->emplace<RadioItem>("Use dynamic IPv4 address", true);
-        radios_[2] = &list_->emplace<RadioItem>("Set static IPv4 address:", false);
-        list_->emplace<InputItem>("IPv4 Address", "192.168.20.15", 20);
-        list_->emplace<InputItem>("Subnet Mask", "255.255.255.0", 20);
-        list_->emplace<InputItem>("Default Gateway", "192.168.20.1", 20);
-        auto& password = list_->emplace<InputItem>("Password:", "secret", -1);
-        password.setMasked(true);
-        auto& host = list_->emplace<InputItem>("Hostname (dark field)",
-                                               "a-rather-long-host-name.example.test", 16);
-        host.setLightHighlight(false);
-        list_->emplace<LabelItem>("Unavailable choice (disabled, skipped)", true).setEnabled(false);
-        list_->emplace<LabelItem>("");
-        list_->emplace<NicCarousel>(
-            std::vector<SampleNic>{{"zk0", "02:5a:4b:01:aa:10", "zSwitch0", "Management Network"},
-                                   {"zk1", "02:5a:4b:01:aa:11", "zSwitch1", "Storage"},
-                                   {"zk2", "02:5a:4b:01:aa:12", "qDS-lab", "Migration"}},
-            true);
-        list_->emplace<LabelItem>("");
-        list_->emplace<LabelItem>(
-            "{color:red}Red text{/color} and {color:white}white text{/color}");
-        list_->emplace<LabelItem>("{align:right}a right-aligned line{/align}");
-    }
-
-    int run() override {
+    explicit ItemsDialog(Window* opener) : FormDialog(opener, 70, 22, 7) {
+        setIdleTimeout(false);
         setTitle("Widget Gallery: Items");
         setBody(
             "Up/Down select, Space toggles, type into fields (Home, End, Left, Right, Backspace, "
             "Delete). On the carousel: Left/Right change the entry, D shows its details.");
         setFooter(Footer::kSelectToggleOkCancel);
-        list_->draw();
-        for (;;) {
-            int key = ReadKey(this, false);
-            Item* item = list_->selected();
-            auto* input = dynamic_cast<InputItem*>(item);
-            auto* carousel = dynamic_cast<NicCarousel*>(item);
-            if (key == KeyEscape) return 0;
-            if (key == KeyEnter) {
-                showSummary();
-            } else if (key == KEY_UP) {
-                list_->moveUp();
-            } else if (key == KEY_DOWN || key == KeyTab) {
-                list_->moveDown();
-            } else if (carousel && (key == KEY_LEFT || key == KEY_RIGHT)) {
-                key == KEY_LEFT ? carousel->previous() : carousel->next();
-            } else if (carousel && (key == 'd' || key == 'D')) {
-                carousel->showDetails(this);
-            } else if (key == ' ' && !input) {
-                toggle(item);
-            } else if (input) {
-                input->handleKey(key);
-            }
-            list_->draw();
+        ItemList& list = items();
+        list.emplace<LabelItem>("Check boxes");
+        list.emplace<CheckItem>("Enable lockdown mode", false);
+        list.emplace<CheckItem>("Collect extra troubleshooting information", true, 2);
+        list.emplace<LabelItem>("");
+        list.emplace<RadioItem>("Disable IPv4 configuration", false, &ipv4_);
+        list.emplace<RadioItem>("Use dynamic IPv4 address", true, &ipv4_);
+        list.emplace<RadioItem>("Set static IPv4 address:", false, &ipv4_);
+        list.emplace<FilteredInputItem>("IPv4 Address", "192.168.20.15", 20,
+                                        CharFilters::DigitsAndDots);
+        list.emplace<FilteredInputItem>("Subnet Mask", "255.255.255.0", 20,
+                                        CharFilters::DigitsAndDots);
+        list.emplace<FilteredInputItem>("Default Gateway", "192.168.20.1", 20,
+                                        CharFilters::DigitsAndDots);
+        list.emplace<MaskedInputItem>("Password:", "secret", -1);
+        auto& host = list.emplace<InputItem>("Hostname (dark field)",
+                                             "a-rather-long-host-name.example.test", 16);
+        host.setLightHighlight(false);
+        list.emplace<NumericInputItem>("Idle timeout (minutes, digits only)", "30", 6, 4);
+        list.emplace<LabelItem>("Unavailable choice (disabled, skipped)", true).setEnabled(false);
+        list.emplace<LabelItem>("");
+        // A group of its own: Space keeps its one choice.
+        carousel_ = &list.emplace<NicCarousel>(
+            std::vector<SampleNic>{{"zk0", "02:5a:4b:01:aa:10", "zSwitch0", "Management Network"},
+                                   {"zk1", "02:5a:4b:01:aa:11", "zSwitch1", "Storage"},
+                                   {"zk2", "02:5a:4b:01:aa:12", "qDS-lab", "Migration"}},
+            true, &nics_);
+        list.emplace<LabelItem>("");
+        list.emplace<LabelItem>("{color:red}Red text{/color} and {color:white}white text{/color}");
+        list.emplace<LabelItem>("{align:right}a right-aligned line{/align}");
+    }
+
+protected:
+    KeyResult onKey(int key) override {
+        if (key == KeyTab) return items().moveKey(KEY_DOWN);
+        if ((key == 'd' || key == 'D') && items().selected() == carousel_) {
+            carousel_->showDetails(this);
+            return KeyResult::Redraw();
         }
+        return KeyResult::Ignored();
     }
 
-private:
-    void toggle(Item* item) {
-        if (auto* check = dynamic_cast<CheckItem*>(item)) check->toggle();
-        for (RadioItem* radio : radios_)
-            if (radio == item)
-                for (RadioItem* other : radios_) other->setChosen(other == item);
-    }
-
-    void showSummary() {
+    // <Enter> shows the values and stays.
+    KeyResult accept() override {
         std::string text;
-        for (std::size_t i = 0; i < list_->size(); ++i) {
-            if (auto* input = dynamic_cast<InputItem*>(&list_->at(i)))
+        for (std::size_t i = 0; i < items().size(); ++i) {
+            if (auto* input = dynamic_cast<InputItem*>(&items().at(i)))
                 text += input->label() + " " +
                         (input->masked() ? std::string(input->value().size(), '*')
                                          : EscapeMarkup(input->value())) +
@@ -119,10 +104,13 @@ private:
         }
         NotificationDialog summary(this, "Values entered", text, 70, 14, 11);
         Run(summary);
+        return KeyResult::Redraw();
     }
 
-    RadioItem* radios_[3] = {};
-    std::unique_ptr<ItemList> list_;
+private:
+    RadioGroup ipv4_;
+    RadioGroup nics_;
+    NicCarousel* carousel_ = nullptr;
 };
 
 std::string LongText() {
@@ -151,13 +139,36 @@ public:
         setTitle("Widget Gallery: Long Text");
         setBody(LongText());
         setFooter(Footer::kOk);
-        for (;;) {
-            int key = ReadKey(this, false);
-            if (key == KeyEnter || key == KeyEscape) return 1;
-            bodyArea().handleScrollKey(key);
-        }
+        return RunKeyLoop(*this, {.allowIdleTimeout = false, .handler = [this](int key) {
+                                      if (key == KeyEnter || key == KeyEscape)
+                                          return KeyResult::Leave(1);
+                                      return bodyArea().handleScrollKey(key) ? KeyResult::Handled()
+                                                                             : KeyResult::Ignored();
+                                  }});
     }
 };
+
+// A confirmation, then a progress dialog whose steps succeed or fail as
+// asked.
+void ConfirmAndProgress(Window* opener) {
+    ConfirmDialog ask(opener, {60, 12, 6}, "Widget Gallery: Confirm",
+                      "Y runs the steps and lets them succeed, N lets the second one fail. "
+                      "Every other key but Esc is ignored.",
+                      Footer::kYesNoCancel, ConfirmDialog::YesNo());
+    ask.setQuestion("Run the steps now?");
+    const int answer = Run(ask);
+    if (answer == ConfirmDialog::kCancelled) return;
+    ProgressDialog progress(opener, {60, 12, 6}, "Widget Gallery: Progress",
+                            "Each step is shown as it ends.", [answer](ProgressDialog& p) {
+                                p.add("Checking the host.");
+                                p.done();
+                                p.add("Applying the change.");
+                                answer == ConfirmDialog::kYes ? p.done() : p.failed();
+                                p.waitForEnter();
+                                return 1;
+                            });
+    Run(progress);
+}
 
 // The bottom window: a menu of what there is to try.
 class GalleryWindow : public Frame {
@@ -174,36 +185,46 @@ public:
     }
 
     int run() override {
-        for (;;) {
-            show();
-            int key = ReadKey(this, false);
-            if (key == KeyEscape || key == 'q' || key == 'Q') return 0;
-            if (key == KeyEnter || key == 'i' || key == 'I') {
-                ItemsDialog dialog(this);
-                Run(dialog);
-            } else if (key == 't' || key == 'T') {
-                LongTextDialog dialog(this);
-                Run(dialog);
-            } else if (key == 'n' || key == 'N') {
-                NotificationDialog dialog(this, "Notification",
-                                          "Only {color:black}<Enter>{/color} closes this dialog; "
-                                          "Esc and every other key are ignored.");
-                Run(dialog);
-            } else if (key == 'm' || key == 'M') {
-                MessageDialog dialog(this, 151, 152);
-                Run(dialog);
-            } else if (key == KEY_F(4) && !CannotChangeColours()) {
-                SetHighContrastPalette(!HighContrastPalette());
-            }
-            clearok(curscr, TRUE);
-        }
+        show();
+        return RunKeyLoop(*this, {.allowIdleTimeout = false,
+                                  .handler = [this](int key) { return onKey(key); },
+                                  .afterKey =
+                                      [this] {
+                                          clearok(curscr, TRUE);
+                                          show();
+                                      }});
     }
 
 private:
+    // Every key but the quitting ones shows the screen again.
+    KeyResult onKey(int key) {
+        if (key == KeyEscape || key == 'q' || key == 'Q') return KeyResult::Leave(0);
+        if (key == KeyEnter || key == 'i' || key == 'I') {
+            ItemsDialog dialog(this);
+            Run(dialog);
+        } else if (key == 't' || key == 'T') {
+            LongTextDialog dialog(this);
+            Run(dialog);
+        } else if (key == 'n' || key == 'N') {
+            NotificationDialog dialog(this, "Notification",
+                                      "Only {color:black}<Enter>{/color} closes this dialog; "
+                                      "Esc and every other key are ignored.");
+            Run(dialog);
+        } else if (key == 'm' || key == 'M') {
+            MessageDialog dialog(this, StrId::AuthenticationFailed, StrId::InvalidLoginOrPassword);
+            Run(dialog);
+        } else if (key == 'c' || key == 'C') {
+            ConfirmAndProgress(this);
+        } else if (key == KEY_F(4) && !CannotChangeColours()) {
+            SetHighContrastPalette(!HighContrastPalette());
+        }
+        return KeyResult::Redraw();
+    }
+
     void show() {
         setActive(true);
         title_->setText(std::string("{align:center}TESK widget gallery{/align}\n{align:center}") +
-                        strings().get(2) + "{/align}");
+                        strings().get(StrId::ProductLine) + "{/align}");
         menu_->setText(
             "{color:black}<Enter>{/color} {color:dark-grey}Items: check boxes, radio buttons, "
             "fields, a carousel{/color}\n"
@@ -211,6 +232,8 @@ private:
             "{color:black}<N>{/color} {color:dark-grey}Notification dialog{/color}\n"
             "{color:black}<M>{/color} {color:dark-grey}Message dialog from the string "
             "table{/color}\n"
+            "{color:black}<C>{/color} {color:dark-grey}Confirm dialog, then a progress "
+            "dialog{/color}\n"
             "{color:black}<F4>{/color} {color:dark-grey}High-contrast palette: {/color}" +
             std::string(HighContrastPalette() ? "on" : "off") +
             "\n\nWait a minute without a key to see the screen dim.");

@@ -1,0 +1,169 @@
+// The ready-made dialogs: confirmation keys and their results, progress lines
+// shown as they come and the two ways a progress dialog ends, and the one
+// message dialog in its styles.
+#include <curses.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "screen.h"
+#include "ui/confirm_dialog.h"
+#include "ui/dialog.h"
+#include "ui/footers.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
+#include "ui/progress_dialog.h"
+#include "ui/string_ids.h"
+
+namespace {
+
+using namespace Tesk;
+using TeskTest::FakeInput;
+using TeskTest::RowText;
+
+class DialogsTest : public TeskTest::ScreenTest {};
+
+constexpr DialogSize kWithItems{60, 12, 6};
+
+int Answer(std::deque<int> keys, std::vector<ConfirmKey> answers,
+           std::optional<int> escape = ConfirmDialog::kCancelled) {
+    FakeInput input(std::move(keys));
+    ConfirmDialog ask(nullptr, kWithItems, "Title", "Body", Footer::kYesNoCancel,
+                      std::move(answers));
+    ask.setEscapeResult(escape);
+    const int result = Tesk::Run(ask);
+    EXPECT_EQ(input.left(), 0u) << "keys after the answer were read";
+    return result;
+}
+
+TEST_F(DialogsTest, ConfirmAnswersOnlyItsKeys) {
+    EXPECT_EQ(Answer({'x', KeyEnter, ' ', KEY_F(11), 'Y'}, ConfirmDialog::YesNo()), 1);
+    EXPECT_EQ(Answer({'y'}, ConfirmDialog::YesNo()), ConfirmDialog::kYes);
+    EXPECT_EQ(Answer({'N'}, ConfirmDialog::YesNo()), ConfirmDialog::kNo);
+    EXPECT_EQ(Answer({'n'}, ConfirmDialog::YesNo()), 2);
+    EXPECT_EQ(Answer({KeyEscape}, ConfirmDialog::YesNo()), 0);
+    EXPECT_EQ(Answer({KeyEnter, 'y', KEY_F(11)}, ConfirmDialog::F11()), 1);
+    EXPECT_EQ(Answer({KEY_F(11), KeyEnter}, ConfirmDialog::Enter()), 1);
+    EXPECT_EQ(Answer({KEY_F(2)}, {{KEY_F(2), 4}, {KEY_F(11), 5}}), 4);
+    // Esc answering something else, or nothing at all.
+    EXPECT_EQ(Answer({KeyEscape}, ConfirmDialog::F11(), 9), 9);
+    EXPECT_EQ(Answer({KeyEscape, KEY_F(11)}, ConfirmDialog::F11(), std::nullopt), 1);
+}
+
+TEST_F(DialogsTest, ConfirmShowsItsTextsAndTheQuestionInTheLowerBand) {
+    FakeInput input({KEY_F(11)});
+    ConfirmDialog ask(nullptr, kWithItems, "Restore Network", "It will be reset.",
+                      Footer::kF11OkCancel, ConfirmDialog::F11());
+    ask.setQuestion("Are you sure?");
+    EXPECT_EQ(Tesk::Run(ask), 1);
+    WINDOW* w = ask.curses();
+    EXPECT_EQ(RowText(w, 1, 3, 15), "Restore Network");
+    EXPECT_EQ(RowText(w, 3, 3, 17), "It will be reset.");
+    // The item area starts at (2, 1) of the lower band, which starts at row 6.
+    EXPECT_EQ(RowText(w, 7, 2, 13), "Are you sure?");
+    EXPECT_EQ(RowText(w, 10, 36, 22), "<F11> OK  <Esc> Cancel");
+}
+
+TEST_F(DialogsTest, ProgressLinesAreShownAsTheyComeThenEnterCloses) {
+    FakeInput input({KeyEscape, 'x', KeyEnter, 'z'});
+    std::vector<std::string> shown;
+    ProgressDialog progress(nullptr, {60, 14, 6}, "Restore", "Please wait.",
+                            [&](ProgressDialog& p) {
+                                // Read from the terminal's picture, so only
+                                // what has been refreshed counts.
+                                auto row = [&p](int y, int width) {
+                                    return RowText(curscr, p.y() + y, p.x() + 2, width);
+                                };
+                                p.add("Powering Off VMs.");
+                                shown.push_back(row(7, 30));
+                                p.done();
+                                shown.push_back(row(7, 30));
+                                p.add("Auto-configuring network.");
+                                p.failed();
+                                p.add("Step three.");
+                                p.finishLine(" 3 of 3");
+                                shown.push_back(row(8, 33));
+                                shown.push_back(row(9, 20));
+                                p.waitForEnter(Footer::kOkJoined);
+                                return 6;
+                            });
+    EXPECT_EQ(Tesk::Run(progress), 6);
+    EXPECT_EQ(input.left(), 1u);
+    EXPECT_EQ(shown,
+              (std::vector<std::string>{
+                  "Powering Off VMs." + std::string(13, ' '), "Powering Off VMs. Done.       ",
+                  "Auto-configuring network. Failed.", "Step three. 3 of 3  "}));
+    EXPECT_EQ(progress.progress(),
+              "Powering Off VMs. Done.\nAuto-configuring network. Failed.\nStep three. 3 of 3\n");
+    EXPECT_EQ(progress.footer(), Footer::kOkJoined);
+    EXPECT_EQ(RowText(progress.curses(), 3, 3, 12), "Please wait.");
+    progress.clear();
+    EXPECT_EQ(RowText(progress.curses(), 7, 2, 10), std::string(10, ' '));
+}
+
+TEST_F(DialogsTest, WithoutAnItemAreaProgressFollowsTheMessage) {
+    FakeInput input({KeyEnter});
+    ProgressDialog progress(nullptr, {70, 10, 7}, "Restart", "In progress...",
+                            [](ProgressDialog& p) {
+                                p.add(p.str(StrId::PoweringOffVms));
+                                p.done();
+                                p.waitForEnter();
+                                return 1;
+                            });
+    EXPECT_EQ(Tesk::Run(progress), 1);
+    EXPECT_EQ(progress.itemArea(), nullptr);
+    EXPECT_EQ(RowText(progress.curses(), 3, 3, 14), "In progress...");
+    EXPECT_EQ(RowText(progress.curses(), 4, 3, 23), "Powering Off VMs. Done.");
+}
+
+TEST_F(DialogsTest, HoldScreenDiscardsEveryKeyUntilTheIdleTimeout) {
+    auto holding = [](ProgressDialog& p) -> int {
+        p.add("Shutting down.");
+        p.holdScreen();
+    };
+    {
+        // The test's input runs dry: every key was read and none ended it.
+        FakeInput input({KeyEnter, KeyEscape, 'q', KEY_F(11)});
+        ProgressDialog progress(nullptr, kWithItems, "Shut Down Host", "", holding);
+        EXPECT_THROW(Tesk::Run(progress), std::runtime_error);
+        EXPECT_EQ(input.consumed(), 4);
+        EXPECT_EQ(RowText(progress.curses(), 7, 2, 14), "Shutting down.");
+    }
+    keySession_.timeout = 60;
+    FakeInput input({'a', 'b'}, 1000);
+    ProgressDialog progress(nullptr, kWithItems, "Shut Down Host", "", holding);
+    EXPECT_THROW(Tesk::Run(progress), TeskTimeout);
+}
+
+std::string LongText(int lines) {
+    std::string text;
+    for (int i = 1; i <= lines; ++i) text += "line " + std::to_string(i) + "\n";
+    return text;
+}
+
+TEST_F(DialogsTest, MessageClosesOnEnterOnlyAndScrollsInTheDetailsStyle) {
+    {
+        FakeInput input({KeyEscape, KEY_NPAGE, ' ', KEY_F(11), KeyEnter});
+        MessageDialog plain(nullptr, "Title", LongText(10));
+        EXPECT_EQ(Tesk::Run(plain), 1);
+        EXPECT_EQ(input.left(), 0u);
+        EXPECT_EQ(plain.bodyArea().scrollOffset(), 0);  // Page Down did nothing
+        EXPECT_EQ(plain.height(), 10);
+        EXPECT_EQ(plain.footer(), Footer::kOk);
+    }
+    FakeInput input({KEY_NPAGE, KeyEscape, KEY_NPAGE, KEY_PPAGE, KEY_NPAGE, KeyEnter});
+    InfoDialog details(nullptr, "NIC Details", LongText(20), "{align:right}<Enter> Back{/align}");
+    EXPECT_EQ(Tesk::Run(details), 1);
+    EXPECT_EQ(details.width(), 70);
+    EXPECT_EQ(details.height(), 13);
+    // Six rows of body, one kept for the hints: two pages down make ten lines.
+    const int pagesDown = details.bodyArea().scrollOffset() / details.bodyArea().pageHeight();
+    EXPECT_EQ(pagesDown, 2);
+    EXPECT_EQ(RowText(details.curses(), 3, 3, 7), "line 11");
+    EXPECT_NE(RowText(details.curses(), 8).find("<Page Up>  <Page Down>"), std::string::npos)
+        << RowText(details.curses(), 8);
+    EXPECT_NE(RowText(details.curses(), 11).find("<Enter> Back"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,175 @@
+// The form dialog and the items' own keys: who gets a key first, what the
+// defaults do, input fields that refuse characters, radio groups with one
+// choice, and disabled rows.
+#include <curses.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "screen.h"
+#include "ui/carousel.h"
+#include "ui/form_dialog.h"
+#include "ui/input_items.h"
+#include "ui/keys.h"
+
+namespace {
+
+using namespace Tesk;
+using TeskTest::FakeInput;
+using TeskTest::Pair;
+using TeskTest::PairAt;
+using TeskTest::RowText;
+
+class FormTest : public TeskTest::ScreenTest {};
+
+// Records the keys that reach the dialog's own handler; F10 leaves with 5.
+class ProbeForm : public FormDialog {
+public:
+    ProbeForm() : FormDialog(nullptr, 60, 16, 6) {}
+    std::vector<int> seen;
+
+protected:
+    KeyResult onKey(int key) override {
+        seen.push_back(key);
+        return key == KEY_F(10) ? KeyResult::Leave(5) : KeyResult::Ignored();
+    }
+};
+
+TEST_F(FormTest, KeysGoToTheSelectedItemThenTheDialogThenTheDefaults) {
+    ProbeForm form;
+    auto& name = form.items().emplace<InputItem>("Name:", "old", 20);
+    auto& ssh = form.items().emplace<CheckItem>("Enable SSH", false);
+    FakeInput input({'a', KEY_F(5), KEY_DOWN, ' ', 'x', KEY_DOWN, KEY_UP, KeyEnter, 'z'});
+    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_EQ(input.left(), 1u);
+    EXPECT_EQ(name.value(), "a");
+    EXPECT_TRUE(ssh.checked());
+    // The dialog saw only what the items left; Enter then went to accept().
+    EXPECT_EQ(form.seen, (std::vector<int>{KEY_F(5), KEY_DOWN, 'x', KEY_DOWN, KEY_UP, KeyEnter}));
+    // Every change was drawn: the value typed and the check box.
+    WINDOW* list = form.items().listArea().curses();
+    EXPECT_NE(RowText(list, 0).find("[ a "), std::string::npos) << RowText(list, 0);
+    EXPECT_EQ(RowText(list, 1, 1, 14), "[X] Enable SSH");
+}
+
+TEST_F(FormTest, EscapeCancelsAndTheDialogsOwnKeysComeFirst) {
+    {
+        ProbeForm form;
+        form.items().emplace<CheckItem>("a", false);
+        FakeInput input({KeyEscape});
+        EXPECT_EQ(Tesk::Run(form), 0);
+    }
+    {
+        ProbeForm form;
+        form.items().emplace<CheckItem>("a", false);
+        FakeInput input({KEY_F(10)});
+        EXPECT_EQ(Tesk::Run(form), 5);
+    }
+    // An empty form still answers its keys.
+    ProbeForm empty;
+    FakeInput input({KEY_DOWN, ' ', KeyEnter});
+    EXPECT_EQ(Tesk::Run(empty), 1);
+}
+
+TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
+    NumericInputItem minutes("Idle timeout", "30", 6, 4);
+    for (int key : {'1', 'x', '2', '-', '3', '4', '5'}) minutes.handleKey(key);
+    EXPECT_EQ(minutes.value(), "1234");
+    EXPECT_EQ(minutes.handleKey('9'), KeyResult::Handled());  // full
+    EXPECT_EQ(minutes.handleKey('y'), KeyResult::Handled());  // refused, yet taken
+    EXPECT_EQ(minutes.handleKey(KEY_BACKSPACE), KeyResult::Redraw());
+    EXPECT_EQ(minutes.handleKey('9'), KeyResult::Redraw());
+    EXPECT_EQ(minutes.value(), "1239");
+    // A fresh field is replaced, so a full one still takes its first key.
+    minutes.setSelected(true);
+    minutes.handleKey('7');
+    EXPECT_EQ(minutes.value(), "7");
+
+    FilteredInputItem mac("MAC", "", 20, CharFilters::HexDigits);
+    for (char c : std::string("0a:G f")) mac.handleKey(c);
+    EXPECT_EQ(mac.value(), "0af");
+    FilteredInputItem ipv4("IPv4", "", 20, CharFilters::DigitsAndDots);
+    for (char c : std::string("10.0.x.1 ")) ipv4.handleKey(c);
+    EXPECT_EQ(ipv4.value(), "10.0..1");
+    FilteredInputItem ipv6("IPv6", "", 30, CharFilters::Ipv6Address);
+    for (char c : std::string("fe80::1/64 zone")) ipv6.handleKey(c);
+    EXPECT_EQ(ipv6.value(), "fe80::1/64e");
+    // Keys that are no characters still pass on to the dialog.
+    EXPECT_EQ(mac.handleKey(KeyEnter), KeyResult::Ignored());
+    EXPECT_EQ(mac.handleKey(KEY_F(2)), KeyResult::Ignored());
+
+    // In a form, a refused character never reaches the dialog's handler.
+    ProbeForm form;
+    auto& field = form.items().emplace<NumericInputItem>("Port", "", 6, 5);
+    FakeInput input({'8', 'q', '0', KeyEnter});
+    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_EQ(field.value(), "80");
+    EXPECT_EQ(form.seen, (std::vector<int>{KeyEnter}));
+}
+
+TEST_F(FormTest, RadioGroupKeepsExactlyOneChoice) {
+    RadioGroup group;
+    RadioItem a("a", false, &group);
+    EXPECT_TRUE(a.chosen());  // the first member until another joins chosen
+    RadioItem b("b", true, &group);
+    RadioItem c("c", false, &group);
+    EXPECT_EQ(group.chosen(), &b);
+    EXPECT_FALSE(a.chosen());
+
+    EXPECT_EQ(c.handleKey(' '), KeyResult::Redraw());
+    EXPECT_EQ(group.chosenIndex(), 2);
+    c.handleKey(' ');  // Space on the choice keeps it
+    c.setChosen(false);
+    c.toggle();
+    EXPECT_EQ(group.chosenIndex(), 2);
+    EXPECT_EQ(a.text() + b.text() + c.text(), "( ) a( ) b(o) c");
+    EXPECT_EQ(c.handleKey('x'), KeyResult::Ignored());
+    // Without a group, Space toggles.
+    RadioItem alone("alone", false);
+    alone.handleKey(' ');
+    EXPECT_TRUE(alone.chosen());
+    alone.handleKey(' ');
+    EXPECT_FALSE(alone.chosen());
+
+    // Through a form: Space on the second radio, the carousel in the same
+    // group takes the choice with Space and cycles with Left/Right.
+    struct Nic {
+        std::string name;
+        std::string GetLabel() const { return "NIC " + name; }
+        std::string GetTitle() const { return name; }
+        std::string GetDetails() const { return name; }
+        std::string GetFooter() const { return ""; }
+    };
+    RadioGroup mode;
+    ProbeForm form;
+    auto& dhcp = form.items().emplace<RadioItem>("DHCP", true, &mode);
+    auto& fixed = form.items().emplace<RadioItem>("Static", false, &mode);
+    auto& nics = form.items().emplace<CarouselRadioItem<Nic>>(std::vector<Nic>{{"zk0"}, {"zk1"}},
+                                                              false, &mode);
+    FakeInput input({KEY_DOWN, ' ', KEY_DOWN, KEY_RIGHT, KeyEnter});
+    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_EQ(mode.chosen(), &fixed);
+    EXPECT_FALSE(dhcp.chosen());
+    EXPECT_EQ(nics.text(), "( ) NIC zk1");
+    EXPECT_EQ(form.seen, (std::vector<int>{KEY_DOWN, KEY_DOWN, KeyEnter}));
+}
+
+TEST_F(FormTest, DisabledRowsAreSkippedAndDrawnDarkGrey) {
+    ProbeForm form;
+    auto& first = form.items().emplace<CheckItem>("first", false);
+    form.items().emplace<LabelItem>("unavailable", true).setEnabled(false);
+    form.items().emplace<LabelItem>("heading");
+    auto& last = form.items().emplace<CheckItem>("last", false);
+    // Down skips both rows; at the ends Up/Down change nothing.
+    FakeInput input({KEY_DOWN, ' ', KEY_DOWN, KEY_UP, KEY_UP, ' ', KeyEnter});
+    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_TRUE(last.checked());
+    EXPECT_TRUE(first.checked());
+    WINDOW* list = form.items().listArea().curses();
+    EXPECT_EQ(RowText(list, 1, 1, 11), "unavailable");
+    EXPECT_EQ(PairAt(list, 1, 1), Pair(ColourYellow, ColourDarkGrey));
+    EXPECT_EQ(PairAt(list, 0, 1), Pair(ColourBlack, ColourWhite));  // selected
+}
+
+}  // namespace

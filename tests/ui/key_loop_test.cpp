@@ -1,0 +1,88 @@
+// The one key loop: the order in which handlers are asked, what each answer
+// makes the loop do, and the idle timeout it passes to the key reader.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "screen.h"
+#include "ui/key_loop.h"
+#include "ui/keyreader.h"
+#include "ui/keys.h"
+#include "ui/window.h"
+
+namespace {
+
+using namespace Tesk;
+using TeskTest::FakeInput;
+
+class KeyLoopTest : public TeskTest::ScreenTest {};
+
+// A handler that takes only its own key and records every key it is asked.
+KeyHandler Taking(int own, KeyResult answer, std::vector<std::string>& log, std::string name) {
+    return [=, &log](int key) {
+        log.push_back(name + ":" + static_cast<char>(key));
+        return key == own ? answer : KeyResult::Ignored();
+    };
+}
+
+TEST_F(KeyLoopTest, FocusedItemThenWindowThenDefaultsAndTheFirstTakerWins) {
+    std::vector<std::string> log;
+    const KeyLoop loop{.focused = Taking('a', KeyResult::Redraw(), log, "item"),
+                       .handler = Taking('b', KeyResult::Leave(3), log, "window"),
+                       .defaults = Taking('c', KeyResult::Handled(), log, "defaults")};
+    EXPECT_EQ(DispatchKey(loop, 'a'), KeyResult::Redraw());
+    EXPECT_EQ(DispatchKey(loop, 'b'), KeyResult::Leave(3));
+    EXPECT_EQ(DispatchKey(loop, 'c'), KeyResult::Handled());
+    EXPECT_EQ(DispatchKey(loop, 'z'), KeyResult::Ignored());
+    EXPECT_EQ(log, (std::vector<std::string>{"item:a", "item:b", "window:b", "item:c", "window:c",
+                                             "defaults:c", "item:z", "window:z", "defaults:z"}));
+
+    // Missing steps are skipped.
+    log.clear();
+    const KeyLoop windowOnly{.handler = Taking('b', KeyResult::Handled(), log, "window")};
+    EXPECT_TRUE(DispatchKey(windowOnly, 'b'));
+    EXPECT_FALSE(DispatchKey(windowOnly, 'x'));
+    EXPECT_EQ(log.size(), 2u);
+}
+
+TEST_F(KeyLoopTest, LeaveEndsTheLoopAndOnlyRedrawRunsTheHook) {
+    FakeInput input({'h', 'r', 'i', EventTimeout, 'r', 'q', 'x'});
+    Window w(0, 0, 20, 5, ColourBlack, ColourWhite);
+    int hooks = 0;
+    const int result = RunKeyLoop(w, {.handler =
+                                          [](int key) {
+                                              switch (key) {
+                                                  case 'h':
+                                                      return KeyResult::Handled();
+                                                  case 'r':
+                                                      return KeyResult::Redraw();
+                                                  case 'q':
+                                                      return KeyResult::Leave(7);
+                                                  default:
+                                                      return KeyResult::Ignored();
+                                              }
+                                          },
+                                      .afterKey = [&] { ++hooks; }});
+    EXPECT_EQ(result, 7);
+    EXPECT_EQ(hooks, 2);
+    EXPECT_EQ(input.left(), 1u);
+}
+
+TEST_F(KeyLoopTest, IdleTimeoutEndsTheLoopOnlyWhereAllowed) {
+    keySession_.timeout = 60;
+    Window w(0, 0, 20, 5, ColourBlack, ColourWhite);
+    const KeyHandler leaveOnQ = [](int key) {
+        return key == 'q' ? KeyResult::Leave(1) : KeyResult::Ignored();
+    };
+    {
+        FakeInput input({'a', 'q'}, 1000);
+        EXPECT_THROW(RunKeyLoop(w, {.allowIdleTimeout = true, .handler = leaveOnQ}), TeskTimeout);
+    }
+    {
+        FakeInput input({'a', 'q'}, 1000);
+        EXPECT_EQ(RunKeyLoop(w, {.allowIdleTimeout = false, .handler = leaveOnQ}), 1);
+    }
+}
+
+}  // namespace
