@@ -1,8 +1,10 @@
 #include "session/root_window.h"
 
 #include "session/session.h"
+#include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 
@@ -32,7 +34,7 @@ RootWindow::RootWindow(Window* opener, Session& session)
     footer_ =
         std::make_unique<TextArea>(right_.get(), 2, LINES - 2, rightWidth - 4, 1, ColourWhite);
 
-    title_->setText(str(4));
+    title_->setText(str(StrId::SystemCustomization));
     leftFooter_->setText(kLeftFooter);
 
     std::vector<std::unique_ptr<MenuEntry>> all = MakeMenuEntries();
@@ -70,7 +72,8 @@ void RootWindow::describe() {
         pane_->setText("");
         footer_->setText("");
     }
-    status_->setText(context_.session.emptyPasswordLogin() ? str(33) : "");
+    status_->setText(context_.session.emptyPasswordLogin() ? str(StrId::ChangeDefaultPassword)
+                                                           : "");
     menu_->draw();
     redraw();
 }
@@ -83,21 +86,30 @@ void RootWindow::open(MenuEntry& entry) {
 
 int RootWindow::run() {
     describe();
-    for (;;) {
-        const int key = ReadKey(this, true);
-        MenuEntry* entry = selectedEntry();
-        if (key == KEY_UP || key == KEY_DOWN) {
-            if (key == KEY_UP ? menu_->moveUp() : menu_->moveDown()) describe();
-        } else if (key == KeyEscape) {
-            return 0;
-        } else if (key == KeyEnter) {
-            if (entry) open(*entry);
-        } else if (entry && entry->key(context_, key)) {
-            describe();
-        } else if (pane_->handleScrollKey(key)) {
-            redraw();
-        }
+    return RunKeyLoop(*this, {.allowIdleTimeout = true,
+                              .handler = [this](int key) { return onKey(key); },
+                              .defaults = [this](int key) { return menu_->moveKey(key); },
+                              .afterKey = [this] { describe(); }});
+}
+
+KeyResult RootWindow::onKey(int key) {
+    MenuEntry* entry = selectedEntry();
+    if (key == KeyEscape) return KeyResult::Leave(0);
+    if (key == KeyEnter) {
+        if (entry) open(*entry);
+        return KeyResult::Handled();
     }
+    if (entry && entry->key(context_, key)) {
+        describe();
+        return KeyResult::Handled();
+    }
+    // The pane scrolls without being described again (which would put it
+    // back at its top).
+    if (pane_->handleScrollKey(key)) {
+        redraw();
+        return KeyResult::Handled();
+    }
+    return KeyResult::Ignored();
 }
 
 }  // namespace Tesk

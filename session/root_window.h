@@ -10,6 +10,7 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/items.h"
+#include "ui/key_result.h"
 #include "ui/textarea.h"
 
 namespace Tesk {
@@ -30,6 +31,8 @@ private:
     void describe();
     // <Enter>: the entry's dialog, then the entries read the host again.
     void open(MenuEntry& entry);
+    // The menu's own keys: <Esc>, <Enter>, the entry's keys, scrolling.
+    KeyResult onKey(int key);
 
     MenuContext context_;
     std::unique_ptr<Window> left_;

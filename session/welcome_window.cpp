@@ -23,6 +23,7 @@
 #include "ui/keyreader.h"
 #include "ui/keys.h"
 #include "ui/palette.h"
+#include "ui/string_ids.h"
 #include "ui/strings.h"
 
 namespace Tesk {
@@ -102,8 +103,9 @@ void WelcomeWindow::enterDefaultMode() {
     warning_ = std::make_unique<TextArea>(lower_.get(), 16, 9, COLS - 32, 6, ColourRed);
     footer_ = std::make_unique<TextArea>(lower_.get(), 2, lower_->height() - 2, lower_->width() - 4,
                                          1, ColourBlack);
-    footer_->setText(std::string("<F2> {color:dark-grey}") + Str(0) +
-                     "{/color}{align:right}<F12> {color:dark-grey}" + Str(1) + "{/color}{/align}");
+    footer_->setText(std::string("<F2> {color:dark-grey}") + Str(StrId::CustomizeSystemViewLogs) +
+                     "{/color}{align:right}<F12> {color:dark-grey}" + Str(StrId::ShutDownRestart) +
+                     "{/color}{/align}");
 }
 
 void WelcomeWindow::enterCustomMode(const std::string& message) {
@@ -144,7 +146,7 @@ void WelcomeWindow::draw() {
 
 std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     std::ostringstream out;
-    const char* heading = Str(139);
+    const char* heading = Str(StrId::ToManageThisHost);
     if (heading == nullptr || *heading == '\0') return {};
     out << heading;
 
@@ -160,8 +162,8 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     const bool ipv4Off = configured.GetIpv4UseNone();
     const bool noLease = current.GetIpv4Address().GetStringAddress() == "0.0.0.0";
     if (!ipv4Off) out << "\nhttps://" << current.GetIpv4Address().GetStringAddress() << "/ ";
-    if (!dhcp && !ipv4Off) out << ModeLabel(262);
-    if (dhcp) out << ModeLabel(noLease ? 264 : 261);
+    if (!dhcp && !ipv4Off) out << ModeLabel(StrId::Static);
+    if (dhcp) out << ModeLabel(noLease ? StrId::WaitingForDhcp : StrId::Dhcp);
 
     if (network->IsZrkIpv6Enabled()) {
         out << "\n";
@@ -173,13 +175,13 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
             line += "https://[" + networks[i].GetAddress().GetStringAddress() + "]/ ";
             switch (static_cast<int>(networks[i].GetIpv6AddressType())) {
                 case 0:
-                    line += ModeLabel(262);
+                    line += ModeLabel(StrId::Static);
                     break;
                 case 9:
-                    line += ModeLabel(261);
+                    line += ModeLabel(StrId::Dhcp);
                     break;
                 case 7:
-                    line += ModeLabel(263);
+                    line += ModeLabel(StrId::Autoconf);
                     break;
                 default:
                     break;
@@ -198,7 +200,7 @@ void WelcomeWindow::fillHostFacts() {
     auto hardware = HostCtl::TheBackend().GetHardwareInfo();
     auto cpu = HostCtl::TheBackend().GetCpuInfo();
     auto memory = HostCtl::TheBackend().GetMemoryInfo();
-    productLine_->setText(Str(2));
+    productLine_->setText(Str(StrId::ProductLine));
     vendorLine_->setText(
         Welcome::VendorLine(hardware->GetVendorName(), hardware->GetProductName()));
     hardware_->setText(
@@ -220,10 +222,10 @@ void WelcomeWindow::fill() {
         std::unique_ptr<HostCtl::Network::ZrkNic> nic = GetManagementInterface();
         bool dhcpFailed = nic && nic->GetConfiguredIpConfig().GetUseDhcp() &&
                           nic->GetIpConfig().GetIpv4Address().GetStringAddress() == "0.0.0.0";
-        warning_->setText(dhcpFailed ? Str(140) : "");
+        warning_->setText(dhcpFailed ? Str(StrId::DhcpLookupFailed) : "");
         unsigned char boot[4] = {0, 0, 0, 0};
         if (ZSI_Get(ZSI_NODE_system_bootOption, boot, sizeof boot) == 0 && boot[0] == 1)
-            warning_->setText(Str(141));
+            warning_->setText(Str(StrId::AuditModeWarning));
 
         std::string text = managementText(nic.get());
         if (network->GetPnics().empty()) {

@@ -3,25 +3,26 @@
 #include "host/runner.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
+#include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
-constexpr const char kFooter[] =
-    "{color:white}<Enter>{color:light-grey} Change{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
-
 class LockdownEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(6); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::ConfigureLockdownMode);
+    }
     void reload(MenuContext&) override { enabled_ = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled"); }
     bool enabled(MenuContext&) override {
         return enabled_ || RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
     }
     std::string pane(MenuContext& c) override {
-        return std::string(c.menu.str(enabled_ ? 119 : 120)) + "\n\n" + c.menu.str(22);
+        return std::string(c.menu.str(enabled_ ? StrId::Enabled : StrId::Disabled)) + "\n\n" +
+               c.menu.str(StrId::ConfigureLockdownModeHelp);
     }
-    std::string footer(MenuContext&) override { return kFooter; }
+    std::string footer(MenuContext&) override { return Footer::kChangeLogOutOpen; }
 
 private:
     bool enabled_ = false;

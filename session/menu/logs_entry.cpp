@@ -4,13 +4,14 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
 class LogsEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(12); }
+    std::string title(MenuContext& c) const override { return c.menu.str(StrId::ViewSystemLogs); }
     std::string pane(MenuContext& c) override {
         shown_ = AvailableLogs();
         std::string text;
@@ -18,7 +19,7 @@ public:
         for (const auto& log : shown_)
             text += "{color:white}<" + std::to_string(++number) + "> {color:light-grey}" +
                     log.title + "{/color}\n";
-        return text + c.menu.str(27);
+        return text + c.menu.str(StrId::ViewSystemLogsHelp);
     }
     std::string footer(MenuContext&) override { return Footer::kLogOut; }
     bool key(MenuContext& c, int key) override {

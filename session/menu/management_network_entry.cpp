@@ -6,20 +6,23 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
 class ManagementNetworkEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(7); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::ConfigureManagementNetwork);
+    }
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
     std::string pane(MenuContext& c) override;
     std::string footer(MenuContext&) override { return Footer::kMoreLogOut; }
 };
 
 std::string ManagementNetworkEntry::pane(MenuContext& c) {
-    const std::string notSet = c.menu.str(118);
+    const std::string notSet = c.menu.str(StrId::NotSet);
     std::string host, ipv4, ipv6;
     bool dhcp = false;
     host = TryHost("Getting host name failed: %s", [] {
@@ -36,13 +39,15 @@ std::string ManagementNetworkEntry::pane(MenuContext& c) {
             ipv6 += "  " + net.GetAddress().GetStringAddress() + "/" +
                     std::to_string(net.GetPrefixLength()) + "\n";
     });
-    std::string text =
-        std::string(c.menu.str(40)) + ":\n  " + (host.empty() ? notSet : host) + "\n\n";
-    text += std::string(c.menu.str(35)) + ":\n  " + (ipv4.empty() ? notSet : ipv4) + "\n";
-    if (dhcp && !ipv4.empty()) text += std::string("  ") + c.menu.str(31) + "\n";
-    text +=
-        "\n" + std::string(c.menu.str(36)) + ":\n" + (ipv6.empty() ? "  " + notSet + "\n" : ipv6);
-    return text + "\n" + c.menu.str(23);
+    std::string text = std::string(c.menu.str(StrId::Hostname)) + ":\n  " +
+                       (host.empty() ? notSet : host) + "\n\n";
+    text += std::string(c.menu.str(StrId::Ipv4Address)) + ":\n  " + (ipv4.empty() ? notSet : ipv4) +
+            "\n";
+    if (dhcp && !ipv4.empty())
+        text += std::string("  ") + c.menu.str(StrId::NetworkIdentityFromDhcp) + "\n";
+    text += "\n" + std::string(c.menu.str(StrId::Ipv6Addresses)) + ":\n" +
+            (ipv6.empty() ? "  " + notSet + "\n" : ipv6);
+    return text + "\n" + c.menu.str(StrId::ConfigureManagementNetworkHelp);
 }
 
 }  // namespace

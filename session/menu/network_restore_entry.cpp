@@ -1,18 +1,22 @@
 // "Network Restore Options".
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
+#include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
-
-const char* RestartFooter();
 
 namespace {
 
 class NetworkRestoreEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(10); }
-    std::string pane(MenuContext& c) override { return c.menu.str(26); }
-    std::string footer(MenuContext&) override { return RestartFooter(); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::NetworkRestoreOptions);
+    }
+    std::string pane(MenuContext& c) override {
+        return c.menu.str(StrId::NetworkRestoreOptionsHelp);
+    }
+    std::string footer(MenuContext&) override { return Footer::kRestartLogOutOpen; }
 };
 
 }  // namespace

@@ -3,16 +3,20 @@
 #include "session/session.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
 class PasswordEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(5); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::ConfigurePassword);
+    }
     std::string pane(MenuContext& c) override {
-        return std::string(c.menu.str(c.session.emptyPasswordLogin() ? 118 : 117)) + "\n\n" +
-               c.menu.str(21);
+        return std::string(
+                   c.menu.str(c.session.emptyPasswordLogin() ? StrId::NotSet : StrId::Set)) +
+               "\n\n" + c.menu.str(StrId::ConfigurePasswordHelp);
     }
     std::string footer(MenuContext&) override { return Footer::kChangeLogOut; }
 };

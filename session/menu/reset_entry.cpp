@@ -5,20 +5,25 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
 class ResetEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(14); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::ResetSystemConfiguration);
+    }
     bool enabled(MenuContext&) override {
         return !TryHost("Getting advanced option failed: %s", [] {
                     return HostCtl::TheBackend().GetUserAdvancedOptions()->HasUserOption(
                         "PXEBootEnabled");
                 }).value_or(false);
     }
-    std::string pane(MenuContext& c) override { return c.menu.str(29); }
+    std::string pane(MenuContext& c) override {
+        return c.menu.str(StrId::ResetSystemConfigurationHelp);
+    }
     std::string footer(MenuContext&) override { return Footer::kResetLogOut; }
 };
 

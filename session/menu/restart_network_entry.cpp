@@ -3,23 +3,25 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
-constexpr const char kFooter[] =
-    "{color:white}<Enter>{/color} {color:light-grey}Restart{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
-
 class RestartNetworkEntry : public MenuEntry {
 public:
-    std::string title(MenuContext& c) const override { return c.menu.str(8); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::RestartManagementNetwork);
+    }
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
-    std::string pane(MenuContext& c) override { return c.menu.str(24); }
-    std::string footer(MenuContext&) override { return kFooter; }
+    std::string pane(MenuContext& c) override {
+        return c.menu.str(StrId::RestartManagementNetworkHelp);
+    }
+    std::string footer(MenuContext&) override { return Footer::kRestartLogOutOpen; }
     void open(MenuContext& c) override {
         if (MenuManagementInterface()) return;
-        MessageDialog message(&c.menu, 16, 19);
+        MessageDialog message(&c.menu, StrId::RestartManagementNetworkError,
+                              StrId::ManagementInterfaceNotFound);
         Run(message);
     }
 };
@@ -28,11 +30,6 @@ public:
 
 std::unique_ptr<MenuEntry> MakeRestartNetworkEntry() {
     return std::make_unique<RestartNetworkEntry>();
-}
-
-// The restore entry shows the same footer.
-const char* RestartFooter() {
-    return kFooter;
 }
 
 }  // namespace Tesk

@@ -5,6 +5,7 @@
 #include "platform/hostroot.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
+#include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
@@ -17,7 +18,9 @@ public:
         std::ifstream support(Platform::HostPath(kSupportFile));
         for (std::string line; std::getline(support, line);) text_ += line + "\n";
     }
-    std::string title(MenuContext& c) const override { return c.menu.str(11); }
+    std::string title(MenuContext& c) const override {
+        return c.menu.str(StrId::ViewSupportInformation);
+    }
     std::string pane(MenuContext&) override { return text_; }
     std::string footer(MenuContext&) override { return {}; }
 
