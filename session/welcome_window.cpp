@@ -17,6 +17,7 @@
 #include "platform/hostroot.h"
 #include "platform/syslog.h"
 #include "platform/zsi.h"
+#include "host/product_line.h"
 #include "session/login_dialog.h"
 #include "session/root_window.h"
 #include "ui/key_loop.h"
@@ -88,7 +89,9 @@ std::string MemoryLine(unsigned long long totalBytes) {
 }  // namespace Welcome
 
 WelcomeWindow::WelcomeWindow(bool localConsole)
-    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite), session_(localConsole) {}
+    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite), session_(localConsole) {
+    en_US_Factory::SetProductLineSource(&ReadProductLine);
+}
 
 WelcomeWindow::~WelcomeWindow() = default;
 

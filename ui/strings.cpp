@@ -1,10 +1,10 @@
 #include "ui/strings.h"
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <string>
 
-#include "platform/zsi.h"
 
 namespace Tesk {
 
@@ -432,15 +432,14 @@ std::string& ProductLine() {
     return line;
 }
 
+std::function<std::string()>& ProductLineSource() {
+    static std::function<std::string()> source;
+    return source;
+}
+
 const char* BuildProductLine() {
     std::string& line = ProductLine();
-    if (!line.empty()) return line.c_str();
-    ZSI_SystemVersion v{};
-    if (ZSI_Get(ZSI_NODE_system_version, &v, sizeof v) != 0) return "";
-    char buffer[sizeof v + 32];
-    std::snprintf(buffer, sizeof buffer, "%s %s (Zerkel %s Build %s)", v.productName,
-                  v.productVersion, v.kernelVersion, v.buildNumber);
-    line = buffer;
+    if (line.empty() && ProductLineSource()) line = ProductLineSource()();
     return line.c_str();
 }
 
@@ -455,6 +454,10 @@ StringFactory* StringFactory::GetFactory(std::string_view locale) {
     std::unique_ptr<StringFactory>& instance = Instance();
     if (!instance && locale == "en_US") instance = std::make_unique<en_US_Factory>();
     return instance.get();
+}
+
+void en_US_Factory::SetProductLineSource(std::function<std::string()> source) {
+    ProductLineSource() = std::move(source);
 }
 
 const char* en_US_Factory::get(std::uint32_t id) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <string_view>
 
 namespace Tesk {
@@ -19,13 +21,17 @@ public:
     static StringFactory* GetFactory(std::string_view locale);
 };
 
-// The English table, ids 0 to 289. Id 2 is the product line, built from the
-// system-version node on first use and kept; while the node cannot be read it
-// is empty and the next request tries again.
+// The English table, ids 0 to 289. Id 2 is the product line, which the host
+// knows: it is asked of the source on first use and kept; while the source
+// answers empty (or there is none) the text is empty and the next request
+// asks again.
 class en_US_Factory : public StringFactory {
 public:
     static constexpr std::uint32_t kCount = 290;
     static constexpr std::uint32_t kProductLine = 2;
+
+    // Where the product line comes from (the screens set the host's).
+    static void SetProductLineSource(std::function<std::string()> source);
 
     const char* get(std::uint32_t id) override;
 };

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/hostroot.h"
+#include "host/product_line.h"
 #include "simhost/backend.h"
 #include "store/state.h"
 #include "ui/string_ids.h"
@@ -60,6 +61,7 @@ TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {
                {"faults", {{"zsi.systemVersion", {{"exception", "node unreadable"}}}}}});
 
     StringFactory* table = StringFactory::GetFactory("en_US");
+    Tesk::en_US_Factory::SetProductLineSource(&Tesk::ReadProductLine);
     EXPECT_STREQ(table->get(2), "");
 
     Sim::Update([](Sim::Json& state) { state["faults"] = Sim::Json::object(); });
