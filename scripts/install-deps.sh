@@ -10,7 +10,7 @@ packages=(
   libvterm-dev
   nlohmann-json3-dev
   libgtest-dev libgmock-dev googletest
-  libbenchmark-dev
+  libbenchmark-dev dialog
   less locales
 )
 

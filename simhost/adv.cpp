@@ -17,8 +17,7 @@ const Sim::Json* Section(const Sim::Json& state, const char* key) {
 
 std::optional<HostCtl::Adv::OptionValue> AdvancedOptionImpl::GetOption(
     const std::string& name) const {
-    Sim::CheckFault("adv.getOption");
-    auto state = Sim::Snapshot();
+    auto state = Sim::SnapshotFor("adv.getOption");
     const Sim::Json* options = Section(*state, "advancedOptions");
     if (!options) return std::nullopt;
     auto it = options->find(name);
@@ -44,8 +43,7 @@ void AdvancedOptionImpl::SetIntOption(const std::string& name, std::int64_t valu
 }
 
 bool UserAdvancedOptionImpl::HasUserOption(const std::string& name) const {
-    Sim::CheckFault("adv.hasUserOption");
-    auto state = Sim::Snapshot();
+    auto state = Sim::SnapshotFor("adv.hasUserOption");
     const Sim::Json* options = Section(*state, "userOptions");
     return options && options->contains(name);
 }

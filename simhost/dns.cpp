@@ -23,8 +23,11 @@ void CheckNetStack(const std::string& netStack) {
 }
 
 // The network part of the state, with the snapshot that holds it.
+// The fault of the operation is looked for in the same snapshot.
 struct NetSnapshot {
-    std::shared_ptr<const Json> state = Sim::Snapshot();
+    NetSnapshot() : state(Sim::Snapshot()) {}
+    explicit NetSnapshot(const char* operation) : state(Sim::SnapshotFor(operation)) {}
+    std::shared_ptr<const Json> state;
     const Json& net = M::Net(*state);
 };
 
@@ -129,9 +132,9 @@ bool DnsConfigImpl::IsStale() const {
 }
 
 void DnsConfigImpl::Refresh() {
-    Sim::CheckFault("dns.refresh");
+    const NetSnapshot snapshot("dns.refresh");
     CheckNetStack(netStack_);
-    data_ = NetSnapshot().net.value("dns", Json::object());
+    data_ = snapshot.net.value("dns", Json::object());
     changed_ = false;
 }
 

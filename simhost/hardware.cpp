@@ -19,7 +19,8 @@ const Json& EmptyObject() {
 // reports none), with the snapshot that holds it.
 class Section {
 public:
-    explicit Section(const char* section = nullptr) : state_(Sim::Snapshot()) {
+    // The fault of the operation is looked for in the same snapshot.
+    Section(const char* operation, const char* section) : state_(Sim::SnapshotFor(operation)) {
         auto hardware = state_->find("hardware");
         const Json& all =
             hardware != state_->end() && hardware->is_object() ? *hardware : EmptyObject();
@@ -44,33 +45,27 @@ private:
 }  // namespace
 
 std::string HardwareInfoImpl::GetVendorName() const {
-    Sim::CheckFault("hardware.getVendorName");
-    return Section()->value("vendor", "");
+    return Section("hardware.getVendorName", nullptr)->value("vendor", "");
 }
 
 std::string HardwareInfoImpl::GetProductName() const {
-    Sim::CheckFault("hardware.getProductName");
-    return Section()->value("product", "");
+    return Section("hardware.getProductName", nullptr)->value("product", "");
 }
 
 std::int32_t CpuInfoImpl::GetNumCpuPackages() const {
-    Sim::CheckFault("cpu.getNumCpuPackages");
-    return Section("cpu")->value("packages", 1);
+    return Section("cpu.getNumCpuPackages", "cpu")->value("packages", 1);
 }
 
 std::string CpuInfoImpl::GetModelName() const {
-    Sim::CheckFault("cpu.getModelName");
-    return Section("cpu")->value("model", "");
+    return Section("cpu.getModelName", "cpu")->value("model", "");
 }
 
 std::uint64_t MemoryInfoImpl::GetTotalPages() const {
-    Sim::CheckFault("memory.getTotalPages");
-    return Section("memory")->value("totalPages", std::uint64_t{0});
+    return Section("memory.getTotalPages", "memory")->value("totalPages", std::uint64_t{0});
 }
 
 std::uint64_t MemoryInfoImpl::GetPageSize() const {
-    Sim::CheckFault("memory.getPageSize");
-    return Section("memory")->value("pageSize", std::uint64_t{4096});
+    return Section("memory.getPageSize", "memory")->value("pageSize", std::uint64_t{4096});
 }
 
 }  // namespace ZrkCtl::Hardware

@@ -16,8 +16,11 @@ using HostCtl::Lib::HostCtlException;
 namespace {
 
 // The network part of the state, with the snapshot that holds it.
+// The fault of the operation is looked for in the same snapshot.
 struct NetSnapshot {
-    std::shared_ptr<const Json> state = Sim::Snapshot();
+    NetSnapshot() : state(Sim::Snapshot()) {}
+    explicit NetSnapshot(const char* operation) : state(Sim::SnapshotFor(operation)) {}
+    std::shared_ptr<const Json> state;
     const Json& net = M::Net(*state);
 };
 
@@ -88,8 +91,7 @@ bool PnicImpl::IsStale() const {
 }
 
 void PnicImpl::Refresh() {
-    Sim::CheckFault("pnic.refresh");
-    Json view = PnicView(NetSnapshot().net, name_);
+    Json view = PnicView(NetSnapshot("pnic.refresh").net, name_);
     if (view.is_null()) throw HostCtlException("Physical NIC " + name_ + " not found");
     data_ = std::move(view);
 }
@@ -129,8 +131,7 @@ bool ZrkNicImpl::IsStale() const {
 }
 
 void ZrkNicImpl::Refresh() {
-    Sim::CheckFault("zrkNic.refresh");
-    Json view = NicView(NetSnapshot().net, name_);
+    Json view = NicView(NetSnapshot("zrkNic.refresh").net, name_);
     if (view.is_null()) throw HostCtlException("Zerkel NIC " + name_ + " not found");
     data_ = std::move(view);
     changed_ = false;
@@ -204,8 +205,7 @@ void ZrkNicImpl::SetIpConfig(const HostCtl::Network::IpConfig& config) {
 }
 
 HostCtl::Network::ConnectionPoint ZrkNicImpl::GetPortConnection() {
-    Sim::CheckFault("zrkNic.getPortConnection");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("zrkNic.getPortConnection");
     const Json& net = snapshot.net;
     return ConnectionFromJson(net, Data()["nic"].value("connection", Json()));
 }
@@ -280,24 +280,21 @@ void ZrkNicImpl::RequestRenewal(bool release) {
 // --- PortsetImpl, PortGroupImpl, QdsSwitchImpl -------------------------------
 
 bool PortsetImpl::IsValidVirtualSwitch() const {
-    Sim::CheckFault("vswitch.isValidVirtualSwitch");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.isValidVirtualSwitch");
     const Json& net = snapshot.net;
     return M::FindByName(M::List(net, "standardSwitches"), name_) ||
            M::FindByName(M::List(net, "distributedSwitches"), name_);
 }
 
 std::vector<std::string> PortsetImpl::GetUplinks() const {
-    Sim::CheckFault("vswitch.getUplinks");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.getUplinks");
     const Json& net = snapshot.net;
     return M::Strings(M::Require(net, "standardSwitches", name_, "Virtual switch")
                           .value("uplinks", Json::array()));
 }
 
 std::vector<std::string> PortsetImpl::GetPortGroups() const {
-    Sim::CheckFault("vswitch.getPortGroups");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.getPortGroups");
     const Json& net = snapshot.net;
     std::vector<std::string> names;
     for (const auto& pg : M::Require(net, "standardSwitches", name_, "Virtual switch")
@@ -307,16 +304,14 @@ std::vector<std::string> PortsetImpl::GetPortGroups() const {
 }
 
 std::int64_t PortsetImpl::GetNumPorts() const {
-    Sim::CheckFault("vswitch.getNumPorts");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.getNumPorts");
     const Json& net = snapshot.net;
     return M::Require(net, "standardSwitches", name_, "Virtual switch")
         .value("numPorts", HN::Portset::DEF_NUM_PORTS);
 }
 
 std::int64_t PortsetImpl::GetUsedPorts() const {
-    Sim::CheckFault("vswitch.getUsedPorts");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.getUsedPorts");
     const Json& net = snapshot.net;
     const Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
     std::int64_t used =
@@ -326,16 +321,14 @@ std::int64_t PortsetImpl::GetUsedPorts() const {
 }
 
 std::int64_t PortsetImpl::GetConfiguredPorts() const {
-    Sim::CheckFault("vswitch.getConfiguredPorts");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.getConfiguredPorts");
     const Json& net = snapshot.net;
     const Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
     return s.value("configuredPorts", s.value("numPorts", HN::Portset::DEF_NUM_PORTS));
 }
 
 HostCtl::Network::NicTeamingPolicy PortsetImpl::GetTeamingPolicy() const {
-    Sim::CheckFault("vswitch.getTeamingPolicy");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitch.getTeamingPolicy");
     const Json& net = snapshot.net;
     return M::PolicyFromJson(M::Require(net, "standardSwitches", name_, "Virtual switch")
                                  .value("teamingPolicy", Json::object()));
@@ -408,13 +401,11 @@ HostCtl::Network::PortGroup PortsetImpl::AddPortGroup(const std::string& name,
 }
 
 bool PortGroupImpl::IsValidPortGroup() const {
-    Sim::CheckFault("portGroup.isValidPortGroup");
-    return M::FindPortGroup(NetSnapshot().net, name_).second != nullptr;
+    return M::FindPortGroup(NetSnapshot("portGroup.isValidPortGroup").net, name_).second != nullptr;
 }
 
 HostCtl::Network::PortGroup PortGroupImpl::Get() const {
-    Sim::CheckFault("portGroup.get");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("portGroup.get");
     const Json& net = snapshot.net;
     auto [vswitch, pg] = M::FindPortGroup(net, name_);
     if (!pg) throw HostCtlException("Port group " + name_ + " not found");
@@ -422,8 +413,7 @@ HostCtl::Network::PortGroup PortGroupImpl::Get() const {
 }
 
 std::map<std::string, std::string> QdsSwitchImpl::GetUplinkMap() const {
-    Sim::CheckFault("qds.getUplinkMap");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("qds.getUplinkMap");
     const Json& net = snapshot.net;
     std::map<std::string, std::string> map;
     const Json& uplinks = M::Require(net, "distributedSwitches", name_, "Distributed switch")
@@ -435,16 +425,14 @@ std::map<std::string, std::string> QdsSwitchImpl::GetUplinkMap() const {
 }
 
 std::vector<std::string> QdsSwitchImpl::GetPortIds() const {
-    Sim::CheckFault("qds.getPortIds");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("qds.getPortIds");
     const Json& net = snapshot.net;
     return M::Strings(M::Require(net, "distributedSwitches", name_, "Distributed switch")
                           .value("ports", Json::array()));
 }
 
 std::int64_t QdsSwitchImpl::GetNumPorts() const {
-    Sim::CheckFault("qds.getNumPorts");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("qds.getNumPorts");
     const Json& net = snapshot.net;
     return M::Require(net, "distributedSwitches", name_, "Distributed switch")
         .value("numPorts", std::int64_t{0});
@@ -462,8 +450,7 @@ void QdsSwitchImpl::RemoveUplink(const std::string& pnic) const {
 
 std::vector<std::unique_ptr<HN::Portset>> VirtualSwitchInfoImpl::GetVirtualSwitches(
     HN::PortsetKind kind) const {
-    Sim::CheckFault("vswitchInfo.getVirtualSwitches");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitchInfo.getVirtualSwitches");
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::Portset>> out;
     if (kind == HN::PortsetKind::Qds) return out;
@@ -473,8 +460,7 @@ std::vector<std::unique_ptr<HN::Portset>> VirtualSwitchInfoImpl::GetVirtualSwitc
 }
 
 std::vector<std::unique_ptr<HN::QdsSwitch>> VirtualSwitchInfoImpl::GetQdsSwitches() const {
-    Sim::CheckFault("vswitchInfo.getQdsSwitches");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("vswitchInfo.getQdsSwitches");
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::QdsSwitch>> out;
     for (const auto& q : M::List(net, "distributedSwitches"))
@@ -503,8 +489,7 @@ std::unique_ptr<HN::Portset> VirtualSwitchInfoImpl::AddVirtualSwitch(const std::
 
 std::vector<std::unique_ptr<HN::ZrkNic>> ZerkelNicInfoImpl::GetZerkelNics(
     HN::PortsetKind kind) const {
-    Sim::CheckFault("zrkNicInfo.getZerkelNics");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("zrkNicInfo.getZerkelNics");
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::ZrkNic>> out;
     for (const auto& nic : M::List(net, "zrkNics")) {
@@ -517,8 +502,7 @@ std::vector<std::unique_ptr<HN::ZrkNic>> ZerkelNicInfoImpl::GetZerkelNics(
 }
 
 bool NetworkInfoImpl::IsZrkIpv6Enabled() const {
-    Sim::CheckFault("network.isZrkIpv6Enabled");
-    return NetSnapshot().net.value("ipv6Enabled", false);
+    return NetSnapshot("network.isZrkIpv6Enabled").net.value("ipv6Enabled", false);
 }
 
 void NetworkInfoImpl::SetZrkIpv6Enabled(bool enabled) const {
@@ -527,15 +511,13 @@ void NetworkInfoImpl::SetZrkIpv6Enabled(bool enabled) const {
 }
 
 bool NetworkInfoImpl::GetZrkIpv6EnabledAfterReboot() const {
-    Sim::CheckFault("network.getZrkIpv6EnabledAfterReboot");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("network.getZrkIpv6EnabledAfterReboot");
     const Json& net = snapshot.net;
     return net.value("ipv6EnabledAfterReboot", net.value("ipv6Enabled", false));
 }
 
 std::vector<std::unique_ptr<HN::Pnic>> NetworkInfoImpl::GetPnics(HN::PnicKind kind) const {
-    Sim::CheckFault("network.getPnics");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("network.getPnics");
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::Pnic>> out;
     for (const auto& p : M::List(net, "pnics")) {
@@ -548,8 +530,7 @@ std::vector<std::unique_ptr<HN::Pnic>> NetworkInfoImpl::GetPnics(HN::PnicKind ki
 }
 
 std::vector<HN::PortGroup> NetworkInfoImpl::GetAllPortGroups(HN::PortsetKind kind) const {
-    Sim::CheckFault("network.getAllPortGroups");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("network.getAllPortGroups");
     const Json& net = snapshot.net;
     std::vector<HN::PortGroup> out;
     if (kind == HN::PortsetKind::Qds) return out;
@@ -560,8 +541,7 @@ std::vector<HN::PortGroup> NetworkInfoImpl::GetAllPortGroups(HN::PortsetKind kin
 }
 
 void NetworkInfoImpl::UpdateManagementInterface() {
-    Sim::CheckFault("network.updateManagementInterface");
-    const NetSnapshot snapshot;
+    const NetSnapshot snapshot("network.updateManagementInterface");
     const Json& net = snapshot.net;
     std::string name = net.value("managementInterface", Json()).is_string()
                            ? net["managementInterface"].get<std::string>()
@@ -643,8 +623,9 @@ void NetworkInfoImpl::DisableNetDumper() const {
 }
 
 bool NetworkInfoImpl::IsNetDumperEnabled() const {
-    Sim::CheckFault("network.isNetDumperEnabled");
-    return NetSnapshot().net.value("netDumper", Json::object()).value("enabled", false);
+    return NetSnapshot("network.isNetDumperEnabled")
+        .net.value("netDumper", Json::object())
+        .value("enabled", false);
 }
 
 }  // namespace ZrkCtl::Network

@@ -39,8 +39,7 @@ std::pair<const Json*, const Json*> RequireGroup(const Json& net, const HN::Port
 class PortGroupOpsImpl : public HN::PortGroupOps {
 public:
     std::uint16_t GetVlanId(const HN::PortGroup& group) const override {
-        Sim::CheckFault("portGroup.getVlanId");
-        auto state = Sim::Snapshot();
+        auto state = Sim::SnapshotFor("portGroup.getVlanId");
         auto [vswitch, pg] = RequireGroup(M::Net(*state), group);
         return pg->value("vlanId", std::uint16_t{0});
     }
@@ -55,16 +54,14 @@ public:
     }
 
     std::int64_t GetActiveClients(const HN::PortGroup& group) const override {
-        Sim::CheckFault("portGroup.getActiveClients");
-        auto state = Sim::Snapshot();
+        auto state = Sim::SnapshotFor("portGroup.getActiveClients");
         const Json& net = M::Net(*state);
         auto [vswitch, pg] = RequireGroup(net, group);
         return M::ActiveClients(net, *pg);
     }
 
     HN::NicTeamingPolicy GetTeamingPolicy(const HN::PortGroup& group) const override {
-        Sim::CheckFault("portGroup.getTeamingPolicy");
-        auto state = Sim::Snapshot();
+        auto state = Sim::SnapshotFor("portGroup.getTeamingPolicy");
         auto [vswitch, pg] = RequireGroup(M::Net(*state), group);
         return M::EffectivePolicy(*vswitch, *pg);
     }

@@ -23,13 +23,36 @@ void Update(const std::function<void(Json&)>& change) {
     }
 }
 
-void CheckFault(const std::string& name) {
-    auto fault = ::Sim::Fault(name);
-    if (!fault) return;
+namespace {
+
+// Throws the fault "/faults/<name>" of the state when it is set.
+void ThrowFault(const Json& state, const std::string& name) {
+    auto faults = state.find("faults");
+    if (faults == state.end() || !faults->is_object()) return;
+    auto fault = faults->find(name);
+    if (fault == faults->end() || fault->is_null()) return;
     std::string text =
         fault->is_object() ? fault->value("exception", std::string()) : std::string();
     if (text.empty()) text = "Operation " + name + " failed";
     throw HostCtl::Lib::HostCtlException(text);
+}
+
+}  // namespace
+
+std::shared_ptr<const Json> SnapshotFor(const std::string& name) {
+    auto state = Snapshot();
+    ThrowFault(*state, name);
+    return state;
+}
+
+void CheckFault(const std::string& name) {
+    std::shared_ptr<const Json> state;
+    try {
+        state = ::Sim::Snapshot();
+    } catch (const std::exception&) {
+        return;  // no state, no fault: the operation fails on its own
+    }
+    ThrowFault(*state, name);
 }
 
 }  // namespace ZrkCtl::Sim

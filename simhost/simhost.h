@@ -15,6 +15,10 @@ using Json = ::Sim::Json;
 // or unreadable state arrives as HostCtl::Lib::HostCtlException.
 std::shared_ptr<const Json> Snapshot();
 
+// The state as it is now, after the fault of the operation `name` was looked
+// for in that same state (see CheckFault): one look at the store for both.
+std::shared_ptr<const Json> SnapshotFor(const std::string& name);
+
 // A change of the state as one locked step; failures as HostCtlException.
 void Update(const std::function<void(Json&)>& change);
 

@@ -21,8 +21,7 @@ const Json& Slots(const Json& state) {
 }  // namespace
 
 std::vector<HostCtl::Hardware::SmartCardSlot> SmartCardInfoImpl::GetAllSlots() const {
-    Sim::CheckFault("smartCard.getAllSlots");
-    auto state = Sim::Snapshot();
+    auto state = Sim::SnapshotFor("smartCard.getAllSlots");
     std::vector<HostCtl::Hardware::SmartCardSlot> slots;
     int index = 0;
     for (const auto& s : Slots(*state))
@@ -32,8 +31,7 @@ std::vector<HostCtl::Hardware::SmartCardSlot> SmartCardInfoImpl::GetAllSlots() c
 
 HostCtl::Hardware::SmartCardToken SmartCardInfoImpl::GetToken(
     const HostCtl::Hardware::SmartCardSlot& slot) const {
-    Sim::CheckFault("smartCard.getToken");
-    auto state = Sim::Snapshot();
+    auto state = Sim::SnapshotFor("smartCard.getToken");
     const Json& slots = Slots(*state);
     if (slot.index < 0 || static_cast<size_t>(slot.index) >= slots.size())
         throw HostCtl::Lib::HostCtlException("No such smart card slot: " + slot.name);

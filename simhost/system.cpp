@@ -34,8 +34,10 @@ const Json& Info(const Json& state) {
 }
 
 // The system information, with the snapshot that holds it.
+// The fault of the operation is looked for in the same snapshot.
 struct InfoSnapshot {
-    std::shared_ptr<const Json> state = ZrkCtl::Sim::Snapshot();
+    explicit InfoSnapshot(const char* operation) : state(ZrkCtl::Sim::SnapshotFor(operation)) {}
+    std::shared_ptr<const Json> state;
     const Json& info = Info(*state);
 };
 
@@ -80,13 +82,12 @@ namespace {
 class FirewallRulesetOpsImpl : public HostCtl::System::FirewallRulesetOps {
 public:
     bool IsEnabled(const std::string& id) const override {
-        Sim::CheckFault("firewall.isEnabled");
-        return RequireRuleset(InfoSnapshot().info, id).value("enabled", false);
+        return RequireRuleset(InfoSnapshot("firewall.isEnabled").info, id).value("enabled", false);
     }
 
     bool IsServiceControlled(const std::string& id) const override {
-        Sim::CheckFault("firewall.isServiceControlled");
-        return RequireRuleset(InfoSnapshot().info, id).value("serviceControlled", false);
+        return RequireRuleset(InfoSnapshot("firewall.isServiceControlled").info, id)
+            .value("serviceControlled", false);
     }
 
     void SetEnabled(const std::string& id, bool enabled) const override {
@@ -95,8 +96,7 @@ public:
     }
 
     bool IsActive(const std::string& id) const override {
-        Sim::CheckFault("firewall.isActive");
-        return RequireRuleset(InfoSnapshot().info, id).value("active", false);
+        return RequireRuleset(InfoSnapshot("firewall.isActive").info, id).value("active", false);
     }
 
     void Apply(const std::string& id) const override {
@@ -116,8 +116,7 @@ std::shared_ptr<const HostCtl::System::FirewallRulesetOps> FirewallOperations() 
 }
 
 std::string SystemInfoImpl::GetWelcomeMessage() const {
-    Sim::CheckFault("system.getWelcomeMessage");
-    return InfoSnapshot().info.value("welcomeMessage", "");
+    return InfoSnapshot("system.getWelcomeMessage").info.value("welcomeMessage", "");
 }
 
 void SystemInfoImpl::SetWelcomeMessage(const std::string& message) const {
@@ -135,19 +134,19 @@ void SystemInfoImpl::SetSystemAlert(const std::string& text) const {
 }
 
 std::vector<std::string> SystemInfoImpl::GetSystemAlerts() const {
-    Sim::CheckFault("system.getSystemAlerts");
-    return Strings(InfoSnapshot().info.value("alerts", Json::array()));
+    return Strings(InfoSnapshot("system.getSystemAlerts").info.value("alerts", Json::array()));
 }
 
 std::vector<std::string> SystemInfoImpl::GetKeyboardLayouts() const {
-    Sim::CheckFault("system.getKeyboardLayouts");
-    return Strings(
-        InfoSnapshot().info.value("keyboard", Json::object()).value("layouts", Json::array()));
+    return Strings(InfoSnapshot("system.getKeyboardLayouts")
+                       .info.value("keyboard", Json::object())
+                       .value("layouts", Json::array()));
 }
 
 std::string SystemInfoImpl::GetKeyboardLayout() const {
-    Sim::CheckFault("system.getKeyboardLayout");
-    return InfoSnapshot().info.value("keyboard", Json::object()).value("layout", "");
+    return InfoSnapshot("system.getKeyboardLayout")
+        .info.value("keyboard", Json::object())
+        .value("layout", "");
 }
 
 void SystemInfoImpl::LoadKeyboardMappings(const std::string& layout) const {
@@ -170,8 +169,7 @@ void SystemInfoImpl::SetKeyboardLayout(const std::string& layout) const {
 
 HostCtl::System::FirewallRuleset SystemInfoImpl::GetFirewallRulesetById(
     const std::string& id) const {
-    Sim::CheckFault("system.getFirewallRulesetById");
-    RequireRuleset(InfoSnapshot().info, id);
+    RequireRuleset(InfoSnapshot("system.getFirewallRulesetById").info, id);
     return HostCtl::System::FirewallRuleset(id, FirewallOperations());
 }
 
@@ -204,8 +202,7 @@ std::unique_ptr<HostCtl::Host> GetHost() {
 namespace ZrkCtl::Resource {
 
 std::vector<std::string> ResourceInfoImpl::GetRunningVirtualMachines() const {
-    Sim::CheckFault("resource.getRunningVirtualMachines");
-    auto state = Sim::Snapshot();
+    auto state = Sim::SnapshotFor("resource.getRunningVirtualMachines");
     std::vector<std::string> running;
     auto vms = state->find("vms");
     if (vms == state->end() || !vms->is_array()) return running;

@@ -34,7 +34,7 @@ int AdvCfgMain(int argc, char** argv) {
         }
     }
     if (get) {
-        Json options = Sim::Load().value("advancedOptions", Json::object());
+        Json options = Sim::Snapshot()->value("advancedOptions", Json::object());
         auto it = options.find(*get);
         if (it == options.end() || !it->is_object())
             return Fail(kTool, "Unable to get option " + *get + ": Not found");

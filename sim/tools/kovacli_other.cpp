@@ -69,7 +69,7 @@ int AdvancedSet(const Command& c) {
 int AdvancedList(const Command& c) {
     auto name = OptionValue(c.words, "-o");
     if (!name) return Fail(c.tool, "Missing required parameter -o");
-    Json options = Sim::Load().value("advancedOptions", Json::object());
+    Json options = Sim::Snapshot()->value("advancedOptions", Json::object());
     auto it = options.find(*name);
     if (it == options.end() || !it->is_object())
         return Fail(c.tool, "Unable to find option " + *name);
@@ -89,7 +89,7 @@ int AdvancedList(const Command& c) {
 int VibGet(const Command& c) {
     auto name = OptionValue(c.words, "-n");
     if (!name) return Fail(c.tool, "Missing required parameter -n");
-    Json vibs = Sim::Load().value("vibs", Json::object());
+    Json vibs = Sim::Snapshot()->value("vibs", Json::object());
     auto it = vibs.find(*name);
     if (it == vibs.end() || !it->is_object())
         return Fail(c.tool, "No VIB matching '" + *name + "'.");

@@ -51,7 +51,7 @@ int InitScriptMain(int argc, char** argv) {
     auto args = Arguments(argc, argv);
     const std::string verb = args.empty() ? "" : args[0];
     const bool optional = name == "plex-opsagent";
-    if (optional && !Sim::Load().value("vibs", Json::object()).contains(name)) {
+    if (optional && !Sim::Snapshot()->value("vibs", Json::object()).contains(name)) {
         std::cerr << "sh: /etc/init.d/" << name << ": not found\n";
         return 127;
     }

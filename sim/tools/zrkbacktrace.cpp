@@ -21,8 +21,8 @@ int BacktraceMain(int argc, char** argv) {
     auto dir = OptionValue(args, "-d");
     if (!process || !pattern || !dir)
         return Fail(kTool, "usage: zrkbacktrace -w -n PROCESS -o PATTERN -d DIR", 2);
-    Json state = Sim::Load();
-    if (*process != "hagentd" || !state.value("hostAgent", Json::object()).value("running", true))
+    auto state = Sim::Snapshot();
+    if (*process != "hagentd" || !state->value("hostAgent", Json::object()).value("running", true))
         return Fail(kTool, "process " + *process + " is not running");
 
     std::string name = *pattern;
