@@ -4,6 +4,7 @@
 
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
+#include "hostctl/try_call.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -18,7 +19,7 @@ std::string OrNotAvailable(std::string text) {
 
 bool LoadZrkNics(std::vector<ZrkNicRecord>& records) {
     namespace HN = HostCtl::Network;
-    try {
+    return TryHost("Getting Zerkel nics failed: %s", [&] {
         for (const auto& nic :
              HostCtl::TheBackend().GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
             if (nic->IsStale()) nic->Refresh();
@@ -32,26 +33,18 @@ bool LoadZrkNics(std::vector<ZrkNicRecord>& records) {
                                OrNotAvailable(nic->GetMacAddress().GetStringAddress()),
                                OrNotAvailable(portset), OrNotAvailable(portGroup)});
         }
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Getting Zerkel nics failed: %s", e.what());
-        return false;
-    }
-    return true;
+    });
 }
 
 bool LoadPortGroups(std::vector<PortGroupRecord>& records) {
-    try {
+    // The text names physical NICs although port groups are read; the line is
+    // known under this text.
+    return TryHost("Getting physical nics failed: %s", [&] {
         for (const auto& pg : HostCtl::TheBackend().GetNetworkInfo()->GetAllPortGroups(
                  HostCtl::Network::PortsetKind::All))
             records.push_back(
                 {pg.GetName(), pg.GetVirtualSwitchName(), pg.GetActiveClients(), pg.GetVlanId()});
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        // The text names physical NICs although port groups are read; the
-        // line is known under this text.
-        Platform::Log(LOG_ERR, "Getting physical nics failed: %s", e.what());
-        return false;
-    }
-    return true;
+    });
 }
 
 }  // namespace Tesk

@@ -9,6 +9,7 @@
 #include "host/runner.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
+#include "hostctl/try_call.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -28,14 +29,12 @@ std::optional<int> PnicNumber(const std::string& name) {
 }  // namespace
 
 std::unique_ptr<HN::ZrkNic> GetManagementInterface() {
-    try {
+    auto nic = TryHost("Getting the management interface failed: %s", [] {
         auto info = HostCtl::TheBackend().GetNetworkInfo();
         info->UpdateManagementInterface();
         return info->GetManagementInterface();
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Getting the management interface failed: %s", e.what());
-        return nullptr;
-    }
+    });
+    return nic ? std::move(*nic) : nullptr;
 }
 
 bool IsManagementOnQds() {
@@ -44,12 +43,10 @@ bool IsManagementOnQds() {
         Platform::Log(LOG_ERR, "Could not locate the management interface");
         return false;
     }
-    try {
-        return nic->GetPortConnection().GetType() == HN::ConnectionType::QdsPort;
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Could not determine if a qDS was in use: %s", e.what());
-        return false;
-    }
+    return TryHost(
+               "Could not determine if a qDS was in use: %s",
+               [&] { return nic->GetPortConnection().GetType() == HN::ConnectionType::QdsPort; })
+        .value_or(false);
 }
 
 bool ComparePnicNames(const std::string& a, const std::string& b) {
@@ -59,13 +56,11 @@ bool ComparePnicNames(const std::string& a, const std::string& b) {
 }
 
 bool GetPnicNames(std::vector<std::string>& names) {
-    try {
+    const bool listed = TryHost("Getting physical nics failed: %s", [&] {
         for (const auto& pnic : HostCtl::TheBackend().GetNetworkInfo()->GetPnics(HN::PnicKind::All))
             names.push_back(pnic->GetName());
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Getting physical nics failed: %s", e.what());
-        return false;
-    }
+    });
+    if (!listed) return false;
     std::sort(names.begin(), names.end(), ComparePnicNames);
     return true;
 }
@@ -95,26 +90,21 @@ bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& 
     auto claim = [&](const std::string& nic, const std::string& owner) {
         if (std::find(names.begin(), names.end(), nic) != names.end()) owners[nic] = owner;
     };
-    try {
+    const bool standard = TryHost("Scanning virtual switches failed: %s", [&] {
         info = HostCtl::TheBackend().GetVirtualSwitchInfo();
         for (const auto& s : info->GetVirtualSwitches(HN::PortsetKind::All))
             for (const auto& uplink : s->GetUplinks()) claim(uplink, s->GetName());
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Scanning virtual switches failed: %s", e.what());
-        return false;
-    }
-    try {
+    });
+    if (!standard) return false;
+    const bool distributed = TryHost("Scanning qDS switches failed: %s", [&] {
         for (const auto& q : info->GetQdsSwitches())
             for (const auto& [uplink, port] : q->GetUplinkMap()) claim(uplink, q->GetName());
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Scanning qDS switches failed: %s", e.what());
-        return false;
-    }
-    return true;
+    });
+    return distributed;
 }
 
 bool GetStandardSwitches(std::vector<SwitchSummary>& switches) {
-    try {
+    return TryHost("Gathering standard virtual switch list failed: %s", [&] {
         for (const auto& s : HostCtl::TheBackend().GetVirtualSwitchInfo()->GetVirtualSwitches(
                  HN::PortsetKind::All)) {
             SwitchSummary summary;
@@ -126,11 +116,7 @@ bool GetStandardSwitches(std::vector<SwitchSummary>& switches) {
             summary.configuredPorts = s->GetConfiguredPorts();
             switches.push_back(std::move(summary));
         }
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Gathering standard virtual switch list failed: %s", e.what());
-        return false;
-    }
-    return true;
+    });
 }
 
 std::string JoinNames(const std::vector<std::string>& names) {

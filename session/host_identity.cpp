@@ -1,6 +1,7 @@
 #include "session/host_identity.h"
 
 #include "hostctl/backend.h"
+#include "hostctl/try_call.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 
@@ -8,13 +9,11 @@ namespace Tesk {
 
 std::string HostMessage(const std::string& lead) {
     std::string host, domain;
-    try {
+    TryHost("Getting host name failed: %s", [&] {
         auto dns = HostCtl::TheBackend().GetDnsConfig("defaultNetStack");
         host = dns->GetHostname();
         domain = dns->GetDomain();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Getting host name failed: %s", e.what());
-    }
+    });
     return lead + host + "." + domain + ".";
 }
 

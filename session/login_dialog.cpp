@@ -4,6 +4,7 @@
 
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
+#include "hostctl/try_call.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "session/host_identity.h"
@@ -30,12 +31,10 @@ const char* Str(std::uint32_t id) {
 }
 
 std::string KeyboardLabel() {
-    std::string layout;
-    try {
-        layout = HostCtl::TheBackend().GetSystemInfo()->GetKeyboardLayout();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Getting keyboard layout failed: %s", e.what());
-    }
+    const std::string layout =
+        TryHost("Getting keyboard layout failed: %s", [] {
+            return HostCtl::TheBackend().GetSystemInfo()->GetKeyboardLayout();
+        }).value_or("");
     return "Configured Keyboard (" + layout + ")";
 }
 

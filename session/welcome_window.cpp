@@ -8,16 +8,17 @@
 #include <sstream>
 #include <vector>
 
+#include "host/product_line.h"
 #include "host/queries.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "hostctl/network.h"
 #include "hostctl/system.h"
+#include "hostctl/try_call.h"
 #include "platform/events.h"
 #include "platform/hostroot.h"
 #include "platform/syslog.h"
 #include "platform/zsi.h"
-#include "host/product_line.h"
 #include "session/login_dialog.h"
 #include "session/root_window.h"
 #include "ui/key_loop.h"
@@ -131,12 +132,10 @@ void WelcomeWindow::enterCustomMode(const std::string& message) {
 }
 
 void WelcomeWindow::draw() {
-    std::string message;
-    try {
-        message = HostCtl::TheBackend().GetSystemInfo()->GetWelcomeMessage();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Getting welcome message failed: %s", e.what());
-    }
+    const std::string message =
+        TryHost("Getting welcome message failed: %s", [] {
+            return HostCtl::TheBackend().GetSystemInfo()->GetWelcomeMessage();
+        }).value_or("");
     if (message.empty()) {
         enterDefaultMode();
         fill();
