@@ -1,21 +1,18 @@
 // "Configure Keyboard": only on the host's own console.
 #include "session/menu/menu_entry.h"
 #include "session/session.h"
-#include "ui/dialog.h"
 #include "ui/footers.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
-class KeyboardEntry : public MenuEntry {
+class KeyboardEntry : public FixedTextEntry {
 public:
-    std::string title(MenuContext& c) const override {
-        return c.menu.str(StrId::ConfigureKeyboard);
-    }
+    KeyboardEntry()
+        : FixedTextEntry(StrId::ConfigureKeyboard, StrId::ConfigureKeyboardHelp,
+                         Footer::kMoreLogOut) {}
     bool shown(MenuContext& c) const override { return c.session.localConsole(); }
-    std::string pane(MenuContext& c) override { return c.menu.str(StrId::ConfigureKeyboardHelp); }
-    std::string footer(MenuContext&) override { return Footer::kMoreLogOut; }
 };
 
 }  // namespace

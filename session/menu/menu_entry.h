@@ -59,6 +59,22 @@ public:
     std::string footer(MenuContext&) override { return {}; }
 };
 
+// An entry whose name, pane and footer are fixed texts: most entries start
+// as one and add what they open.
+class FixedTextEntry : public MenuEntry {
+public:
+    FixedTextEntry(std::uint32_t titleId, std::uint32_t paneId, const char* footer)
+        : titleId_(titleId), paneId_(paneId), footer_(footer) {}
+    std::string title(MenuContext& context) const override;
+    std::string pane(MenuContext& context) override;
+    std::string footer(MenuContext&) override { return footer_; }
+
+private:
+    std::uint32_t titleId_;
+    std::uint32_t paneId_;
+    const char* footer_;
+};
+
 using MenuEntryFactory = std::unique_ptr<MenuEntry> (*)();
 
 // Every entry in menu order (separators included).

@@ -3,28 +3,23 @@
 #include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "session/menu/menu_entry.h"
-#include "ui/dialog.h"
 #include "ui/footers.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
-class ResetEntry : public MenuEntry {
+class ResetEntry : public FixedTextEntry {
 public:
-    std::string title(MenuContext& c) const override {
-        return c.menu.str(StrId::ResetSystemConfiguration);
-    }
+    ResetEntry()
+        : FixedTextEntry(StrId::ResetSystemConfiguration, StrId::ResetSystemConfigurationHelp,
+                         Footer::kResetLogOut) {}
     bool enabled(MenuContext&) override {
         return !TryHost("Getting advanced option failed: %s", [] {
                     return HostCtl::TheBackend().GetUserAdvancedOptions()->HasUserOption(
                         "PXEBootEnabled");
                 }).value_or(false);
     }
-    std::string pane(MenuContext& c) override {
-        return c.menu.str(StrId::ResetSystemConfigurationHelp);
-    }
-    std::string footer(MenuContext&) override { return Footer::kResetLogOut; }
 };
 
 }  // namespace

@@ -8,16 +8,12 @@
 namespace Tesk {
 namespace {
 
-class RestartNetworkEntry : public MenuEntry {
+class RestartNetworkEntry : public FixedTextEntry {
 public:
-    std::string title(MenuContext& c) const override {
-        return c.menu.str(StrId::RestartManagementNetwork);
-    }
+    RestartNetworkEntry()
+        : FixedTextEntry(StrId::RestartManagementNetwork, StrId::RestartManagementNetworkHelp,
+                         Footer::kRestartLogOutOpen) {}
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
-    std::string pane(MenuContext& c) override {
-        return c.menu.str(StrId::RestartManagementNetworkHelp);
-    }
-    std::string footer(MenuContext&) override { return Footer::kRestartLogOutOpen; }
     void open(MenuContext& c) override {
         if (MenuManagementInterface()) return;
         MessageDialog message(&c.menu, StrId::RestartManagementNetworkError,

@@ -1,23 +1,18 @@
 // "Test Management Network".
 #include "session/menu/management.h"
 #include "session/menu/menu_entry.h"
-#include "ui/dialog.h"
 #include "ui/footers.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
 namespace {
 
-class TestNetworkEntry : public MenuEntry {
+class TestNetworkEntry : public FixedTextEntry {
 public:
-    std::string title(MenuContext& c) const override {
-        return c.menu.str(StrId::TestManagementNetwork);
-    }
+    TestNetworkEntry()
+        : FixedTextEntry(StrId::TestManagementNetwork, StrId::TestManagementNetworkHelp,
+                         Footer::kRunTestLogOut) {}
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
-    std::string pane(MenuContext& c) override {
-        return c.menu.str(StrId::TestManagementNetworkHelp);
-    }
-    std::string footer(MenuContext&) override { return Footer::kRunTestLogOut; }
 };
 
 }  // namespace
