@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -32,25 +31,32 @@ std::string ReadFile(const fs::path& path) {
     return text.str();
 }
 
+// The texts between backticks in a table cell.
+std::vector<std::string> Quoted(const std::string& cell) {
+    std::vector<std::string> quoted;
+    for (std::size_t open = cell.find('`'); open != std::string::npos;) {
+        const std::size_t close = cell.find('`', open + 1);
+        if (close == std::string::npos) break;
+        quoted.push_back(cell.substr(open + 1, close - open - 1));
+        open = cell.find('`', close + 1);
+    }
+    return quoted;
+}
+
 // The rows of the table under the heading "## Include rules": the first cell
 // names a folder, the second the folders it may include, each in backticks.
 std::vector<Rule> ReadRules() {
     std::istringstream doc(ReadFile(kRoot / "docs/architecture.md"));
     std::vector<Rule> rules;
     bool inSection = false;
-    const std::regex quoted("`([^`]+)`");
     for (std::string line; std::getline(doc, line);) {
         if (line.rfind("## ", 0) == 0) inSection = line == "## Include rules";
         if (!inSection || line.rfind("| `", 0) != 0) continue;
         const auto bar = line.find('|', 1);
-        const std::string first = line.substr(1, bar - 1);
-        const std::string second = line.substr(bar + 1, line.find('|', bar + 1) - bar - 1);
-        std::smatch m;
-        if (!std::regex_search(first, m, quoted)) continue;
-        Rule rule{m[1], {}};
-        for (std::sregex_iterator it(second.begin(), second.end(), quoted), end; it != end; ++it)
-            rule.allowed.push_back((*it)[1]);
-        rules.push_back(rule);
+        const auto folder = Quoted(line.substr(1, bar - 1));
+        if (folder.empty()) continue;
+        rules.push_back(
+            {folder.front(), Quoted(line.substr(bar + 1, line.find('|', bar + 1) - bar - 1))});
     }
     return rules;
 }
@@ -89,10 +95,16 @@ std::vector<std::string> SourceFiles() {
 std::vector<std::string> ProjectIncludes(const std::string& file) {
     std::istringstream text(ReadFile(kRoot / file));
     std::vector<std::string> includes;
-    const std::regex include(R"re(^\s*#\s*include\s*"([^"]+/[^"]+)")re");
     for (std::string line; std::getline(text, line);) {
-        std::smatch m;
-        if (std::regex_search(line, m, include)) includes.push_back(m[1]);
+        const std::size_t hash = line.find_first_not_of(" \t");
+        if (hash == std::string::npos || line[hash] != '#') continue;
+        const std::size_t word = line.find_first_not_of(" \t", hash + 1);
+        if (word == std::string::npos || line.compare(word, 7, "include") != 0) continue;
+        const std::size_t open = line.find('"', word + 7);
+        const std::size_t close = open == std::string::npos ? open : line.find('"', open + 1);
+        if (close == std::string::npos) continue;
+        const std::string path = line.substr(open + 1, close - open - 1);
+        if (path.find('/') != std::string::npos) includes.push_back(path);
     }
     return includes;
 }
