@@ -132,6 +132,7 @@ void WelcomeWindow::enterCustomMode(const std::string& message) {
 }
 
 void WelcomeWindow::draw() {
+    DrawBatch batch;
     const std::string message =
         TryHost("Getting welcome message failed: %s", [] {
             return HostCtl::TheBackend().GetSystemInfo()->GetWelcomeMessage();

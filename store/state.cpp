@@ -192,6 +192,16 @@ bool HasState() {
 
 std::shared_ptr<const Json> Snapshot() {
     const std::string path = StatePath();
+    // Writers replace the file by rename, so a file with the key of the kept
+    // document is that document: no lock is needed to use it again.
+    {
+        Cache& cache = TheCache();
+        std::lock_guard guard(cache.mutex);
+        struct stat st {};
+        if (cache.document && !cache.racy && cache.path == path && ::stat(path.c_str(), &st) == 0 &&
+            cache.key == KeyOf(st))
+            return cache.document;
+    }
     StateLock lock(path, StateLock::Mode::Shared);
     return CurrentUnlocked(path);
 }

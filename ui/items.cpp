@@ -425,7 +425,7 @@ void ItemList::placeCursor() {
     SetCursorVisible(true);
     if (text.curses()) {
         wmove(text.curses(), 0, column);
-        wrefresh(text.curses());
+        Show(text.curses());
     }
 }
 

@@ -107,6 +107,8 @@ void StartSignalHandling() {
 }
 
 int WaitForInput(const timeval* limit) {
+    // Whatever was drawn is on the terminal before the wait.
+    doupdate();
     pollfd fds[2] = {{g_inputFd, POLLIN, 0}, {g_pipe[0], POLLIN, 0}};
     int timeoutMs = -1;
     if (limit) timeoutMs = static_cast<int>(limit->tv_usec / 1000 + limit->tv_sec * 1000);

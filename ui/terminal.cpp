@@ -96,6 +96,9 @@ void SetupCurses() {
     cbreak();
     noecho();
     keypad(stdscr, TRUE);
+    // Every refresh is drawn whole: no look at the keyboard (a poll per
+    // refresh) to cut a refresh short when a key is waiting.
+    typeahead(-1);
     SetupColours();
     RegisterEscapeSequences();
     refresh();

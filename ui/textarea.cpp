@@ -111,7 +111,7 @@ void TextArea::paint() {
 
 void TextArea::draw() {
     paint();
-    if (curses()) wrefresh(curses());
+    Show(curses());
 }
 
 }  // namespace Tesk

@@ -9,7 +9,29 @@ namespace Tesk {
 
 namespace {
 Window* g_current = nullptr;
+
+int g_batchDepth = 0;
 }  // namespace
+
+DrawBatch::DrawBatch() {
+    ++g_batchDepth;
+}
+
+DrawBatch::~DrawBatch() {
+    if (--g_batchDepth == 0) doupdate();
+}
+
+bool DrawBatch::outermost() const {
+    return g_batchDepth == 1;
+}
+
+void Show(WINDOW* win) {
+    if (!win) return;
+    if (g_batchDepth > 0)
+        wnoutrefresh(win);
+    else
+        wrefresh(win);
+}
 
 Window* CurrentWindow() {
     return g_current;
@@ -59,6 +81,8 @@ void Window::removeChild(Window* child) {
 }
 
 void Window::setActive(bool active) {
+    // A focus change walks the whole window tree: its drawing goes out once.
+    DrawBatch batch;
     active_ = active;
     if (active) {
         if (win_) wbkgd(win_, TextAttr(background_, foreground_));
@@ -84,7 +108,8 @@ void Window::setActive(bool active) {
         paint();
         redraw();
     }
-    flushinp();
+    // Type-ahead is dropped once per focus change, not once per window.
+    if (batch.outermost()) flushinp();
 }
 
 void Window::setColours(int background, int foreground) {
@@ -96,7 +121,7 @@ void Window::setColours(int background, int foreground) {
 void Window::redraw() {
     if (!win_) return;
     touchwin(win_);
-    wrefresh(win_);
+    Show(win_);
 }
 
 void Window::print(int column, int row, const std::string& text) {

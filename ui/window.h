@@ -67,6 +67,22 @@ private:
     bool active_ = true;
 };
 
+// Collects what windows draw while it lives and sends it to the terminal in
+// one go when the outermost batch ends, instead of one write per window. The
+// key reader sends whatever is pending before it waits.
+class DrawBatch {
+public:
+    DrawBatch();
+    ~DrawBatch();
+    DrawBatch(const DrawBatch&) = delete;
+    DrawBatch& operator=(const DrawBatch&) = delete;
+    bool outermost() const;
+};
+
+// Sends a curses window's drawing to the terminal: now, or with the open
+// batch.
+void Show(WINDOW* win);
+
 // The innermost window running (the one that takes keys), or none.
 Window* CurrentWindow();
 void SetCurrentWindow(Window* w);
