@@ -1,11 +1,9 @@
 // Host values that look like markup are shown as the text they are, on every
 // screen that shows host data: the welcome screen, the login dialog, the
 // menu's panes.
-#include <chrono>
 #include <string>
-#include <thread>
 
-#include "tests/session/session_support.h"
+#include "tests/session/robustness_steps.h"
 #include "ui/markup.h"
 #include "ui/markup_escape.h"
 
@@ -14,23 +12,6 @@ using namespace SessionTest;
 namespace {
 
 constexpr int kCols = 100, kRows = 30;
-
-std::string Heading(ConsoleSession& console) {
-    std::string row = console.row(1);
-    return static_cast<int>(row.size()) > kCols / 2 + 2 ? row.substr(kCols / 2 + 2) : "";
-}
-
-// Moves the menu's selection down until the pane's heading is entry.
-bool SelectEntry(ConsoleSession& console, const std::string& entry) {
-    for (int i = 0; i < 20 && Heading(console) != entry; ++i) {
-        const std::string before = Heading(console);
-        console.key(Key::Down);
-        console.waitFor([&] { return Heading(console) != before; }, "the selection moved",
-                        std::chrono::milliseconds(500));
-        console.waitForQuiet();
-    }
-    return Heading(console) == entry;
-}
 
 TEST(HostText, EscapingKeepsTextAndLines) {
     EXPECT_EQ(Tesk::EscapeHostText("{color:red}x{/color}"), "{{}color:red}x{{}/color}");
@@ -73,9 +54,9 @@ TEST(HostText, MarkupInHostValuesShowsAsText) {
     ASSERT_TRUE(console.waitForText("System Customization"));
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
 
-    ASSERT_TRUE(SelectEntry(console, "Configure Management Network")) << console.text();
+    ASSERT_TRUE(SelectEntry(console, "Configure Management Network", kCols)) << console.text();
     EXPECT_TRUE(console.find("{color:red}x{align:right}")) << console.text();
-    ASSERT_TRUE(SelectEntry(console, "View Support Information")) << console.text();
+    ASSERT_TRUE(SelectEntry(console, "View Support Information", kCols)) << console.text();
     EXPECT_TRUE(console.find("{color:red}Support{align:right}")) << console.text();
 }
 

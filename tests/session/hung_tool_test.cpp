@@ -10,7 +10,7 @@
 #include <string>
 #include <thread>
 
-#include "tests/session/session_support.h"
+#include "tests/session/robustness_steps.h"
 
 using namespace SessionTest;
 
@@ -18,42 +18,20 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// True when the process has ended (gone, or a zombie nobody reaped yet).
-bool Gone(pid_t pid) {
-    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
-    std::string line;
-    if (!std::getline(stat, line)) return true;
-    const auto close = line.rfind(')');
-    return close != std::string::npos && line.compare(close + 2, 1, "Z") == 0;
-}
-
-bool GoneWithin(pid_t pid, std::chrono::seconds limit) {
-    const auto deadline = Clock::now() + TeskTest::Scaled(limit);
-    while (!Gone(pid)) {
-        if (Clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
-
 // The management tool hangs and ignores SIGTERM; its pid goes to /tmp/tool.
 class HungTool {
 public:
     explicit HungTool(const SimRoot& root) : root_(root) {
-        std::filesystem::remove(root.path("/bin/rux-cmd"));
-        root.writeFile("/bin/rux-cmd", "#!/bin/sh\ntrap '' TERM\necho $$ > " +
-                                           root.path("/tmp/tool") + "\nexec sleep 300\n");
-        ::chmod(root.path("/bin/rux-cmd").c_str(), 0755);
+        ReplaceTool(root, "/bin/rux-cmd", "trap '' TERM\necho $$ > $R/tmp/tool\nexec sleep 300");
     }
     ~HungTool() {
         if (pid_ > 0 && !Gone(pid_)) ::kill(pid_, SIGKILL);
     }
     // Waits until the console has started the tool.
     bool started(ConsoleSession& console) {
-        if (!console.waitFor([&] { return !root_.tryReadFile("/tmp/tool").value_or("").empty(); },
-                             "the tool started"))
+        if (!console.waitFor([&] { return PidIn(root_, "/tmp/tool") > 0; }, "the tool started"))
             return false;
-        pid_ = std::stoi(*root_.tryReadFile("/tmp/tool"));
+        pid_ = PidIn(root_, "/tmp/tool");
         return true;
     }
     pid_t pid() const { return pid_; }
@@ -97,9 +75,7 @@ TEST(HungTool, TheScreenSaysPleaseWaitAndAQuitSignalEndsConsoleAndTool) {
 
 TEST(HungTool, ASlowToolShowsTheNoticeUntilItAnswers) {
     SimRoot root;
-    std::filesystem::remove(root.path("/bin/rux-cmd"));
-    root.writeFile("/bin/rux-cmd", "#!/bin/sh\nsleep 1\necho true\n");
-    ::chmod(root.path("/bin/rux-cmd").c_str(), 0755);
+    ReplaceTool(root, "/bin/rux-cmd", "sleep 1\necho true");
     ConsoleSession console(root, LocalConsole());
     LogInTowardsTheMenu(console);
     EXPECT_TRUE(console.waitForText("Please, wait ..."));
