@@ -24,6 +24,7 @@
 #include "platform/syslog.h"
 #include "ui/keyreader.h"
 #include "ui/terminal.h"
+#include "ui/wait_notice.h"
 #include "ui/window.h"
 
 namespace Tesk {
@@ -145,6 +146,7 @@ int RunConsole(int argc, char** argv,
     if (argc > 1) vt = ParseVirtualTerminal(argv[1]);
 
     StartSignalHandling();
+    InstallWaitNotice();
 
     int devnull = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (devnull >= 0) {

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,9 +13,12 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <cstring>
+#include <optional>
 
 #include "platform/hostroot.h"
 #include "platform/syslog.h"
+#include "platform/waiting.h"
 
 namespace Tesk {
 namespace {
@@ -29,6 +32,9 @@ constexpr int kFallbackPollMs = 20;
 // any capture, bounded so that a grandchild still writing cannot keep us here.
 constexpr size_t kDrainWhileRunning = 64 * 1024;
 constexpr size_t kDrainAfterExit = 1024 * 1024;
+// How long a tool's process group has to end after SIGTERM, when the console
+// is ending, before SIGKILL follows.
+constexpr std::chrono::milliseconds kTermGrace{1000};
 
 void CloseFd(int& fd) {
     if (fd >= 0) ::close(fd);
@@ -98,35 +104,77 @@ bool SetNonBlocking(int fd) {
     return flags >= 0 && ::fcntl(fd, F_SETFL, flags | O_NONBLOCK) == 0;
 }
 
-// Starts the child with its standard streams on the given pipe ends, a clean
-// signal mask and default signal actions (the console blocks its signals for
-// its signal thread; a tool must not inherit that).
-pid_t Spawn(const std::string& path, const char* const argv[], int in, int out, int err) {
+// Starts the child with its standard streams on the given pipe ends, in a
+// process group of its own (so that it can be ended together with whatever it
+// starts), with a clean signal mask and default signal actions (the console
+// blocks its signals for its signal thread; a tool must not inherit that), and
+// bound to the console's life: when the thread that started it dies (the
+// console killed with SIGKILL) the kernel kills the child.
+//
+// fork and exec rather than posix_spawn, because the death signal can only be
+// asked for in between. Between the two the child makes only
+// async-signal-safe calls. Returns the child's pid, or -1 with *error set
+// (also when exec failed: the child reports its errno through a pipe).
+pid_t Spawn(const std::string& path, const char* const argv[], int in, int out, int err,
+            int* error) {
     static const char* const environment[] = {"PYTHONHOME=/", nullptr};
-    posix_spawn_file_actions_t actions;
-    posix_spawnattr_t attr;
-    if (::posix_spawn_file_actions_init(&actions) != 0) return -1;
-    if (::posix_spawnattr_init(&attr) != 0) {
-        ::posix_spawn_file_actions_destroy(&actions);
+    int report[2] = {-1, -1};
+    if (::pipe2(report, O_CLOEXEC) != 0) {
+        *error = errno;
         return -1;
     }
-    ::posix_spawn_file_actions_adddup2(&actions, in, STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, err, STDERR_FILENO);
-    sigset_t none, all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    sigdelset(&all, SIGKILL);
-    sigdelset(&all, SIGSTOP);
-    ::posix_spawnattr_setsigmask(&attr, &none);
-    ::posix_spawnattr_setsigdefault(&attr, &all);
-    ::posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    pid_t pid = -1;
-    int rc = ::posix_spawn(&pid, path.c_str(), &actions, &attr, const_cast<char* const*>(argv),
-                           const_cast<char* const*>(environment));
-    ::posix_spawnattr_destroy(&attr);
-    ::posix_spawn_file_actions_destroy(&actions);
-    return rc == 0 ? pid : -1;
+    const pid_t parent = ::getpid();
+    const pid_t pid = ::fork();
+    if (pid < 0) {
+        *error = errno;
+        ::close(report[0]);
+        ::close(report[1]);
+        return -1;
+    }
+    if (pid == 0) {
+        ::setpgid(0, 0);
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != parent) ::_exit(127);  // the console died before the line above
+        // Above the standard descriptors first, so that no dup2 overwrites
+        // another stream's pipe.
+        const int streams[3] = {::fcntl(in, F_DUPFD_CLOEXEC, 3), ::fcntl(out, F_DUPFD_CLOEXEC, 3),
+                                ::fcntl(err, F_DUPFD_CLOEXEC, 3)};
+        int failure = 0;
+        for (int i = 0; i < 3 && failure == 0; ++i)
+            if (streams[i] < 0 || ::dup2(streams[i], i) < 0) failure = errno;
+        if (failure == 0) {
+            struct sigaction defaults {};
+            defaults.sa_handler = SIG_DFL;
+            sigemptyset(&defaults.sa_mask);
+            for (int sig = 1; sig < NSIG; ++sig)
+                if (sig != SIGKILL && sig != SIGSTOP) ::sigaction(sig, &defaults, nullptr);
+            sigset_t none;
+            sigemptyset(&none);
+            ::sigprocmask(SIG_SETMASK, &none, nullptr);
+            ::execve(path.c_str(), const_cast<char* const*>(argv),
+                     const_cast<char* const*>(environment));
+            failure = errno;
+        }
+        ssize_t ignored = ::write(report[1], &failure, sizeof failure);
+        (void)ignored;
+        ::_exit(127);
+    }
+    // The parent sets the group too, so that it exists before anyone signals
+    // it (after the exec this fails harmlessly).
+    ::setpgid(pid, pid);
+    ::close(report[1]);
+    int childError = 0;
+    ssize_t n = 0;
+    while ((n = ::read(report[0], &childError, sizeof childError)) < 0 && errno == EINTR) {
+    }
+    ::close(report[0]);
+    if (n > 0) {
+        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        *error = childError;
+        return -1;
+    }
+    return pid;
 }
 
 int MillisecondsUntil(Clock::time_point deadline) {
@@ -165,8 +213,38 @@ int ClampedCount(int count) {
 
 }  // namespace
 
-int RunCommand(const char* path, const char* const argv[], char* output, int* outputLength,
-               char* error, int* errorLength, const char* input, int inputLength, int timeLimit) {
+std::string CommandOutcome::describe() const {
+    switch (end) {
+        case End::Exited:
+            return "exit status " + std::to_string(status);
+        case End::Signalled: {
+            const char* name = ::strsignal(signal);
+            return "ended by signal " + std::to_string(signal) + " (" + (name ? name : "?") + ")";
+        }
+        case End::TimedOut:
+            return "killed at its time limit of " + std::to_string(timeLimit) + " seconds";
+        case End::Interrupted:
+            return "ended because the console is ending";
+        case End::NotStarted:
+            return std::string("could not be started: ") + std::strerror(error);
+        case End::WaitFailed:
+            return std::string("waiting for it failed: ") + std::strerror(error);
+    }
+    return {};
+}
+
+CommandOutcome RunCommandDetailed(const char* path, const char* const argv[], char* output,
+                                  int* outputLength, char* error, int* errorLength,
+                                  const char* input, int inputLength, int timeLimit) {
+    CommandOutcome outcome;
+    outcome.timeLimit = timeLimit;
+    const std::string program = Platform::HostPath(path ? path : "");
+    if (Platform::QuitRequested()) {
+        // The console is on its way out: no new tool is started.
+        outcome.end = CommandOutcome::End::Interrupted;
+        Platform::Log(LOG_WARNING, "Not starting %s: the console is ending", program.c_str());
+        return outcome;
+    }
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
     auto closeAll = [&] {
         for (int* p : {in, out, err}) {
@@ -176,13 +254,14 @@ int RunCommand(const char* path, const char* const argv[], char* output, int* ou
     };
     if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0 ||
         ::pipe2(err, O_CLOEXEC) != 0) {
+        outcome.error = errno;
         closeAll();
-        return -1;
+        return outcome;
     }
-    pid_t pid = Spawn(Platform::HostPath(path ? path : ""), argv, in[0], out[1], err[1]);
+    pid_t pid = Spawn(program, argv, in[0], out[1], err[1], &outcome.error);
     if (pid < 0) {
         closeAll();
-        return -1;
+        return outcome;
     }
     CloseFd(in[0]);
     CloseFd(out[1]);
@@ -206,27 +285,64 @@ int RunCommand(const char* path, const char* const argv[], char* output, int* ou
 
     // Wait for the child while draining its output, so that it never blocks
     // on a full pipe; the kernel tells us through a process descriptor when it
-    // ends.
+    // ends, and through the quit descriptor when the console is to end.
     int pidfd = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
+    const int quitFd = Platform::QuitDescriptor();
+    const Clock::time_point started = Clock::now();
     const bool limited = timeLimit > 0;
-    const Clock::time_point deadline = Clock::now() + std::chrono::seconds(limited ? timeLimit : 0);
-    int status = -1;
-    bool exitedNormally = false;
-    for (bool ended = false; !ended;) {
-        pollfd fds[4];
+    const Clock::time_point deadline = started + std::chrono::seconds(limited ? timeLimit : 0);
+    const Clock::time_point slowAt =
+        started + std::chrono::milliseconds(Platform::kSlowWaitMilliseconds);
+    // Set once the group is to go: when SIGKILL follows the SIGTERM.
+    std::optional<Clock::time_point> killAt;
+    bool killing = false;  // SIGKILL sent to the group
+    bool toldSlow = false;
+    bool ended = false;
+    int status = 0;
+
+    // Once the child has ended (its zombie keeps the group's id from being
+    // reused) the rest of its group goes with it, then the child is reaped.
+    auto reap = [&](bool endGroup) {
+        if (endGroup) ::kill(-pid, SIGKILL);
+        int st = 0;
+        pid_t w;
+        while ((w = ::waitpid(pid, &st, 0)) < 0 && errno == EINTR) {
+        }
+        if (w == pid) {
+            status = st;
+        } else {
+            outcome.end = CommandOutcome::End::WaitFailed;
+            outcome.error = errno;
+        }
+        ended = true;
+    };
+    auto endGroup = [&](const char* why) {
+        Platform::Log(LOG_WARNING, "%s", why);
+        ::kill(-pid, SIGTERM);
+        killAt = Clock::now() + kTermGrace;
+        outcome.end = CommandOutcome::End::Interrupted;
+    };
+
+    while (!ended) {
+        pollfd fds[5];
         nfds_t n = 0;
         fds[n++] = {pidfd, POLLIN, 0};
         fds[n++] = {captures[0].fd, POLLIN, 0};
         fds[n++] = {captures[1].fd, POLLIN, 0};
         fds[n++] = {feed.fd, POLLOUT, 0};
-        int timeout = limited ? MillisecondsUntil(deadline) : -1;
+        fds[n++] = {killAt ? -1 : quitFd, POLLIN, 0};
+        Clock::time_point next = Clock::time_point::max();
+        if (limited && !killing) next = std::min(next, deadline);
+        if (!toldSlow) next = std::min(next, slowAt);
+        if (killAt && !killing) next = std::min(next, *killAt);
+        int timeout = next == Clock::time_point::max() ? -1 : MillisecondsUntil(next);
         if (pidfd < 0) timeout = timeout < 0 ? kFallbackPollMs : std::min(timeout, kFallbackPollMs);
         int ready = ::poll(fds, n, timeout);
         if (ready < 0 && errno != EINTR) {
             Platform::LogSystemError("poll() failed");
-            ::kill(pid, SIGKILL);
-            while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-            }
+            ::kill(-pid, SIGKILL);
+            reap(false);
+            outcome.end = CommandOutcome::End::WaitFailed;
             break;
         }
         if (ready > 0) {
@@ -234,29 +350,41 @@ int RunCommand(const char* path, const char* const argv[], char* output, int* ou
                 if (fds[1 + i].revents) captures[i].Drain(kDrainWhileRunning);
             if (fds[3].revents) feed.Write();
         }
-        if (pidfd < 0 || (ready > 0 && fds[0].revents)) {
-            int st = 0;
-            pid_t w = ::waitpid(pid, &st, WNOHANG);
-            if (w == pid) {
-                status = st;
-                exitedNormally = WIFEXITED(st);
-                ended = true;
-            } else if (w < 0 && errno != EINTR) {
-                ended = true;  // the wait failed: the status stays unknown
-            }
+        const Clock::time_point now = Clock::now();
+        bool childEnded = ready > 0 && fds[0].revents;
+        if (pidfd < 0) {
+            siginfo_t info{};
+            childEnded =
+                ::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+                info.si_pid == pid;
         }
-        if (!ended && limited && Clock::now() >= deadline) {
+        if (childEnded) {
+            reap(killAt.has_value() || killing);
+            break;
+        }
+        if (ready > 0 && fds[4].revents && !killAt) {
+            endGroup("Killing process group because the console is ending");
+        } else if (limited && !killing && !killAt && now >= deadline) {
             Platform::Log(LOG_WARNING, "Killing process because %d seconds timeout expired",
                           timeLimit);
-            ::kill(pid, SIGKILL);
-            while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-            }
-            ended = true;
+            ::kill(-pid, SIGKILL);
+            killing = true;
+            outcome.end = CommandOutcome::End::TimedOut;
+        }
+        if (killAt && !killing && now >= *killAt) {
+            // A tool that ignores SIGTERM.
+            ::kill(-pid, SIGKILL);
+            killing = true;
+        }
+        if (!toldSlow && now >= slowAt) {
+            toldSlow = true;
+            Platform::NotifySlowWait(true);
         }
     }
     CloseFd(feed.fd);
     sigpipe.raised = feed.brokenPipe;
     CloseFd(pidfd);
+    if (toldSlow) Platform::NotifySlowWait(false);
 
     // What the child wrote before it ended is in the pipes now; a grandchild
     // that still holds them open is not waited for.
@@ -267,9 +395,27 @@ int RunCommand(const char* path, const char* const argv[], char* output, int* ou
     if (output && outputLength) *outputLength = captures[0].failed ? -1 : captures[0].count;
     if (error && errorLength) *errorLength = captures[1].failed ? -1 : captures[1].count;
 
-    if (exitedNormally) return WEXITSTATUS(status);
+    const bool stopped = outcome.end == CommandOutcome::End::TimedOut ||
+                         outcome.end == CommandOutcome::End::Interrupted ||
+                         outcome.end == CommandOutcome::End::WaitFailed;
+    if (!stopped) {
+        if (WIFEXITED(status)) {
+            outcome.end = CommandOutcome::End::Exited;
+            outcome.status = WEXITSTATUS(status);
+            return outcome;
+        }
+        outcome.end = CommandOutcome::End::Signalled;
+        outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    }
     Platform::Log(LOG_ERR, "%s", "Run Command did not terminate normally");
-    return -1;
+    return outcome;
+}
+
+int RunCommand(const char* path, const char* const argv[], char* output, int* outputLength,
+               char* error, int* errorLength, const char* input, int inputLength, int timeLimit) {
+    return RunCommandDetailed(path, argv, output, outputLength, error, errorLength, input,
+                              inputLength, timeLimit)
+        .result();
 }
 
 int RunShellCommand(const char* line) {

@@ -23,6 +23,31 @@ inline constexpr int kCaptureCapacity = kCaptureBufferSize - 1;
 // The limit the management-tool queries run under, in seconds.
 inline constexpr int kQueryTimeLimit = 120;
 
+// How one run of a child ended, for callers that report or judge more than
+// the exit status.
+struct CommandOutcome {
+    enum class End {
+        Exited,       // it ended by itself: `status` is its exit status
+        Signalled,    // a signal ended it (not one of the runner's): `signal`
+        TimedOut,     // killed with its process group at `timeLimit`
+        Interrupted,  // the console is ending: ended with its process group, or not started
+        NotStarted,   // it could not be started: `error` is the errno
+        WaitFailed,   // waiting for it failed: `error`
+    };
+    End end = End::NotStarted;
+    int status = 0;
+    int signal = 0;
+    int error = 0;
+    int timeLimit = 0;
+
+    // What RunCommand answers: the exit status, or -1.
+    int result() const { return end == End::Exited ? status : -1; }
+    // For log lines: "exit status 3", "ended by signal 9 (Killed)", "killed at
+    // its time limit of 120 seconds", "ended because the console is ending",
+    // "could not be started: No such file or directory".
+    std::string describe() const;
+};
+
 // Starts `path` with `argv`, an environment of exactly "PYTHONHOME=/", its
 // standard input, output and error on pipes, and waits for it.
 //
@@ -37,11 +62,26 @@ inline constexpr int kQueryTimeLimit = 120;
 // is killed, "Killing process because %d seconds timeout expired" is logged at
 // warning level, and whatever it wrote so far is returned.
 //
+// The child runs in a process group of its own and is killed by the kernel
+// when the console dies (even by SIGKILL). At the time limit the whole group
+// is killed. When the console is asked to quit while the child runs
+// (Platform::NoteQuitRequest) the group gets SIGTERM, then SIGKILL one second
+// later, "Killing process group because the console is ending" is logged at
+// warning level, and the run ends at once; once a quit was noted no child is
+// started at all ("Not starting %s: the console is ending"). A run that lasts
+// longer than Platform::kSlowWaitMilliseconds is announced through
+// Platform::NotifySlowWait (true, then false at its end).
+//
 // Returns the child's exit status (0-255), or -1 when it could not be
 // started (silently), was killed, or did not end normally ("Run Command did
 // not terminate normally" at error level). Safe to call from several threads.
 int RunCommand(const char* path, const char* const argv[], char* output, int* outputLength,
                char* error, int* errorLength, const char* input, int inputLength, int timeLimit);
+
+// RunCommand that tells how the child ended.
+CommandOutcome RunCommandDetailed(const char* path, const char* const argv[], char* output,
+                                  int* outputLength, char* error, int* errorLength,
+                                  const char* input, int inputLength, int timeLimit);
 
 // "/bin/sh" "sh" "-c" line; nothing captured, no input, no time limit.
 int RunShellCommand(const char* line);
@@ -71,8 +111,11 @@ int RuxCmdRun(const char* path, const char* const argv[], char* output, int* out
 void RefreshHostAgent(const std::string& user);
 
 // A true/false management-tool query ("ruxsvc/auth/lockdown_is_enabled") run
-// as kServiceAccount under kQueryTimeLimit: true exactly when the answer
-// begins with "true".
+// as kServiceAccount under kQueryTimeLimit: true exactly when the tool ended by
+// itself (whatever its exit status) and its answer begins with "true". A tool
+// killed at the limit, by a signal or because the console is ending answers
+// false, whatever it printed before. A failure is logged as "rux-cmd
+// invocation failure: <how it ended>".
 bool RuxCmdGet(const char* query);
 
 // The auto-stop sequence as user (the logged-in user), then

@@ -71,11 +71,13 @@ bool RuxCmdGet(const char* query) {
     const char* argv[] = {"rux-cmd", "-U", kServiceAccount, path.c_str(), nullptr};
     char out[kCaptureBufferSize] = {};
     int outLength = kCaptureCapacity;
-    int rc =
-        RunCommand(kRuxCmd, argv, out, &outLength, nullptr, nullptr, nullptr, 0, kQueryTimeLimit);
-    int err = errno;
+    const CommandOutcome outcome = RunCommandDetailed(kRuxCmd, argv, out, &outLength, nullptr,
+                                                      nullptr, nullptr, 0, kQueryTimeLimit);
     out[outLength > 0 ? std::min(outLength, kCaptureCapacity) : 0] = '\0';
-    if (rc != 0) Platform::Log(LOG_ERR, "rux-cmd invocation failure: %s", std::strerror(err));
+    if (outcome.result() != 0)
+        Platform::Log(LOG_ERR, "rux-cmd invocation failure: %s", outcome.describe().c_str());
+    // A tool stopped before its end gave no answer, whatever it printed.
+    if (outcome.end != CommandOutcome::End::Exited) return false;
     return std::strncmp(out, "true", 4) == 0;
 }
 

@@ -1,9 +1,10 @@
 #include "session/host_identity.h"
 
 #include "hostctl/backend.h"
-#include "hostctl/try_call.h"
 #include "hostctl/exception.h"
+#include "hostctl/try_call.h"
 #include "platform/syslog.h"
+#include "ui/markup_escape.h"
 
 namespace Tesk {
 
@@ -14,7 +15,7 @@ std::string HostMessage(const std::string& lead) {
         host = dns->GetHostname();
         domain = dns->GetDomain();
     });
-    return lead + host + "." + domain + ".";
+    return lead + EscapeHostText(host) + "." + EscapeHostText(domain) + ".";
 }
 
 }  // namespace Tesk

@@ -14,6 +14,7 @@
 #include "ui/input_items.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
+#include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
@@ -35,7 +36,7 @@ std::string KeyboardLabel() {
         TryHost("Getting keyboard layout failed: %s", [] {
             return HostCtl::TheBackend().GetSystemInfo()->GetKeyboardLayout();
         }).value_or("");
-    return "Configured Keyboard (" + layout + ")";
+    return "Configured Keyboard (" + EscapeHostText(layout) + ")";
 }
 
 }  // namespace

@@ -24,6 +24,7 @@
 #include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
+#include "ui/markup_escape.h"
 #include "ui/palette.h"
 #include "ui/string_ids.h"
 #include "ui/strings.h"
@@ -153,8 +154,11 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     if (heading == nullptr || *heading == '\0') return {};
     out << heading;
 
-    std::string host = HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
-    if (!host.empty() && host != "localhost") out << "\nhttps://" << host << "/ ";
+    const std::string host =
+        TryHost("Getting host name failed: %s", [] {
+            return HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
+        }).value_or("");
+    if (!host.empty() && host != "localhost") out << "\nhttps://" << EscapeHostText(host) << "/ ";
 
     // Without a management interface there is no address to offer.
     if (!nic) return out.str();
@@ -164,7 +168,8 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     const bool dhcp = configured.GetUseDhcp();
     const bool ipv4Off = configured.GetIpv4UseNone();
     const bool noLease = current.GetIpv4Address().GetStringAddress() == "0.0.0.0";
-    if (!ipv4Off) out << "\nhttps://" << current.GetIpv4Address().GetStringAddress() << "/ ";
+    if (!ipv4Off)
+        out << "\nhttps://" << EscapeHostText(current.GetIpv4Address().GetStringAddress()) << "/ ";
     if (!dhcp && !ipv4Off) out << ModeLabel(StrId::Static);
     if (dhcp) out << ModeLabel(noLease ? StrId::WaitingForDhcp : StrId::Dhcp);
 
@@ -175,7 +180,8 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
         for (size_t i = 0; i < networks.size() && i < 4; ++i) {
             std::string line;
             line.reserve(100);
-            line += "https://[" + networks[i].GetAddress().GetStringAddress() + "]/ ";
+            line +=
+                "https://[" + EscapeHostText(networks[i].GetAddress().GetStringAddress()) + "]/ ";
             switch (static_cast<int>(networks[i].GetIpv6AddressType())) {
                 case 0:
                     line += ModeLabel(StrId::Static);
@@ -199,17 +205,27 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     return out.str();
 }
 
+// Each fact is asked on its own: a host that cannot tell one still shows the
+// others.
 void WelcomeWindow::fillHostFacts() {
-    auto hardware = HostCtl::TheBackend().GetHardwareInfo();
-    auto cpu = HostCtl::TheBackend().GetCpuInfo();
-    auto memory = HostCtl::TheBackend().GetMemoryInfo();
     productLine_->setText(Str(StrId::ProductLine));
-    vendorLine_->setText(
-        Welcome::VendorLine(hardware->GetVendorName(), hardware->GetProductName()));
-    hardware_->setText(
-        Welcome::ProcessorLine(cpu->GetNumCpuPackages(), cpu->GetModelName()) + "\n" +
-        Welcome::MemoryLine(static_cast<unsigned long long>(memory->GetTotalPages()) *
-                            memory->GetPageSize()));
+    vendorLine_->setText(EscapeHostText(TryHost("Getting hardware vendor failed: %s", [] {
+                                            auto hardware = HostCtl::TheBackend().GetHardwareInfo();
+                                            return Welcome::VendorLine(hardware->GetVendorName(),
+                                                                       hardware->GetProductName());
+                                        }).value_or("")));
+    const std::string processor =
+        TryHost("Getting processor information failed: %s", [] {
+            auto cpu = HostCtl::TheBackend().GetCpuInfo();
+            return Welcome::ProcessorLine(cpu->GetNumCpuPackages(), cpu->GetModelName());
+        }).value_or("");
+    const std::string memory =
+        TryHost("Getting memory information failed: %s", [] {
+            auto info = HostCtl::TheBackend().GetMemoryInfo();
+            return Welcome::MemoryLine(static_cast<unsigned long long>(info->GetTotalPages()) *
+                                       info->GetPageSize());
+        }).value_or("");
+    hardware_->setText(EscapeHostText(processor) + "\n" + memory);
 }
 
 void WelcomeWindow::fill() {
@@ -240,11 +256,11 @@ void WelcomeWindow::fill() {
         } else {
             management_->setText(text);
         }
-        fillHostFacts();
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting host information failed: %s", e.what());
         management_->setText("");
     }
+    fillHostFacts();
 }
 
 void WelcomeWindow::login(bool shutdownPath) {

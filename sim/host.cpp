@@ -12,6 +12,7 @@
 #include "platform/hostroot.h"
 #include "sim/profiles.h"
 #include "sim/tools.h"
+#include "sim/tools/consoles.h"
 #include "store/state.h"
 
 namespace Sim {
@@ -144,18 +145,12 @@ bool ChangeCard(const std::string& root, const std::string& userId, std::string&
         for (auto& slot : slots) slot["token"] = nullptr;
         if (!userId.empty()) slots[0]["token"] = {{"userIds", Json::array({userId})}};
     });
-    std::ifstream pidFile(fs::path(root) / "var/run/tesk.pid");
-    long pid = -1;
-    if (!(pidFile >> pid) || pid <= 0) {
-        message = "card changed; no console pid in var/run/tesk.pid to tell";
+    const int told = Tools::SignalConsoles(fs::absolute(root).string(), SIGUSR1);
+    if (told == 0) {
+        message = "card changed; no console running on the root to tell";
         return false;
     }
-    if (::kill(static_cast<pid_t>(pid), SIGUSR1) != 0) {
-        message =
-            "card changed; console " + std::to_string(pid) + " not told: " + std::strerror(errno);
-        return false;
-    }
-    message = "card changed; console " + std::to_string(pid) + " told";
+    message = "card changed; " + std::to_string(told) + " console(s) told";
     return true;
 }
 

@@ -24,8 +24,9 @@ std::vector<std::pair<std::string, std::string>> PamEnvironment(const std::strin
 std::pair<std::string, std::string> DemoLogin();
 
 // Puts a card carrying userId into the first slot, or takes every card out
-// (userId empty), then sends SIGUSR1 to the console named in the root's pid
-// file. Returns false with a message when the console could not be told.
+// (userId empty), then sends SIGUSR1 to the consoles running on the root
+// (Tools::RunningConsoles). Returns false with a message when there was none
+// to tell.
 bool ChangeCard(const std::string& root, const std::string& userId, std::string& message);
 
 // The folder holding tesk-sim, where tesk is built or installed beside it.

@@ -2,32 +2,22 @@
 #include "simhost/adv.h"
 
 #include "simhost/simhost.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Adv {
-
-namespace {
-
-// The object `key` of a snapshot, or null.
-const Sim::Json* Section(const Sim::Json& state, const char* key) {
-    auto it = state.find(key);
-    return it != state.end() && it->is_object() ? &*it : nullptr;
-}
-
-}  // namespace
 
 std::optional<HostCtl::Adv::OptionValue> AdvancedOptionImpl::GetOption(
     const std::string& name) const {
     auto state = Sim::SnapshotFor("adv.getOption");
-    const Sim::Json* options = Section(*state, "advancedOptions");
-    if (!options) return std::nullopt;
-    auto it = options->find(name);
-    if (it == options->end() || !it->is_object()) return std::nullopt;
+    const Sim::Json& options = Sim::Object(*state, "advancedOptions");
+    if (!Sim::Member(options, name)) return std::nullopt;
+    const Sim::Json& option = Sim::Object(options, name);
     HostCtl::Adv::OptionValue v;
-    auto value = it->find("value");
-    const Sim::Json& given = value != it->end() ? *value : Sim::Json();
-    if (it->value("type", "integer") == "integer" && given.is_number_integer()) {
+    const Sim::Json* value = Sim::Member(option, "value");
+    const Sim::Json& given = value ? *value : Sim::Json();
+    if (Sim::Text(option, "type", "integer") == "integer" && given.is_number_integer()) {
         v.type = HostCtl::Adv::OptionValue::Type::Integer;
-        v.intValue = given.get<std::int64_t>();
+        v.intValue = Sim::Integer<std::int64_t>(option, "value", 0);
     } else {
         v.type = HostCtl::Adv::OptionValue::Type::String;
         v.stringValue = given.is_string() ? given.get<std::string>() : given.dump();
@@ -44,8 +34,7 @@ void AdvancedOptionImpl::SetIntOption(const std::string& name, std::int64_t valu
 
 bool UserAdvancedOptionImpl::HasUserOption(const std::string& name) const {
     auto state = Sim::SnapshotFor("adv.hasUserOption");
-    const Sim::Json* options = Section(*state, "userOptions");
-    return options && options->contains(name);
+    return Sim::Member(Sim::Object(*state, "userOptions"), name) != nullptr;
 }
 
 }  // namespace ZrkCtl::Adv

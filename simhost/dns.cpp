@@ -6,8 +6,10 @@
 
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
+#include "platform/regular_file.h"
 #include "simhost/netmodel.h"
 #include "simhost/network.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Network {
 
@@ -73,8 +75,7 @@ RoutingInfoImpl::RoutingInfoImpl(std::string netStack) : netStack_(std::move(net
 HostCtl::Network::Ipv4Address RoutingInfoImpl::GetZerkelDefaultGateway() const {
     Sim::CheckFault("routing.getZerkelDefaultGateway");
     CheckNetStack(netStack_);
-    std::string gw =
-        NetSnapshot().net.value("routing", Json::object()).value("ipv4Gateway", "0.0.0.0");
+    std::string gw = Sim::Text(Sim::Object(NetSnapshot().net, "routing"), "ipv4Gateway", "0.0.0.0");
     return HostCtl::Network::Ipv4Address::IsValidAddress(gw) ? HostCtl::Network::Ipv4Address(gw)
                                                              : HostCtl::Network::Ipv4Address();
 }
@@ -86,9 +87,7 @@ void RoutingInfoImpl::SetZerkelDefaultGateway(const HostCtl::Network::Ipv4Addres
     Sim::Update([&](Json& state) {
         Json& net = M::Net(state);
         if (checkReachable && !gateway.IsAnyAddress()) {
-            std::string mgmt = net.value("managementInterface", Json()).is_string()
-                                   ? net["managementInterface"].get<std::string>()
-                                   : "";
+            std::string mgmt = Sim::Text(net, "managementInterface");
             const Json* nic = M::FindByName(M::List(net, "zrkNics"), mgmt);
             auto current = M::IpConfigFromJson(nic ? M::CurrentOf(net, *nic) : Json::object());
             std::uint32_t mask = current.GetIpv4Netmask().GetAddress();
@@ -104,7 +103,7 @@ void RoutingInfoImpl::SetZerkelDefaultGateway(const HostCtl::Network::Ipv4Addres
 HostCtl::Network::Ipv6Address RoutingInfoImpl::GetIpv6ZerkelDefaultGateway() const {
     Sim::CheckFault("routing.getIpv6ZerkelDefaultGateway");
     CheckNetStack(netStack_);
-    std::string gw = NetSnapshot().net.value("routing", Json::object()).value("ipv6Gateway", "::");
+    std::string gw = Sim::Text(Sim::Object(NetSnapshot().net, "routing"), "ipv6Gateway", "::");
     return HostCtl::Network::Ipv6Address::IsValidAddress(gw) ? HostCtl::Network::Ipv6Address(gw)
                                                              : HostCtl::Network::Ipv6Address();
 }
@@ -125,7 +124,7 @@ DnsConfigImpl::DnsConfigImpl(std::string netStack) : netStack_(std::move(netStac
 bool DnsConfigImpl::IsStale() const {
     if (!data_ || changed_) return true;
     try {
-        return NetSnapshot().net.value("dns", Json::object()) != *data_;
+        return Sim::Object(NetSnapshot().net, "dns") != *data_;
     } catch (const HostCtlException&) {
         return true;
     }
@@ -134,7 +133,7 @@ bool DnsConfigImpl::IsStale() const {
 void DnsConfigImpl::Refresh() {
     const NetSnapshot snapshot("dns.refresh");
     CheckNetStack(netStack_);
-    data_ = snapshot.net.value("dns", Json::object());
+    data_ = Sim::Object(snapshot.net, "dns");
     changed_ = false;
 }
 
@@ -152,18 +151,18 @@ void DnsConfigImpl::Change(const std::string& fault, const std::function<void(Js
 
 std::string DnsConfigImpl::GetHostname() {
     Sim::CheckFault("dns.getHostname");
-    return Data().value("hostname", "");
+    return Sim::Text(Data(), "hostname");
 }
 
 std::string DnsConfigImpl::GetDomain() {
     Sim::CheckFault("dns.getDomain");
-    return Data().value("domain", "");
+    return Sim::Text(Data(), "domain");
 }
 
 std::vector<HostCtl::Network::Ipv4Address> DnsConfigImpl::GetNameServers() {
     Sim::CheckFault("dns.getNameServers");
     std::vector<HostCtl::Network::Ipv4Address> out;
-    for (const auto& s : M::Strings(Data().value("nameServers", Json::array())))
+    for (const auto& s : Sim::Texts(Data(), "nameServers"))
         if (HostCtl::Network::Ipv4Address::IsValidAddress(s)) out.emplace_back(s);
     return out;
 }
@@ -172,7 +171,7 @@ std::vector<HostCtl::Network::Ipv6Address> DnsConfigImpl::GetIpv6NameServers(
     bool includeLinkLocal) {
     Sim::CheckFault("dns.getIpv6NameServers");
     std::vector<HostCtl::Network::Ipv6Address> out;
-    for (const auto& s : M::Strings(Data().value("ipv6NameServers", Json::array()))) {
+    for (const auto& s : Sim::Texts(Data(), "ipv6NameServers")) {
         if (!HostCtl::Network::Ipv6Address::IsValidAddress(s)) continue;
         HostCtl::Network::Ipv6Address a(s);
         if (includeLinkLocal || !a.IsLinkLocal()) out.push_back(a);
@@ -182,7 +181,7 @@ std::vector<HostCtl::Network::Ipv6Address> DnsConfigImpl::GetIpv6NameServers(
 
 std::vector<std::string> DnsConfigImpl::GetSearchDomains() {
     Sim::CheckFault("dns.getSearchDomains");
-    return M::Strings(Data().value("searchDomains", Json::array()));
+    return Sim::Texts(Data(), "searchDomains");
 }
 
 void DnsConfigImpl::SetHostname(const std::string& hostname, bool save) {
@@ -223,7 +222,7 @@ void DnsConfigImpl::AddUserNameServer(const HostCtl::Network::IpAddress& server)
                                ? server.GetStringAddress()
                                : static_cast<const HostCtl::Network::Ipv6Address&>(server)
                                      .GetScopedStringAddress();
-        auto list = M::Strings(dns.value(key, Json::array()));
+        auto list = Sim::Texts(dns, key);
         if (std::find(list.begin(), list.end(), text) == list.end()) list.push_back(text);
         dns[key] = list;
     });
@@ -237,7 +236,7 @@ void DnsConfigImpl::SetSearchDomainsString(const std::string& text) {
 void DnsConfigImpl::AddUserSearchDomain(const std::string& domain) {
     if (domain.empty()) throw HostCtlException("Empty search domain");
     Change("dns.addUserSearchDomain", [&](Json& dns) {
-        auto list = M::Strings(dns.value("searchDomains", Json::array()));
+        auto list = Sim::Texts(dns, "searchDomains");
         if (std::find(list.begin(), list.end(), domain) == list.end()) list.push_back(domain);
         dns["searchDomains"] = list;
     });
@@ -256,8 +255,10 @@ void DnsConfigImpl::SaveConfig() {
 bool HostsFileImpl::RemoveEntryByHostName(const std::string& hostname) const {
     Sim::CheckFault("hostsFile.removeEntryByHostName");
     std::string path = Tesk::Platform::HostPath(path_);
-    std::ifstream in(path);
-    if (!in) throw HostCtlException("Cannot read " + path_);
+    std::string failure;
+    const auto text = Tesk::Platform::ReadRegularFile(path, &failure);
+    if (!text) throw HostCtlException("Cannot read " + path_ + ": " + failure);
+    std::istringstream in(*text);
     std::string out, line;
     bool found = false;
     const std::string wanted = Lower(hostname);

@@ -3,6 +3,7 @@
 
 #include "hostctl/exception.h"
 #include "simhost/simhost.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Hardware {
 
@@ -10,29 +11,21 @@ namespace {
 
 using Json = Sim::Json;
 
-const Json& EmptyObject() {
-    static const Json empty = Json::object();
-    return empty;
-}
-
 // "/hardware", or "/hardware/<section>" (an object; throws when the host
 // reports none), with the snapshot that holds it.
 class Section {
 public:
     // The fault of the operation is looked for in the same snapshot.
     Section(const char* operation, const char* section) : state_(Sim::SnapshotFor(operation)) {
-        auto hardware = state_->find("hardware");
-        const Json& all =
-            hardware != state_->end() && hardware->is_object() ? *hardware : EmptyObject();
+        const Json& all = Sim::Object(*state_, "hardware");
         if (!section) {
             data_ = &all;
             return;
         }
-        auto it = all.find(section);
-        if (it == all.end() || !it->is_object())
+        if (!Sim::Member(all, section))
             throw HostCtl::Lib::HostCtlException(std::string("Hardware information '") + section +
                                                  "' is not available");
-        data_ = &*it;
+        data_ = &Sim::Object(all, section);
     }
     const Json& operator*() const { return *data_; }
     const Json* operator->() const { return data_; }
@@ -45,27 +38,27 @@ private:
 }  // namespace
 
 std::string HardwareInfoImpl::GetVendorName() const {
-    return Section("hardware.getVendorName", nullptr)->value("vendor", "");
+    return Sim::Text(*Section("hardware.getVendorName", nullptr), "vendor");
 }
 
 std::string HardwareInfoImpl::GetProductName() const {
-    return Section("hardware.getProductName", nullptr)->value("product", "");
+    return Sim::Text(*Section("hardware.getProductName", nullptr), "product");
 }
 
 std::int32_t CpuInfoImpl::GetNumCpuPackages() const {
-    return Section("cpu.getNumCpuPackages", "cpu")->value("packages", 1);
+    return Sim::Integer<std::int32_t>(*Section("cpu.getNumCpuPackages", "cpu"), "packages", 1);
 }
 
 std::string CpuInfoImpl::GetModelName() const {
-    return Section("cpu.getModelName", "cpu")->value("model", "");
+    return Sim::Text(*Section("cpu.getModelName", "cpu"), "model");
 }
 
 std::uint64_t MemoryInfoImpl::GetTotalPages() const {
-    return Section("memory.getTotalPages", "memory")->value("totalPages", std::uint64_t{0});
+    return Sim::Integer<std::uint64_t>(*Section("memory.getTotalPages", "memory"), "totalPages", 0);
 }
 
 std::uint64_t MemoryInfoImpl::GetPageSize() const {
-    return Section("memory.getPageSize", "memory")->value("pageSize", std::uint64_t{4096});
+    return Sim::Integer<std::uint64_t>(*Section("memory.getPageSize", "memory"), "pageSize", 4096);
 }
 
 }  // namespace ZrkCtl::Hardware

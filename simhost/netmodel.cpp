@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "hostctl/exception.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Network::Model {
 
@@ -12,27 +13,8 @@ namespace HN = HostCtl::Network;
 
 namespace {
 
-const Json& EmptyArray() {
-    static const Json empty = Json::array();
-    return empty;
-}
-
-const Json& EmptyObject() {
-    static const Json empty = Json::object();
-    return empty;
-}
-
-std::string Text(const Json& j, const char* key, const std::string& fallback = {}) {
-    if (!j.is_object()) return fallback;
-    auto it = j.find(key);
-    return it != j.end() && it->is_string() ? it->get<std::string>() : fallback;
-}
-
-bool Flag(const Json& j, const char* key, bool fallback = false) {
-    if (!j.is_object()) return fallback;
-    auto it = j.find(key);
-    return it != j.end() && it->is_boolean() ? it->get<bool>() : fallback;
-}
+using ZrkCtl::Sim::Flag;
+using ZrkCtl::Sim::Text;
 
 HN::Ipv4Address Ipv4(const Json& j, const char* key) {
     std::string text = Text(j, key);
@@ -44,22 +26,27 @@ constexpr const char* kTypeNames[] = {"static",    "other",     "temporary", "de
                                       "random",    "dhcp"};
 constexpr const char* kScopeNames[] = {"unknown", "linkLocal", "siteLocal", "global", "loopback"};
 
+// A member given by name or by number; fallback when missing, a failure
+// when it is neither a known name nor a number in range.
 template <std::size_t N>
-int IndexOf(const char* const (&names)[N], const Json& value, int fallback) {
-    if (value.is_number_integer()) {
-        int v = value.get<int>();
-        return v >= 0 && v < static_cast<int>(N) ? v : fallback;
+int IndexOf(const char* const (&names)[N], const Json& from, const char* key, int fallback) {
+    const Json* value = ZrkCtl::Sim::Member(from, key);
+    if (!value) return fallback;
+    if (value->is_number_integer()) {
+        const auto v = ZrkCtl::Sim::Integer<int>(from, key, fallback);
+        if (v >= 0 && v < static_cast<int>(N)) return v;
+    } else if (value->is_string()) {
+        for (std::size_t i = 0; i < N; ++i)
+            if (value->get<std::string>() == names[i]) return static_cast<int>(i);
     }
-    if (!value.is_string()) return fallback;
-    for (std::size_t i = 0; i < N; ++i)
-        if (value.get<std::string>() == names[i]) return static_cast<int>(i);
-    return fallback;
+    ZrkCtl::Sim::WrongValue(key, *value, "a known name or number");
 }
 
 // The interface's part of a lease from "/network/dhcpServer".
 bool Ipv4Lease(const Json& net, HN::Ipv4Address& address, HN::Ipv4Address& netmask) {
-    const Json& server = net.contains("dhcpServer") ? net["dhcpServer"] : Json();
-    if (!server.is_object() || !Flag(server, "answers", true)) return false;
+    if (!ZrkCtl::Sim::Member(net, "dhcpServer")) return false;
+    const Json& server = ZrkCtl::Sim::Object(net, "dhcpServer");
+    if (!Flag(server, "answers", true)) return false;
     address = Ipv4(server, "ipv4Address");
     netmask = Ipv4(server, "ipv4Netmask");
     return !address.IsAnyAddress();
@@ -89,8 +76,7 @@ Json& Net(Json& state) {
 }
 
 const Json& Net(const Json& state) {
-    auto it = state.find("network");
-    return it != state.end() && it->is_object() ? *it : EmptyObject();
+    return ZrkCtl::Sim::Object(state, "network");
 }
 
 Json* FindByName(Json& array, const std::string& name) {
@@ -111,8 +97,7 @@ Json& List(Json& net, const char* key) {
 }
 
 const Json& List(const Json& net, const char* key) {
-    auto it = net.find(key);
-    return it != net.end() && it->is_array() ? *it : EmptyArray();
+    return ZrkCtl::Sim::Entries(net, key);
 }
 
 Json& Require(Json& net, const char* key, const std::string& name, const char* what) {
@@ -136,28 +121,22 @@ std::pair<Json*, Json*> FindPortGroup(Json& net, const std::string& name) {
 }
 
 std::pair<const Json*, const Json*> FindPortGroup(const Json& net, const std::string& name) {
-    for (const auto& vswitch : List(net, "standardSwitches")) {
-        if (!vswitch.is_object() || !vswitch.contains("portGroups")) continue;
-        if (const Json* pg = FindByName(vswitch["portGroups"], name)) return {&vswitch, pg};
-    }
+    for (const auto& vswitch : List(net, "standardSwitches"))
+        if (const Json* pg = FindByName(List(vswitch, "portGroups"), name)) return {&vswitch, pg};
     return {nullptr, nullptr};
 }
 
 std::vector<std::string> Strings(const Json& array) {
-    std::vector<std::string> out;
-    if (!array.is_array()) return out;
-    for (const auto& s : array)
-        if (s.is_string()) out.push_back(s.get<std::string>());
-    return out;
+    return ZrkCtl::Sim::TextsOf(array, "list of names");
 }
 
 HN::NicTeamingPolicy PolicyFromJson(const Json& j) {
     HN::NicTeamingPolicy p;
-    if (!j.is_object()) return p;
-    p.SetActiveUplinks(Strings(j.value("activeUplinks", Json::array())));
-    p.SetStandbyUplinks(Strings(j.value("standbyUplinks", Json::array())));
-    if (j.contains("maxActiveUplinks") && j["maxActiveUplinks"].is_number_integer())
-        p.SetMaxActiveUplinks(j["maxActiveUplinks"].get<std::int32_t>());
+    if (j.is_null()) return p;
+    p.SetActiveUplinks(ZrkCtl::Sim::Texts(j, "activeUplinks"));
+    p.SetStandbyUplinks(ZrkCtl::Sim::Texts(j, "standbyUplinks"));
+    if (ZrkCtl::Sim::Member(j, "maxActiveUplinks"))
+        p.SetMaxActiveUplinks(ZrkCtl::Sim::Integer<std::int32_t>(j, "maxActiveUplinks", 0));
     return p;
 }
 
@@ -168,10 +147,9 @@ Json PolicyToJson(const HN::NicTeamingPolicy& p) {
 }
 
 HN::NicTeamingPolicy EffectivePolicy(const Json& vswitch, const Json& portGroup) {
-    if (portGroup.is_object() && portGroup.contains("teamingPolicy") &&
-        portGroup["teamingPolicy"].is_object())
-        return PolicyFromJson(portGroup["teamingPolicy"]);
-    return PolicyFromJson(vswitch.value("teamingPolicy", Json::object()));
+    if (ZrkCtl::Sim::Member(portGroup, "teamingPolicy"))
+        return PolicyFromJson(ZrkCtl::Sim::Object(portGroup, "teamingPolicy"));
+    return PolicyFromJson(ZrkCtl::Sim::Object(vswitch, "teamingPolicy"));
 }
 
 const char* TypeName(HN::Ipv6AddressType type) {
@@ -183,14 +161,12 @@ const char* ScopeName(HN::Ipv6Scope scope) {
 
 HN::Ipv6Network Ipv6NetworkFromJson(const Json& j) {
     std::string address = Text(j, "address");
-    int prefix = j.value("prefixLength", 64);
+    int prefix = ZrkCtl::Sim::Integer<int>(j, "prefixLength", 64);
     HN::Ipv6Address a(address);
-    auto type =
-        static_cast<HN::Ipv6AddressType>(IndexOf(kTypeNames, j.value("type", Json("static")), 0));
+    auto type = static_cast<HN::Ipv6AddressType>(IndexOf(kTypeNames, j, "type", 0));
     int scopeFallback =
         static_cast<int>(a.IsLinkLocal() ? HN::Ipv6Scope::LinkLocal : HN::Ipv6Scope::Global);
-    auto scope =
-        static_cast<HN::Ipv6Scope>(IndexOf(kScopeNames, j.value("scope", Json()), scopeFallback));
+    auto scope = static_cast<HN::Ipv6Scope>(IndexOf(kScopeNames, j, "scope", scopeFallback));
     return HN::Ipv6Network(a, prefix, type, scope);
 }
 
@@ -212,8 +188,8 @@ HN::IpConfig IpConfigFromJson(const Json& j) {
     c.SetUseIpv6Dhcp(Flag(j, "dhcpv6"));
     c.SetUseIpv6RouterAdvertised(Flag(j, "routerAdvertised"));
     c.SetDhcpDns(Flag(j, "dhcpDns"));
-    if (j.is_object() && j.contains("ipv6Addresses")) {
-        for (const auto& n : j["ipv6Addresses"]) {
+    {
+        for (const auto& n : ZrkCtl::Sim::Entries(j, "ipv6Addresses")) {
             try {
                 c.AddIpv6Network(Ipv6NetworkFromJson(n));
             } catch (const HostCtl::Lib::HostCtlException&) {
@@ -241,28 +217,26 @@ Json IpConfigToJson(const HN::IpConfig& c) {
 int ConnectedNics(const Json& net, const std::string& portGroup) {
     int count = 0;
     for (const auto& nic : List(net, "zrkNics")) {
-        const Json& c = nic.is_object() && nic.contains("connection") ? nic["connection"] : Json();
+        const Json& c = ZrkCtl::Sim::Object(nic, "connection");
         if (Text(c, "type") == "portGroup" && Text(c, "portGroup") == portGroup) ++count;
     }
     return count;
 }
 
 std::int64_t ActiveClients(const Json& net, const Json& portGroup) {
-    std::int64_t vms = portGroup.is_object() ? portGroup.value("vmClients", std::int64_t{0}) : 0;
+    std::int64_t vms = ZrkCtl::Sim::Integer<std::int64_t>(portGroup, "vmClients", 0);
     return ConnectedNics(net, Text(portGroup, "name")) + vms;
 }
 
 std::string UplinkOwner(const Json& net, const std::string& pnic) {
     std::string owner;
     for (const auto& s : List(net, "standardSwitches")) {
-        auto uplinks = Strings(s.value("uplinks", Json::array()));
+        auto uplinks = ZrkCtl::Sim::Texts(s, "uplinks");
         if (std::find(uplinks.begin(), uplinks.end(), pnic) != uplinks.end())
             owner = Text(s, "name");
     }
-    for (const auto& q : List(net, "distributedSwitches")) {
-        const Json& map = q.value("uplinks", Json::object());
-        if (map.is_object() && map.contains(pnic)) owner = Text(q, "name");
-    }
+    for (const auto& q : List(net, "distributedSwitches"))
+        if (ZrkCtl::Sim::Object(q, "uplinks").contains(pnic)) owner = Text(q, "name");
     return owner;
 }
 
@@ -291,8 +265,7 @@ void ReleaseUplink(Json& net, const std::string& pnic, const std::string& keepSw
 }
 
 Json CurrentOf(const Json& net, const Json& nic) {
-    if (nic.is_object() && nic.contains("current") && nic["current"].is_object())
-        return nic["current"];
+    if (ZrkCtl::Sim::Member(nic, "current")) return ZrkCtl::Sim::Object(nic, "current");
     // Without asking a DHCP server only these parts of the network count.
     Json netPart = Json::object();
     for (const char* key : {"ipv6Enabled", "ipv6Router"})
@@ -308,8 +281,8 @@ HN::Ipv6Network LinkLocalFor(const HN::MacAddress& mac) {
 }
 
 void UpdateCurrent(Json& net, Json& nic, bool askDhcp, bool release) {
-    HN::IpConfig config = IpConfigFromJson(nic.value("config", Json::object()));
-    HN::IpConfig before = IpConfigFromJson(nic.value("current", Json::object()));
+    HN::IpConfig config = IpConfigFromJson(ZrkCtl::Sim::Object(nic, "config"));
+    HN::IpConfig before = IpConfigFromJson(ZrkCtl::Sim::Object(nic, "current"));
     HN::IpConfig now = config;
     HN::MacAddress mac;
     if (HN::MacAddress::IsValidAddress(Text(nic, "mac"))) mac = HN::MacAddress(Text(nic, "mac"));
@@ -326,8 +299,8 @@ void UpdateCurrent(Json& net, Json& nic, bool askDhcp, bool release) {
         if (askDhcp && Ipv4Lease(net, address, netmask)) {
             now.SetIpv4Address(address);
             now.SetIpv4Netmask(netmask);
-            const Json& server = net["dhcpServer"];
-            nic["leaseRenewals"] = nic.value("leaseRenewals", 0) + 1;
+            const Json& server = ZrkCtl::Sim::Object(net, "dhcpServer");
+            nic["leaseRenewals"] = ZrkCtl::Sim::Integer<std::int64_t>(nic, "leaseRenewals", 0) + 1;
             bool management = Text(net, "managementInterface") == Text(nic, "name");
             if (management && HN::Ipv4Address::IsValidAddress(Text(server, "ipv4Gateway")))
                 net["routing"]["ipv4Gateway"] = Text(server, "ipv4Gateway");
@@ -349,17 +322,18 @@ void UpdateCurrent(Json& net, Json& nic, bool askDhcp, bool release) {
             if (n.GetIpv6AddressType() != HN::Ipv6AddressType::Static) continue;
             v6.push_back(n);
         }
-        const Json& router = net.contains("ipv6Router") ? net["ipv6Router"] : Json();
-        if (config.GetUseIpv6RouterAdvertised() && router.is_object() &&
-            HN::Ipv6Network::IsValidAddressAndNetmask(Text(router, "prefix"))) {
-            HN::Ipv6Network prefix(Text(router, "prefix"));
+        const Json* router = ZrkCtl::Sim::Member(net, "ipv6Router");
+        if (config.GetUseIpv6RouterAdvertised() && router && router->is_object() &&
+            HN::Ipv6Network::IsValidAddressAndNetmask(Text(*router, "prefix"))) {
+            HN::Ipv6Network prefix(Text(*router, "prefix"));
             v6.emplace_back(WithInterfaceId(prefix.GetAddress(), mac), prefix.GetPrefixLength(),
                             HN::Ipv6AddressType::Autoconf, HN::Ipv6Scope::Global);
         }
         if (config.GetUseIpv6Dhcp()) {
-            const Json& server = net.contains("dhcpv6Server") ? net["dhcpv6Server"] : Json();
-            if (askDhcp && server.is_object() && Flag(server, "answers", true)) {
-                for (const auto& text : Strings(server.value("addresses", Json::array()))) {
+            const Json& server = ZrkCtl::Sim::Object(net, "dhcpv6Server");
+            if (askDhcp && ZrkCtl::Sim::Member(net, "dhcpv6Server") &&
+                Flag(server, "answers", true)) {
+                for (const auto& text : ZrkCtl::Sim::Texts(server, "addresses")) {
                     if (!HN::Ipv6Network::IsValidAddressAndNetmask(text)) continue;
                     HN::Ipv6Network n(text);
                     n.SetIpv6AddressType(HN::Ipv6AddressType::Dhcp);

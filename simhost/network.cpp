@@ -6,12 +6,17 @@
 
 #include "hostctl/exception.h"
 #include "simhost/netmodel.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Network {
 
 namespace M = Model;
 using Json = Sim::Json;
 using HostCtl::Lib::HostCtlException;
+using Sim::Flag;
+using Sim::Integer;
+using Sim::Object;
+using Sim::Text;
 
 namespace {
 
@@ -29,20 +34,20 @@ struct NetSnapshot {
 Json NicView(const Json& net, const std::string& name) {
     const Json* nic = M::FindByName(M::List(net, "zrkNics"), name);
     if (!nic) return Json();
-    bool usable = nic->value("enabled", true) && nic->value("up", true);
-    const Json& c = nic->value("connection", Json());
-    std::string type = c.is_object() ? c.value("type", "") : "";
+    bool usable = Flag(*nic, "enabled", true) && Flag(*nic, "up", true);
+    const Json& c = Object(*nic, "connection");
+    std::string type = Text(c, "type");
     if (type == "portGroup") {
-        usable = usable && M::FindPortGroup(net, c.value("portGroup", "")).second != nullptr;
+        usable = usable && M::FindPortGroup(net, Text(c, "portGroup")).second != nullptr;
     } else if (type == "qdsPort") {
-        const Json* q = M::FindByName(M::List(net, "distributedSwitches"), c.value("switch", ""));
+        const Json* q = M::FindByName(M::List(net, "distributedSwitches"), Text(c, "switch"));
         usable = usable && q != nullptr;
     } else {
         usable = false;
     }
     Json copy = *nic;
     copy["current"] = M::CurrentOf(net, *nic);
-    return {{"nic", copy}, {"routing", net.value("routing", Json::object())}, {"usable", usable}};
+    return {{"nic", copy}, {"routing", Object(net, "routing")}, {"usable", usable}};
 }
 
 Json PnicView(const Json& net, const std::string& name) {
@@ -51,17 +56,15 @@ Json PnicView(const Json& net, const std::string& name) {
 }
 
 HostCtl::Network::ConnectionPoint ConnectionFromJson(const Json& net, const Json& c) {
-    if (!c.is_object()) return {};
-    std::string type = c.value("type", "");
+    std::string type = Text(c, "type");
     if (type == "portGroup") {
-        std::string pg = c.value("portGroup", "");
+        std::string pg = Text(c, "portGroup");
         auto [vswitch, group] = M::FindPortGroup(net, pg);
         return HostCtl::Network::ConnectionPoint::ToPortGroup(
-            pg, vswitch ? vswitch->value("name", "") : "", PortGroupOperations());
+            pg, vswitch ? Text(*vswitch, "name") : "", PortGroupOperations());
     }
     if (type == "qdsPort")
-        return HostCtl::Network::ConnectionPoint::ToQdsPort(c.value("switch", ""),
-                                                            c.value("port", ""));
+        return HostCtl::Network::ConnectionPoint::ToQdsPort(Text(c, "switch"), Text(c, "port"));
     return {};
 }
 
@@ -103,20 +106,20 @@ const Json& PnicImpl::Data() {
 
 std::optional<HostCtl::Network::PciDevice> PnicImpl::GetPciDevice() {
     Sim::CheckFault("pnic.getPciDevice");
-    const Json& pci = Data().value("pci", Json());
-    if (!pci.is_object()) return std::nullopt;
-    return HostCtl::Network::PciDevice{pci.value("address", ""), pci.value("vendor", ""),
-                                       pci.value("device", "")};
+    if (!Sim::Member(Data(), "pci")) return std::nullopt;
+    const Json& pci = Object(Data(), "pci");
+    return HostCtl::Network::PciDevice{Text(pci, "address"), Text(pci, "vendor"),
+                                       Text(pci, "device")};
 }
 
 HostCtl::Network::MacAddress PnicImpl::GetMacAddress() {
     Sim::CheckFault("pnic.getMacAddress");
-    return HostCtl::Network::MacAddress(Data().value("mac", ""));
+    return HostCtl::Network::MacAddress(Text(Data(), "mac"));
 }
 
 bool PnicImpl::IsLinkUp() {
     Sim::CheckFault("pnic.isLinkUp");
-    return Data().value("linkUp", false);
+    return Flag(Data(), "linkUp");
 }
 
 // --- ZrkNicImpl ----------------------------------------------------------
@@ -154,7 +157,7 @@ void ZrkNicImpl::Change(const std::string& fault,
 
 HostCtl::Network::MacAddress ZrkNicImpl::GetMacAddress() {
     Sim::CheckFault("zrkNic.getMacAddress");
-    return HostCtl::Network::MacAddress(Data()["nic"].value("mac", "00:00:00:00:00:00"));
+    return HostCtl::Network::MacAddress(Text(Object(Data(), "nic"), "mac", "00:00:00:00:00:00"));
 }
 
 void ZrkNicImpl::SetMacAddressFromPnic(HostCtl::Network::Pnic& pnic) {
@@ -169,12 +172,12 @@ void ZrkNicImpl::SetMacAddressFromPnic(HostCtl::Network::Pnic& pnic) {
 HostCtl::Network::IpConfig ZrkNicImpl::GetIpConfig() {
     Sim::CheckFault("zrkNic.getIpConfig");
     const Json& view = Data();
-    auto config = M::IpConfigFromJson(view["nic"].value("current", Json::object()));
-    const Json& routing = view["routing"];
-    std::string gw = routing.value("ipv4Gateway", "");
+    auto config = M::IpConfigFromJson(Object(Object(view, "nic"), "current"));
+    const Json& routing = Object(view, "routing");
+    std::string gw = Text(routing, "ipv4Gateway");
     if (HostCtl::Network::Ipv4Address::IsValidAddress(gw))
         config.SetIpv4Gateway(HostCtl::Network::Ipv4Address(gw));
-    std::string gw6 = routing.value("ipv6Gateway", "");
+    std::string gw6 = Text(routing, "ipv6Gateway");
     if (HostCtl::Network::Ipv6Address::IsValidAddress(gw6))
         config.SetIpv6Gateway(HostCtl::Network::Ipv6Address(gw6));
     return config;
@@ -182,7 +185,7 @@ HostCtl::Network::IpConfig ZrkNicImpl::GetIpConfig() {
 
 HostCtl::Network::IpConfig ZrkNicImpl::GetConfiguredIpConfig() {
     Sim::CheckFault("zrkNic.getConfiguredIpConfig");
-    return M::IpConfigFromJson(Data()["nic"].value("config", Json::object()));
+    return M::IpConfigFromJson(Object(Object(Data(), "nic"), "config"));
 }
 
 void ZrkNicImpl::SetIpConfig(const HostCtl::Network::IpConfig& config) {
@@ -207,7 +210,7 @@ void ZrkNicImpl::SetIpConfig(const HostCtl::Network::IpConfig& config) {
 HostCtl::Network::ConnectionPoint ZrkNicImpl::GetPortConnection() {
     const NetSnapshot snapshot("zrkNic.getPortConnection");
     const Json& net = snapshot.net;
-    return ConnectionFromJson(net, Data()["nic"].value("connection", Json()));
+    return ConnectionFromJson(net, Object(Object(Data(), "nic"), "connection"));
 }
 
 void ZrkNicImpl::ConnectToPortGroup(const std::string& portGroup) {
@@ -220,7 +223,7 @@ void ZrkNicImpl::ConnectToPortGroup(const std::string& portGroup) {
 
 bool ZrkNicImpl::IsEnabled() {
     Sim::CheckFault("zrkNic.isEnabled");
-    return Data()["nic"].value("enabled", true);
+    return Flag(Object(Data(), "nic"), "enabled", true);
 }
 
 void ZrkNicImpl::Enable() {
@@ -240,7 +243,7 @@ void ZrkNicImpl::Disable() {
 
 bool ZrkNicImpl::IsUsable() {
     Sim::CheckFault("zrkNic.isUsable");
-    return Data().value("usable", false);
+    return Flag(Data(), "usable");
 }
 
 void ZrkNicImpl::InterfaceDown() {
@@ -249,8 +252,8 @@ void ZrkNicImpl::InterfaceDown() {
 
 void ZrkNicImpl::InterfaceUp() {
     Change("zrkNic.interfaceUp", [](Json& nic, Json& net) {
-        if (!nic.value("enabled", true))
-            throw HostCtlException("Zerkel NIC " + nic.value("name", "") + " is disabled");
+        if (!Flag(nic, "enabled", true))
+            throw HostCtlException("Zerkel NIC " + Text(nic, "name") + " is disabled");
         nic["up"] = true;
         M::UpdateCurrent(net, nic, true, false);
     });
@@ -258,16 +261,16 @@ void ZrkNicImpl::InterfaceUp() {
 
 void ZrkNicImpl::RenewDhcp() {
     Change("zrkNic.renewDhcp", [](Json& nic, Json& net) {
-        if (!nic.value("config", Json::object()).value("dhcp", false))
-            throw HostCtlException("DHCP is not enabled on " + nic.value("name", ""));
+        if (!Flag(Object(nic, "config"), "dhcp"))
+            throw HostCtlException("DHCP is not enabled on " + Text(nic, "name"));
         M::UpdateCurrent(net, nic, true, false);
     });
 }
 
 void ZrkNicImpl::RenewDhcpv6() {
     Change("zrkNic.renewDhcpv6", [](Json& nic, Json& net) {
-        if (!nic.value("config", Json::object()).value("dhcpv6", false))
-            throw HostCtlException("DHCPv6 is not enabled on " + nic.value("name", ""));
+        if (!Flag(Object(nic, "config"), "dhcpv6"))
+            throw HostCtlException("DHCPv6 is not enabled on " + Text(nic, "name"));
         M::UpdateCurrent(net, nic, true, false);
     });
 }
@@ -289,34 +292,32 @@ bool PortsetImpl::IsValidVirtualSwitch() const {
 std::vector<std::string> PortsetImpl::GetUplinks() const {
     const NetSnapshot snapshot("vswitch.getUplinks");
     const Json& net = snapshot.net;
-    return M::Strings(M::Require(net, "standardSwitches", name_, "Virtual switch")
-                          .value("uplinks", Json::array()));
+    return Sim::Texts(M::Require(net, "standardSwitches", name_, "Virtual switch"), "uplinks");
 }
 
 std::vector<std::string> PortsetImpl::GetPortGroups() const {
     const NetSnapshot snapshot("vswitch.getPortGroups");
     const Json& net = snapshot.net;
     std::vector<std::string> names;
-    for (const auto& pg : M::Require(net, "standardSwitches", name_, "Virtual switch")
-                              .value("portGroups", Json::array()))
-        names.push_back(pg.value("name", ""));
+    for (const auto& pg :
+         M::List(M::Require(net, "standardSwitches", name_, "Virtual switch"), "portGroups"))
+        names.push_back(Text(pg, "name"));
     return names;
 }
 
 std::int64_t PortsetImpl::GetNumPorts() const {
     const NetSnapshot snapshot("vswitch.getNumPorts");
     const Json& net = snapshot.net;
-    return M::Require(net, "standardSwitches", name_, "Virtual switch")
-        .value("numPorts", HN::Portset::DEF_NUM_PORTS);
+    return Integer<std::int64_t>(M::Require(net, "standardSwitches", name_, "Virtual switch"),
+                                 "numPorts", HN::Portset::DEF_NUM_PORTS);
 }
 
 std::int64_t PortsetImpl::GetUsedPorts() const {
     const NetSnapshot snapshot("vswitch.getUsedPorts");
     const Json& net = snapshot.net;
     const Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
-    std::int64_t used =
-        static_cast<std::int64_t>(M::Strings(s.value("uplinks", Json::array())).size());
-    for (const auto& pg : s.value("portGroups", Json::array())) used += M::ActiveClients(net, pg);
+    std::int64_t used = static_cast<std::int64_t>(Sim::Texts(s, "uplinks").size());
+    for (const auto& pg : M::List(s, "portGroups")) used += M::ActiveClients(net, pg);
     return used;
 }
 
@@ -324,21 +325,22 @@ std::int64_t PortsetImpl::GetConfiguredPorts() const {
     const NetSnapshot snapshot("vswitch.getConfiguredPorts");
     const Json& net = snapshot.net;
     const Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
-    return s.value("configuredPorts", s.value("numPorts", HN::Portset::DEF_NUM_PORTS));
+    return Integer<std::int64_t>(s, "configuredPorts",
+                                 Integer<std::int64_t>(s, "numPorts", HN::Portset::DEF_NUM_PORTS));
 }
 
 HostCtl::Network::NicTeamingPolicy PortsetImpl::GetTeamingPolicy() const {
     const NetSnapshot snapshot("vswitch.getTeamingPolicy");
     const Json& net = snapshot.net;
-    return M::PolicyFromJson(M::Require(net, "standardSwitches", name_, "Virtual switch")
-                                 .value("teamingPolicy", Json::object()));
+    return M::PolicyFromJson(
+        Object(M::Require(net, "standardSwitches", name_, "Virtual switch"), "teamingPolicy"));
 }
 
 void PortsetImpl::SetTeamingPolicy(const HostCtl::Network::NicTeamingPolicy& policy) const {
     Sim::CheckFault("vswitch.setTeamingPolicy");
     Sim::Update([&](Json& state) {
         Json& s = M::Require(M::Net(state), "standardSwitches", name_, "Virtual switch");
-        auto uplinks = M::Strings(s.value("uplinks", Json::array()));
+        auto uplinks = Sim::Texts(s, "uplinks");
         for (const auto* list : {&policy.GetActiveUplinks(), &policy.GetStandbyUplinks()})
             for (const auto& u : *list)
                 if (std::find(uplinks.begin(), uplinks.end(), u) == uplinks.end())
@@ -358,7 +360,7 @@ void PortsetImpl::AddUplink(const std::string& pnic) const {
             throw HostCtlException("Uplink " + pnic + " is already used by " + name_);
         if (!owner.empty())
             throw HostCtlException("Uplink " + pnic + " is already used by " + owner);
-        auto uplinks = M::Strings(s.value("uplinks", Json::array()));
+        auto uplinks = Sim::Texts(s, "uplinks");
         uplinks.push_back(pnic);
         s["uplinks"] = uplinks;
     });
@@ -369,12 +371,12 @@ void PortsetImpl::RemoveUplink(const std::string& pnic) const {
     Sim::Update([&](Json& state) {
         Json& net = M::Net(state);
         Json& s = M::Require(net, "standardSwitches", name_, "Virtual switch");
-        auto uplinks = M::Strings(s.value("uplinks", Json::array()));
+        auto uplinks = Sim::Texts(s, "uplinks");
         if (std::erase(uplinks, pnic) == 0 &&
-            !M::PolicyFromJson(s.value("teamingPolicy", Json::object())).HasUplink(pnic))
+            !M::PolicyFromJson(Object(s, "teamingPolicy")).HasUplink(pnic))
             return;
         s["uplinks"] = uplinks;
-        auto policy = M::PolicyFromJson(s.value("teamingPolicy", Json::object()));
+        auto policy = M::PolicyFromJson(Object(s, "teamingPolicy"));
         if (policy.RemoveUplink(pnic)) s["teamingPolicy"] = M::PolicyToJson(policy);
         for (auto& pg : s["portGroups"]) {
             if (!pg.is_object() || !pg.contains("teamingPolicy")) continue;
@@ -409,33 +411,30 @@ HostCtl::Network::PortGroup PortGroupImpl::Get() const {
     const Json& net = snapshot.net;
     auto [vswitch, pg] = M::FindPortGroup(net, name_);
     if (!pg) throw HostCtlException("Port group " + name_ + " not found");
-    return HostCtl::Network::PortGroup(name_, vswitch->value("name", ""), PortGroupOperations());
+    return HostCtl::Network::PortGroup(name_, Text(*vswitch, "name"), PortGroupOperations());
 }
 
 std::map<std::string, std::string> QdsSwitchImpl::GetUplinkMap() const {
     const NetSnapshot snapshot("qds.getUplinkMap");
     const Json& net = snapshot.net;
     std::map<std::string, std::string> map;
-    const Json& uplinks = M::Require(net, "distributedSwitches", name_, "Distributed switch")
-                              .value("uplinks", Json::object());
-    if (uplinks.is_object())
-        for (const auto& [pnic, port] : uplinks.items())
-            map[pnic] = port.is_string() ? port.get<std::string>() : "";
+    const Json& uplinks =
+        Object(M::Require(net, "distributedSwitches", name_, "Distributed switch"), "uplinks");
+    for (const auto& [pnic, port] : uplinks.items()) map[pnic] = Text(uplinks, pnic);
     return map;
 }
 
 std::vector<std::string> QdsSwitchImpl::GetPortIds() const {
     const NetSnapshot snapshot("qds.getPortIds");
     const Json& net = snapshot.net;
-    return M::Strings(M::Require(net, "distributedSwitches", name_, "Distributed switch")
-                          .value("ports", Json::array()));
+    return Sim::Texts(M::Require(net, "distributedSwitches", name_, "Distributed switch"), "ports");
 }
 
 std::int64_t QdsSwitchImpl::GetNumPorts() const {
     const NetSnapshot snapshot("qds.getNumPorts");
     const Json& net = snapshot.net;
-    return M::Require(net, "distributedSwitches", name_, "Distributed switch")
-        .value("numPorts", std::int64_t{0});
+    return Integer<std::int64_t>(
+        M::Require(net, "distributedSwitches", name_, "Distributed switch"), "numPorts", 0);
 }
 
 void QdsSwitchImpl::RemoveUplink(const std::string& pnic) const {
@@ -455,7 +454,7 @@ std::vector<std::unique_ptr<HN::Portset>> VirtualSwitchInfoImpl::GetVirtualSwitc
     std::vector<std::unique_ptr<HN::Portset>> out;
     if (kind == HN::PortsetKind::Qds) return out;
     for (const auto& s : M::List(net, "standardSwitches"))
-        out.push_back(std::make_unique<PortsetImpl>(s.value("name", "")));
+        out.push_back(std::make_unique<PortsetImpl>(Text(s, "name")));
     return out;
 }
 
@@ -464,7 +463,7 @@ std::vector<std::unique_ptr<HN::QdsSwitch>> VirtualSwitchInfoImpl::GetQdsSwitche
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::QdsSwitch>> out;
     for (const auto& q : M::List(net, "distributedSwitches"))
-        out.push_back(std::make_unique<QdsSwitchImpl>(q.value("name", "")));
+        out.push_back(std::make_unique<QdsSwitchImpl>(Text(q, "name")));
     return out;
 }
 
@@ -493,16 +492,16 @@ std::vector<std::unique_ptr<HN::ZrkNic>> ZerkelNicInfoImpl::GetZerkelNics(
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::ZrkNic>> out;
     for (const auto& nic : M::List(net, "zrkNics")) {
-        auto type = ConnectionFromJson(net, nic.value("connection", Json())).GetType();
+        auto type = ConnectionFromJson(net, Object(nic, "connection")).GetType();
         if (kind == HN::PortsetKind::Standard && type != HN::ConnectionType::PortGroup) continue;
         if (kind == HN::PortsetKind::Qds && type != HN::ConnectionType::QdsPort) continue;
-        out.push_back(std::make_unique<ZrkNicImpl>(nic.value("name", "")));
+        out.push_back(std::make_unique<ZrkNicImpl>(Text(nic, "name")));
     }
     return out;
 }
 
 bool NetworkInfoImpl::IsZrkIpv6Enabled() const {
-    return NetSnapshot("network.isZrkIpv6Enabled").net.value("ipv6Enabled", false);
+    return Flag(NetSnapshot("network.isZrkIpv6Enabled").net, "ipv6Enabled");
 }
 
 void NetworkInfoImpl::SetZrkIpv6Enabled(bool enabled) const {
@@ -513,7 +512,7 @@ void NetworkInfoImpl::SetZrkIpv6Enabled(bool enabled) const {
 bool NetworkInfoImpl::GetZrkIpv6EnabledAfterReboot() const {
     const NetSnapshot snapshot("network.getZrkIpv6EnabledAfterReboot");
     const Json& net = snapshot.net;
-    return net.value("ipv6EnabledAfterReboot", net.value("ipv6Enabled", false));
+    return Flag(net, "ipv6EnabledAfterReboot", Flag(net, "ipv6Enabled"));
 }
 
 std::vector<std::unique_ptr<HN::Pnic>> NetworkInfoImpl::GetPnics(HN::PnicKind kind) const {
@@ -521,8 +520,8 @@ std::vector<std::unique_ptr<HN::Pnic>> NetworkInfoImpl::GetPnics(HN::PnicKind ki
     const Json& net = snapshot.net;
     std::vector<std::unique_ptr<HN::Pnic>> out;
     for (const auto& p : M::List(net, "pnics")) {
-        std::string name = p.value("name", "");
-        if (kind == HN::PnicKind::Connected && !p.value("linkUp", false)) continue;
+        std::string name = Text(p, "name");
+        if (kind == HN::PnicKind::Connected && !Flag(p, "linkUp")) continue;
         if (kind == HN::PnicKind::Unused && !M::UplinkOwner(net, name).empty()) continue;
         out.push_back(std::make_unique<PnicImpl>(name));
     }
@@ -535,17 +534,15 @@ std::vector<HN::PortGroup> NetworkInfoImpl::GetAllPortGroups(HN::PortsetKind kin
     std::vector<HN::PortGroup> out;
     if (kind == HN::PortsetKind::Qds) return out;
     for (const auto& s : M::List(net, "standardSwitches"))
-        for (const auto& pg : s.value("portGroups", Json::array()))
-            out.emplace_back(pg.value("name", ""), s.value("name", ""), PortGroupOperations());
+        for (const auto& pg : M::List(s, "portGroups"))
+            out.emplace_back(Text(pg, "name"), Text(s, "name"), PortGroupOperations());
     return out;
 }
 
 void NetworkInfoImpl::UpdateManagementInterface() {
     const NetSnapshot snapshot("network.updateManagementInterface");
     const Json& net = snapshot.net;
-    std::string name = net.value("managementInterface", Json()).is_string()
-                           ? net["managementInterface"].get<std::string>()
-                           : "";
+    std::string name = Text(net, "managementInterface");
     updated_ = true;
     management_.reset();
     if (!name.empty() && M::FindByName(M::List(net, "zrkNics"), name)) management_ = name;
@@ -585,11 +582,11 @@ void NetworkInfoImpl::AutoConfigNetwork() const {
         if (pnics.empty()) throw HostCtlException("No physical NIC to configure the network with");
         const Json* uplink = &pnics[0];
         for (const auto& p : pnics)
-            if (p.value("linkUp", false)) {
+            if (Flag(p, "linkUp")) {
                 uplink = &p;
                 break;
             }
-        std::string pnic = uplink->value("name", "");
+        std::string pnic = Text(*uplink, "name");
         HN::NicTeamingPolicy policy;
         policy.AddActiveUplink(pnic);
         Json vswitch = {{"name", "zSwitch0"},
@@ -606,7 +603,7 @@ void NetworkInfoImpl::AutoConfigNetwork() const {
         config.EnableIpv6(true);
         config.SetUseIpv6RouterAdvertised(true);
         Json nic = {{"name", "zrk0"},
-                    {"mac", uplink->value("mac", "00:00:00:00:00:00")},
+                    {"mac", Text(*uplink, "mac", "00:00:00:00:00:00")},
                     {"enabled", true},
                     {"up", true},
                     {"connection", {{"type", "portGroup"}, {"portGroup", "Management Network"}}},
@@ -623,9 +620,7 @@ void NetworkInfoImpl::DisableNetDumper() const {
 }
 
 bool NetworkInfoImpl::IsNetDumperEnabled() const {
-    return NetSnapshot("network.isNetDumperEnabled")
-        .net.value("netDumper", Json::object())
-        .value("enabled", false);
+    return Flag(Object(NetSnapshot("network.isNetDumperEnabled").net, "netDumper"), "enabled");
 }
 
 }  // namespace ZrkCtl::Network

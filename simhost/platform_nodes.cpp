@@ -7,8 +7,11 @@
 #include <memory>
 #include <string>
 
+#include "hostctl/exception.h"
 #include "platform/nox.h"
+#include "platform/syslog.h"
 #include "platform/zsi.h"
+#include "simhost/state_values.h"
 #include "store/state.h"
 
 namespace ZrkCtl {
@@ -17,16 +20,15 @@ namespace {
 using Json = ::Sim::Json;
 
 void CopyField(char (&field)[64], const Json& from, const char* key) {
-    std::string text = from.value(key, std::string());
+    std::string text = Sim::Text(from, key);
     std::strncpy(field, text.c_str(), sizeof field - 1);
     field[sizeof field - 1] = '\0';
 }
 
 // The object `key` of the state, or null (no state, no such object).
 const Json* Node(const std::shared_ptr<const Json>& state, const char* key) {
-    if (!state) return nullptr;
-    auto it = state->find(key);
-    return it != state->end() && it->is_object() ? &*it : nullptr;
+    if (!state || !Sim::Member(*state, key)) return nullptr;
+    return &Sim::Object(*state, key);
 }
 
 std::shared_ptr<const Json> StateOrNull() {
@@ -37,7 +39,7 @@ std::shared_ptr<const Json> StateOrNull() {
     }
 }
 
-int ReadNode(ZSI_Node node, void* out, std::size_t size) {
+int ReadNodeUnchecked(ZSI_Node node, void* out, std::size_t size) {
     switch (node) {
         case ZSI_NODE_system_version: {
             if (size < sizeof(ZSI_SystemVersion) || ::Sim::Fault("zsi.systemVersion")) return -1;
@@ -58,7 +60,7 @@ int ReadNode(ZSI_Node node, void* out, std::size_t size) {
             const Json* boot = Node(state, "bootOption");
             if (!boot) return -1;
             std::uint8_t value[4] = {0, 0, 0, 0};
-            value[0] = boot->value("auditMode", false) ? 1 : 0;
+            value[0] = Sim::Flag(*boot, "auditMode") ? 1 : 0;
             std::memcpy(out, value, 4);
             return 0;
         }
@@ -66,10 +68,27 @@ int ReadNode(ZSI_Node node, void* out, std::size_t size) {
     return -1;
 }
 
+// A value of the wrong kind makes the node unreadable, as a missing one does,
+// and says so in the log.
+int ReadNode(ZSI_Node node, void* out, std::size_t size) {
+    try {
+        return ReadNodeUnchecked(node, out, size);
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Tesk::Platform::Log(LOG_ERR, "Reading system information node %d failed: %s",
+                            static_cast<int>(node), e.what());
+        return -1;
+    }
+}
+
 int NoxInitCheck() {
     auto fault = ::Sim::Fault("noxUserLib.init");
     if (!fault) return 0;
-    return fault->is_object() ? fault->value("errorCode", 1) : 1;
+    try {
+        return fault->is_object() ? Sim::Integer<int>(*fault, "errorCode", 1) : 1;
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Tesk::Platform::Log(LOG_ERR, "Event service check: %s", e.what());
+        return 1;
+    }
 }
 
 }  // namespace

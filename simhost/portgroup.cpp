@@ -5,6 +5,7 @@
 #include "hostctl/exception.h"
 #include "simhost/netmodel.h"
 #include "simhost/network.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Network {
 namespace {
@@ -28,8 +29,7 @@ std::pair<Json*, Json*> RequireGroup(Json& net, const HN::PortGroup& group) {
 std::pair<const Json*, const Json*> RequireGroup(const Json& net, const HN::PortGroup& group) {
     const Json& vswitch =
         M::Require(net, "standardSwitches", group.GetVirtualSwitchName(), "Virtual switch");
-    auto groups = vswitch.find("portGroups");
-    const Json* pg = groups == vswitch.end() ? nullptr : M::FindByName(*groups, group.GetName());
+    const Json* pg = M::FindByName(M::List(vswitch, "portGroups"), group.GetName());
     if (!pg)
         throw HostCtlException("Port group " + group.GetName() + " not found on " +
                                group.GetVirtualSwitchName());
@@ -41,7 +41,7 @@ public:
     std::uint16_t GetVlanId(const HN::PortGroup& group) const override {
         auto state = Sim::SnapshotFor("portGroup.getVlanId");
         auto [vswitch, pg] = RequireGroup(M::Net(*state), group);
-        return pg->value("vlanId", std::uint16_t{0});
+        return Sim::Integer<std::uint16_t>(*pg, "vlanId", 0);
     }
 
     void SetVlanId(const HN::PortGroup& group, std::uint16_t vlanId) const override {
@@ -90,7 +90,7 @@ public:
             Json& owner = pg->contains("teamingPolicy") && (*pg)["teamingPolicy"].is_object()
                               ? *pg
                               : *vswitch;
-            auto policy = M::PolicyFromJson(owner.value("teamingPolicy", Json::object()));
+            auto policy = M::PolicyFromJson(Sim::Object(owner, "teamingPolicy"));
             policy.AddActiveUplink(pnic);
             owner["teamingPolicy"] = M::PolicyToJson(policy);
         });
@@ -104,7 +104,7 @@ public:
             Json& owner = pg->contains("teamingPolicy") && (*pg)["teamingPolicy"].is_object()
                               ? *pg
                               : *vswitch;
-            auto policy = M::PolicyFromJson(owner.value("teamingPolicy", Json::object()));
+            auto policy = M::PolicyFromJson(Sim::Object(owner, "teamingPolicy"));
             if (!policy.RemoveUplink(pnic))
                 throw HostCtlException("Uplink " + pnic + " is not used by port group " +
                                        group.GetName());
@@ -115,7 +115,7 @@ public:
             auto uplinks = M::Strings((*vswitch)["uplinks"]);
             std::erase(uplinks, pnic);
             (*vswitch)["uplinks"] = uplinks;
-            auto own = M::PolicyFromJson(vswitch->value("teamingPolicy", Json::object()));
+            auto own = M::PolicyFromJson(Sim::Object(*vswitch, "teamingPolicy"));
             if (own.RemoveUplink(pnic)) (*vswitch)["teamingPolicy"] = M::PolicyToJson(own);
         });
     }

@@ -2,6 +2,7 @@
 #include "simhost/simhost.h"
 
 #include "hostctl/exception.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Sim {
 
@@ -27,12 +28,9 @@ namespace {
 
 // Throws the fault "/faults/<name>" of the state when it is set.
 void ThrowFault(const Json& state, const std::string& name) {
-    auto faults = state.find("faults");
-    if (faults == state.end() || !faults->is_object()) return;
-    auto fault = faults->find(name);
-    if (fault == faults->end() || fault->is_null()) return;
-    std::string text =
-        fault->is_object() ? fault->value("exception", std::string()) : std::string();
+    const Json* fault = Member(Object(state, "faults"), name);
+    if (!fault) return;
+    std::string text = fault->is_object() ? Text(*fault, "exception") : std::string();
     if (text.empty()) text = "Operation " + name + " failed";
     throw HostCtl::Lib::HostCtlException(text);
 }

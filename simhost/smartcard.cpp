@@ -2,6 +2,7 @@
 #include "hostctl/exception.h"
 #include "simhost/hardware.h"
 #include "simhost/simhost.h"
+#include "simhost/state_values.h"
 
 namespace ZrkCtl::Hardware {
 
@@ -11,11 +12,7 @@ using Json = Sim::Json;
 
 // "/smartCards/slots", or an empty array.
 const Json& Slots(const Json& state) {
-    static const Json none = Json::array();
-    auto cards = state.find("smartCards");
-    if (cards == state.end() || !cards->is_object()) return none;
-    auto slots = cards->find("slots");
-    return slots != cards->end() && slots->is_array() ? *slots : none;
+    return Sim::Entries(Sim::Object(state, "smartCards"), "slots");
 }
 
 }  // namespace
@@ -25,7 +22,7 @@ std::vector<HostCtl::Hardware::SmartCardSlot> SmartCardInfoImpl::GetAllSlots() c
     std::vector<HostCtl::Hardware::SmartCardSlot> slots;
     int index = 0;
     for (const auto& s : Slots(*state))
-        slots.push_back({s.value("name", "Reader " + std::to_string(index)), index++});
+        slots.push_back({Sim::Text(s, "name", "Reader " + std::to_string(index)), index++});
     return slots;
 }
 
@@ -36,14 +33,10 @@ HostCtl::Hardware::SmartCardToken SmartCardInfoImpl::GetToken(
     if (slot.index < 0 || static_cast<size_t>(slot.index) >= slots.size())
         throw HostCtl::Lib::HostCtlException("No such smart card slot: " + slot.name);
     const Json& entry = slots[static_cast<size_t>(slot.index)];
-    auto token = entry.is_object() ? entry.find("token") : entry.end();
-    if (!entry.is_object() || token == entry.end() || !token->is_object())
+    if (!Sim::Member(entry, "token"))
         throw HostCtl::Lib::HostCtlException("No smart card in slot " + slot.name);
     HostCtl::Hardware::SmartCardToken t;
-    auto ids = token->find("userIds");
-    if (ids != token->end() && ids->is_array())
-        for (const auto& id : *ids)
-            if (id.is_string()) t.userIds.push_back(id.get<std::string>());
+    t.userIds = Sim::Texts(Sim::Object(entry, "token"), "userIds");
     return t;
 }
 

@@ -3,17 +3,23 @@
 #include "simhost/system.h"
 
 #include <algorithm>
-#include <fstream>
 #include <map>
+#include <sstream>
 
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
+#include "platform/regular_file.h"
 #include "simhost/simhost.h"
+#include "simhost/state_values.h"
 
 namespace {
 
 using Json = ZrkCtl::Sim::Json;
 using HostCtl::Lib::HostCtlException;
+using ZrkCtl::Sim::Flag;
+using ZrkCtl::Sim::Object;
+using ZrkCtl::Sim::Text;
+using ZrkCtl::Sim::Texts;
 
 // "/systemInfo", made an object when missing.
 Json& Info(Json& state) {
@@ -22,15 +28,9 @@ Json& Info(Json& state) {
     return info;
 }
 
-const Json& EmptyObject() {
-    static const Json empty = Json::object();
-    return empty;
-}
-
 // "/systemInfo" of a snapshot; an empty object when missing.
 const Json& Info(const Json& state) {
-    auto it = state.find("systemInfo");
-    return it != state.end() && it->is_object() ? *it : EmptyObject();
+    return Object(state, "systemInfo");
 }
 
 // The system information, with the snapshot that holds it.
@@ -45,31 +45,18 @@ Json& RequireRuleset(Json& info, const std::string& id) {
     Json& rulesets = info["firewall"]["rulesets"];
     if (rulesets.is_array())
         for (auto& r : rulesets)
-            if (r.value("id", "") == id) return r;
+            if (Text(r, "id") == id) return r;
     throw HostCtlException("Firewall ruleset " + id + " not found");
 }
 
 const Json& RequireRuleset(const Json& info, const std::string& id) {
-    auto firewall = info.find("firewall");
-    if (firewall != info.end() && firewall->is_object()) {
-        auto rulesets = firewall->find("rulesets");
-        if (rulesets != firewall->end() && rulesets->is_array())
-            for (const auto& r : *rulesets)
-                if (r.is_object() && r.value("id", "") == id) return r;
-    }
+    for (const auto& r : ZrkCtl::Sim::Entries(Object(info, "firewall"), "rulesets"))
+        if (Text(r, "id") == id) return r;
     throw HostCtlException("Firewall ruleset " + id + " not found");
 }
 
-std::vector<std::string> Strings(const Json& array) {
-    std::vector<std::string> out;
-    if (array.is_array())
-        for (const auto& s : array)
-            if (s.is_string()) out.push_back(s.get<std::string>());
-    return out;
-}
-
 void RequireLayout(const Json& info, const std::string& layout) {
-    auto layouts = Strings(info.value("keyboard", Json::object()).value("layouts", Json::array()));
+    auto layouts = Texts(Object(info, "keyboard"), "layouts");
     if (std::find(layouts.begin(), layouts.end(), layout) == layouts.end())
         throw HostCtlException("Unknown keyboard layout '" + layout + "'");
 }
@@ -82,12 +69,12 @@ namespace {
 class FirewallRulesetOpsImpl : public HostCtl::System::FirewallRulesetOps {
 public:
     bool IsEnabled(const std::string& id) const override {
-        return RequireRuleset(InfoSnapshot("firewall.isEnabled").info, id).value("enabled", false);
+        return Flag(RequireRuleset(InfoSnapshot("firewall.isEnabled").info, id), "enabled");
     }
 
     bool IsServiceControlled(const std::string& id) const override {
-        return RequireRuleset(InfoSnapshot("firewall.isServiceControlled").info, id)
-            .value("serviceControlled", false);
+        return Flag(RequireRuleset(InfoSnapshot("firewall.isServiceControlled").info, id),
+                    "serviceControlled");
     }
 
     void SetEnabled(const std::string& id, bool enabled) const override {
@@ -96,14 +83,14 @@ public:
     }
 
     bool IsActive(const std::string& id) const override {
-        return RequireRuleset(InfoSnapshot("firewall.isActive").info, id).value("active", false);
+        return Flag(RequireRuleset(InfoSnapshot("firewall.isActive").info, id), "active");
     }
 
     void Apply(const std::string& id) const override {
         Sim::CheckFault("firewall.apply");
         Sim::Update([&](Json& state) {
             Json& r = RequireRuleset(Info(state), id);
-            r["active"] = r.value("enabled", false);
+            r["active"] = Flag(r, "enabled");
         });
     }
 };
@@ -116,7 +103,7 @@ std::shared_ptr<const HostCtl::System::FirewallRulesetOps> FirewallOperations() 
 }
 
 std::string SystemInfoImpl::GetWelcomeMessage() const {
-    return InfoSnapshot("system.getWelcomeMessage").info.value("welcomeMessage", "");
+    return Text(InfoSnapshot("system.getWelcomeMessage").info, "welcomeMessage");
 }
 
 void SystemInfoImpl::SetWelcomeMessage(const std::string& message) const {
@@ -134,19 +121,15 @@ void SystemInfoImpl::SetSystemAlert(const std::string& text) const {
 }
 
 std::vector<std::string> SystemInfoImpl::GetSystemAlerts() const {
-    return Strings(InfoSnapshot("system.getSystemAlerts").info.value("alerts", Json::array()));
+    return Texts(InfoSnapshot("system.getSystemAlerts").info, "alerts");
 }
 
 std::vector<std::string> SystemInfoImpl::GetKeyboardLayouts() const {
-    return Strings(InfoSnapshot("system.getKeyboardLayouts")
-                       .info.value("keyboard", Json::object())
-                       .value("layouts", Json::array()));
+    return Texts(Object(InfoSnapshot("system.getKeyboardLayouts").info, "keyboard"), "layouts");
 }
 
 std::string SystemInfoImpl::GetKeyboardLayout() const {
-    return InfoSnapshot("system.getKeyboardLayout")
-        .info.value("keyboard", Json::object())
-        .value("layout", "");
+    return Text(Object(InfoSnapshot("system.getKeyboardLayout").info, "keyboard"), "layout");
 }
 
 void SystemInfoImpl::LoadKeyboardMappings(const std::string& layout) const {
@@ -204,10 +187,8 @@ namespace ZrkCtl::Resource {
 std::vector<std::string> ResourceInfoImpl::GetRunningVirtualMachines() const {
     auto state = Sim::SnapshotFor("resource.getRunningVirtualMachines");
     std::vector<std::string> running;
-    auto vms = state->find("vms");
-    if (vms == state->end() || !vms->is_array()) return running;
-    for (const auto& vm : *vms)
-        if (vm.is_object() && vm.value("running", false)) running.push_back(vm.value("name", ""));
+    for (const auto& vm : ZrkCtl::Sim::Entries(*state, "vms"))
+        if (Flag(vm, "running")) running.push_back(Text(vm, "name"));
     return running;
 }
 
@@ -224,8 +205,11 @@ void StoreUserAccountsToCs() {
     ZrkCtl::Sim::CheckFault("authentication.storeUserAccountsToCs");
     // The user file the host authenticates against: "name:password:outcome"
     // per line.
-    std::ifstream in(Tesk::Platform::HostPath("/etc/simhost/users"));
-    if (!in) throw HostCtlException("Cannot read the user accounts");
+    std::string failure;
+    const auto text =
+        Tesk::Platform::ReadRegularFile(Tesk::Platform::HostPath("/etc/simhost/users"), &failure);
+    if (!text) throw HostCtlException("Cannot read the user accounts: " + failure);
+    std::istringstream in(*text);
     std::map<std::string, std::string> passwords;
     for (std::string line; std::getline(in, line);) {
         auto first = line.find(':');
@@ -237,12 +221,12 @@ void StoreUserAccountsToCs() {
         Json& users = state["users"];
         if (!users.is_array()) users = Json::array();
         for (auto& user : users) {
-            auto it = passwords.find(user.value("name", ""));
+            auto it = passwords.find(Text(user, "name"));
             if (it != passwords.end()) user["password"] = it->second;
         }
         Json& store = state["userAccountStore"];
         if (!store.is_object()) store = Json::object();
-        store["storeCount"] = store.value("storeCount", 0) + 1;
+        store["storeCount"] = ZrkCtl::Sim::Integer<std::int64_t>(store, "storeCount", 0) + 1;
     });
 }
 

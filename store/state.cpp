@@ -90,15 +90,24 @@ Cache& TheCache() {
     return cache;
 }
 
+[[noreturn]] void NotAFile(const std::string& path) {
+    throw std::runtime_error("simulated host state is not a regular file: " + path);
+}
+
 // The file's text and the key of the version read; false when it cannot be
-// opened.
+// opened. Anything but a regular file is refused: the open does not wait for
+// a writer (a FIFO) and nothing is read from it.
 bool ReadFile(const std::string& path, std::string& text, FileKey& key) {
-    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0) return false;
     struct stat st {};
     if (::fstat(fd, &st) != 0) {
         ::close(fd);
         return false;
+    }
+    if (!S_ISREG(st.st_mode)) {
+        ::close(fd);
+        NotAFile(path);
     }
     key = KeyOf(st);
     text.clear();
@@ -116,13 +125,21 @@ bool ReadFile(const std::string& path, std::string& text, FileKey& key) {
     return true;
 }
 
+// The document must be an object: every reader looks its sections up by
+// name, so anything else ("[]", a number) is as unreadable as broken JSON.
 std::shared_ptr<const Json> Parse(const std::string& text) {
     ++g_parses;
+    std::shared_ptr<const Json> document;
     try {
-        return std::make_shared<const Json>(Json::parse(text));
+        document = std::make_shared<const Json>(Json::parse(text));
     } catch (const Json::exception& e) {
         throw std::runtime_error("simulated host state cannot be read: " + std::string(e.what()));
     }
+    if (!document->is_object())
+        throw std::runtime_error(
+            std::string("simulated host state cannot be read: the document is ") +
+            document->type_name() + ", not an object");
+    return document;
 }
 
 // The current document, read again only when the file changed. The caller
@@ -134,6 +151,10 @@ std::shared_ptr<const Json> CurrentUnlocked(const std::string& path) {
     if (::stat(path.c_str(), &st) != 0) {
         cache.Forget();
         throw std::runtime_error("simulated host state not found: " + path);
+    }
+    if (!S_ISREG(st.st_mode)) {
+        cache.Forget();
+        NotAFile(path);
     }
     const bool known = cache.document && cache.path == path && cache.key == KeyOf(st);
     if (known && !cache.racy) return cache.document;

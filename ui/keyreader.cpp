@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 #include "platform/syslog.h"
+#include "platform/waiting.h"
 #include "ui/keys.h"
 #include "ui/terminal.h"
 #include "ui/window.h"
@@ -50,6 +51,7 @@ void* SignalThread(void*) {
             case SIGINT:
             case SIGQUIT:
             case SIGTERM:
+                Platform::NoteQuitRequest();  // ends a host tool the console waits for
                 byte = 4;
                 break;
             default:

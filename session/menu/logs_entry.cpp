@@ -4,6 +4,7 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
@@ -18,7 +19,7 @@ public:
         int number = 0;
         for (const auto& log : shown_)
             text += "{color:white}<" + std::to_string(++number) + "> {color:light-grey}" +
-                    log.title + "{/color}\n";
+                    EscapeHostText(log.title) + "{/color}\n";
         return text + c.menu.str(StrId::ViewSystemLogsHelp);
     }
     std::string footer(MenuContext&) override { return Footer::kLogOut; }

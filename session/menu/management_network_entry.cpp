@@ -6,6 +6,7 @@
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
@@ -34,13 +35,13 @@ std::string ManagementNetworkEntry::pane(MenuContext& c) {
         HostCtl::Network::IpConfig config = nic->GetIpConfig();
         dhcp = nic->GetConfiguredIpConfig().GetUseDhcp();
         std::string address = config.GetIpv4Address().GetStringAddress();
-        if (!config.GetIpv4UseNone() && address != "0.0.0.0") ipv4 = address;
+        if (!config.GetIpv4UseNone() && address != "0.0.0.0") ipv4 = EscapeHostText(address);
         for (const auto& net : config.GetIpv6Networks())
-            ipv6 += "  " + net.GetAddress().GetStringAddress() + "/" +
+            ipv6 += "  " + EscapeHostText(net.GetAddress().GetStringAddress()) + "/" +
                     std::to_string(net.GetPrefixLength()) + "\n";
     });
     std::string text = std::string(c.menu.str(StrId::Hostname)) + ":\n  " +
-                       (host.empty() ? notSet : host) + "\n\n";
+                       (host.empty() ? notSet : EscapeHostText(host)) + "\n\n";
     text += std::string(c.menu.str(StrId::Ipv4Address)) + ":\n  " + (ipv4.empty() ? notSet : ipv4) +
             "\n";
     if (dhcp && !ipv4.empty())

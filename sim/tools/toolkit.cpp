@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "platform/hostroot.h"
+#include "sim/tools/consoles.h"
 
 namespace Sim::Tools {
 
@@ -85,15 +86,7 @@ Json& Section(Json& state, const std::string& key) {
 }
 
 bool SignalConsole() {
-    std::ifstream pidFile(Tesk::Platform::HostPath("/var/run/tesk.pid"));
-    long pid = -1;
-    if (!(pidFile >> pid) || pid <= 1) return false;
-    // A stale pid file must not make us signal some other program.
-    std::error_code ec;
-    fs::path exe = fs::read_symlink("/proc/" + std::to_string(pid) + "/exe", ec);
-    if (ec || !exe.filename().string().starts_with("tesk")) return false;
-    if (exe.filename().string().starts_with("tesk-sim")) return false;
-    return ::kill(static_cast<pid_t>(pid), SIGTERM) == 0;
+    return SignalConsoles(Tesk::Platform::HostRoot(), SIGTERM) > 0;
 }
 
 }  // namespace Sim::Tools

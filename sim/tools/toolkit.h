@@ -38,8 +38,8 @@ std::optional<std::string> OptionValue(const std::vector<std::string>& args,
 // The object `key` of the state, made an object when missing.
 Json& Section(Json& state, const std::string& key);
 
-// Tells the console that the host goes down, as init would: SIGTERM to the
-// process named in <root>/var/run/tesk.pid when that process is the console.
+// Tells the consoles that the host goes down, as init would: SIGTERM to every
+// console running on the root (see RunningConsoles in sim/tools/consoles.h).
 // Returns false when there was no console to tell.
 bool SignalConsole();
 

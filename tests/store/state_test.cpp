@@ -2,8 +2,15 @@
 // reuse the parsed document, edits by hand and writes by other processes show
 // at the next call, and a reader never sees half a document.
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <thread>
 
 #include <cstdlib>
 #include <fstream>
@@ -132,6 +139,67 @@ TEST_F(StateStore, AReaderNeverSeesHalfADocumentWhileAnotherProcessWrites) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     EXPECT_GT(reads, 0);
     EXPECT_EQ(Sim::Get("/count"), Json(300 % 40));
+}
+
+// Runs body in a child process; its exit status, or -1 when it was still
+// running after `seconds` (then it is killed).
+int InChildWithin(int seconds, const std::function<int()>& body) {
+    pid_t child = ::fork();
+    if (child == 0) ::_exit(body());
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+    int status = 0;
+    while (::waitpid(child, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            ::kill(child, SIGKILL);
+            ::waitpid(child, &status, 0);
+            return -1;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(StateStore, ADocumentThatIsNoObjectIsUnreadable) {
+    for (const char* text : {"[]", "42", "\"text\"", "null"}) {
+        EditByHand(text);
+        EXPECT_THROW(Sim::Snapshot(), std::runtime_error) << text;
+        EXPECT_EQ(Sim::Get("/profile"), std::nullopt) << text;
+        EXPECT_EQ(Sim::Fault("zsi.bootOption"), std::nullopt) << text;
+        EXPECT_THROW(Sim::Update([](Json& s) { s["profile"] = "x"; }), std::runtime_error) << text;
+    }
+    EditByHand(R"({"profile": "back"})");
+    EXPECT_EQ(Sim::Get("/profile"), Json("back"));
+}
+
+TEST_F(StateStore, SpecialFilesAreRefusedWithoutWaiting) {
+    // A FIFO in place of the state file (or of its lock file) would hold an
+    // open for reading until some writer came along.
+    const std::string state = Sim::StatePath();
+    for (const std::string& fifo : {state, state + ".lock"}) {
+        std::filesystem::rename(state, state + ".saved");
+        if (fifo != state) std::filesystem::copy_file(state + ".saved", state);
+        std::filesystem::remove(fifo);
+        ASSERT_EQ(::mkfifo(fifo.c_str(), 0644), 0);
+        const bool lockFifo = fifo != state;
+        EXPECT_EQ(InChildWithin(5,
+                                [lockFifo] {
+                                    try {
+                                        auto doc = Sim::Snapshot();
+                                        return lockFifo && doc->contains("network") ? 0 : 1;
+                                    } catch (const std::runtime_error& e) {
+                                        return !lockFifo && std::string(e.what()).find(
+                                                                "not a regular file") !=
+                                                                std::string::npos
+                                                   ? 0
+                                                   : 2;
+                                    }
+                                }),
+                  0)
+            << fifo;
+        std::filesystem::remove(fifo);
+        std::filesystem::rename(state + ".saved", state);
+    }
+    EXPECT_EQ(Sim::Get("/profile"), Json("default"));
 }
 
 }  // namespace

@@ -1,0 +1,72 @@
+// Host values that look like markup are shown as the text they are, on every
+// screen that shows host data: the welcome screen, the login dialog, the
+// menu's panes.
+#include <string>
+
+#include "tests/session/robustness_steps.h"
+#include "ui/markup.h"
+#include "ui/markup_escape.h"
+
+using namespace SessionTest;
+
+namespace {
+
+constexpr int kCols = 100, kRows = 30;
+
+TEST(HostText, EscapingKeepsTextAndLines) {
+    EXPECT_EQ(Tesk::EscapeHostText("{color:red}x{/color}"), "{{}color:red}x{{}/color}");
+    EXPECT_EQ(Tesk::EscapeHostText("a\nb\tc\x1b[31m\x7f"), "a b c [31m ");
+    EXPECT_EQ(Tesk::EscapeHostLines("one {x}\ntwo\r\n"), "one {{}x}\ntwo \n");
+    // Laid out, the escaped text takes exactly the columns of the original.
+    const std::string host = "{color:red}x{align:right}{ip}";
+    EXPECT_EQ(Tesk::LayoutMarkup(Tesk::EscapeHostText(host), 80),
+              "{{}color:red}x{{}align:right}{{}ip}");
+    EXPECT_EQ(Tesk::EscapeHostText(""), "");
+}
+
+TEST(HostText, MarkupInHostValuesShowsAsText) {
+    SimRoot root;
+    root.editState([](Json& s) {
+        s["network"]["dns"]["hostname"] = "{color:red}x{align:right}";
+        s["network"]["dns"]["domain"] = "{bgcolor:white}d";
+        s["hardware"]["vendor"] = "{color:red}Vendor";
+        s["hardware"]["product"] = "Model{align:center}";
+        s["hardware"]["cpu"]["model"] = "{/color}Cpu{";
+        s["systemInfo"]["keyboard"]["layout"] = "{ip}";
+    });
+    root.writeFile("/etc/brelt/support", "{color:red}Support{align:right}\n");
+
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(console.waitForText("https://{color:red}x{align:right}/"));
+    EXPECT_TRUE(console.waitForText("{color:red}Vendor Model{align:center}"));
+    EXPECT_TRUE(console.waitForText("2 x {/color}Cpu{"));
+    // Not red: the host name is drawn like the rest of its line.
+    auto name = console.find("https://{color:red}x");
+    ASSERT_TRUE(name);
+    EXPECT_EQ(console.cell(name->col + 19, name->row).fg, console.cell(name->col, name->row).fg);
+
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    EXPECT_TRUE(console.find("{color:red}x{align:right}.{bgcolor:white}d.")) << console.text();
+    EXPECT_TRUE(console.find("Configured Keyboard ({ip})")) << console.text();
+    EnterCredentials(console, "root", kPassword);
+    ASSERT_TRUE(console.waitForText("System Customization"));
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
+
+    ASSERT_TRUE(SelectEntry(console, "Configure Management Network", kCols)) << console.text();
+    EXPECT_TRUE(console.find("{color:red}x{align:right}")) << console.text();
+    ASSERT_TRUE(SelectEntry(console, "View Support Information", kCols)) << console.text();
+    EXPECT_TRUE(console.find("{color:red}Support{align:right}")) << console.text();
+}
+
+TEST(HostText, AHostNameOfBracesStaysOnTheScreen) {
+    SimRoot root;
+    root.editState([](Json& s) { s["network"]["dns"]["hostname"] = std::string(100000, '{'); });
+    ConsoleSession console(root, LocalConsole(80, 25));
+    // Once the rest of the text vanished into one endless tag.
+    EXPECT_TRUE(console.waitForText("https://{{{{{{{{{{"));
+    EXPECT_TRUE(console.waitForText("64 GiB Memory"));
+}
+
+}  // namespace
