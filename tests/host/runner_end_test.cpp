@@ -154,7 +154,7 @@ TEST_F(RunnerEndTest, TheOutcomeTellsHowTheToolEnded) {
     // Its own process group, no signal ignored or blocked.
     WriteScript("/bin/tool",
                 "read -r _ _ _ _ pgrp _ < /proc/$$/stat\n[ \"$pgrp\" = \"$$\" ] || exit 1\n"
-                "grep -E 'Sig(Ign|Blk)' /proc/$$/status");
+                "exec grep -E 'Sig(Ign|Blk)' /proc/self/status");
     struct sigaction ignore {
     }, saved{};
     ignore.sa_handler = SIG_IGN;
