@@ -26,7 +26,7 @@ inline bool SelectEntry(ConsoleSession& console, const std::string& entry, int c
         const std::string before = Heading(console, cols);
         console.key(Key::Down);
         console.waitFor([&] { return Heading(console, cols) != before; }, "the selection moved",
-                        std::chrono::milliseconds(500));
+                        TeskTest::Scaled(std::chrono::milliseconds(500)));
         console.waitForQuiet();
     }
     return Heading(console, cols) == entry;
