@@ -6,6 +6,7 @@
 #include <linux/vt.h>
 #include <signal.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -21,6 +22,7 @@
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
 #include "platform/product.h"
+#include "platform/regular_file.h"
 #include "platform/syslog.h"
 #include "ui/keyreader.h"
 #include "ui/terminal.h"
@@ -105,13 +107,15 @@ bool IsConsoleProcess(pid_t pid) {
 bool GuardPidFile() {
     const std::string path = Platform::HostPath(kPidFile);
     std::optional<pid_t> pid;
-    if (std::ifstream in{path}) {
-        std::stringstream text;
-        text << in.rdbuf();
-        pid = ParsePidFile(text.str());
-    }
+    if (auto text = Platform::ReadRegularFile(path)) pid = ParsePidFile(*text);
     if (pid && IsConsoleProcess(*pid)) {
         Platform::Log(LOG_ERR, "Attempt to run multiple TESK instances, not updating %s", kPidFile);
+        return false;
+    }
+    // Something else than a file in its place (a FIFO would hold the open).
+    struct stat st {};
+    if (::stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+        Platform::Log(LOG_ERR, "%s is not a regular file, not updating it", kPidFile);
         return false;
     }
     if (FILE* out = std::fopen(path.c_str(), "w")) {
@@ -125,10 +129,8 @@ bool GuardPidFile() {
 
 void ReleasePidFile() {
     const std::string path = Platform::HostPath(kPidFile);
-    std::ifstream in{path};
-    std::stringstream text;
-    text << in.rdbuf();
-    if (ParsePidFile(text.str()) == ::getpid()) ::unlink(path.c_str());
+    const auto text = Platform::ReadRegularFile(path);
+    if (text && ParsePidFile(*text) == ::getpid()) ::unlink(path.c_str());
 }
 
 void SwitchVirtualTerminal(int vt) {

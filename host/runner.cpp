@@ -293,7 +293,7 @@ CommandOutcome RunCommandDetailed(const char* path, const char* const argv[], ch
     const Clock::time_point deadline = started + std::chrono::seconds(limited ? timeLimit : 0);
     const Clock::time_point slowAt =
         started + std::chrono::milliseconds(Platform::kSlowWaitMilliseconds);
-    // Set once the group is to go: when SIGKILL follows the SIGTERM.
+    // Set when the console is to end: when SIGKILL follows the SIGTERM.
     std::optional<Clock::time_point> killAt;
     bool killing = false;  // SIGKILL sent to the group
     bool toldSlow = false;
@@ -316,13 +316,6 @@ CommandOutcome RunCommandDetailed(const char* path, const char* const argv[], ch
         }
         ended = true;
     };
-    auto endGroup = [&](const char* why) {
-        Platform::Log(LOG_WARNING, "%s", why);
-        ::kill(-pid, SIGTERM);
-        killAt = Clock::now() + kTermGrace;
-        outcome.end = CommandOutcome::End::Interrupted;
-    };
-
     while (!ended) {
         pollfd fds[5];
         nfds_t n = 0;
@@ -363,7 +356,11 @@ CommandOutcome RunCommandDetailed(const char* path, const char* const argv[], ch
             break;
         }
         if (ready > 0 && fds[4].revents && !killAt) {
-            endGroup("Killing process group because the console is ending");
+            // The console is to end: the group is asked to go, then made to.
+            Platform::Log(LOG_WARNING, "%s", "Killing process group because the console is ending");
+            ::kill(-pid, SIGTERM);
+            killAt = now + kTermGrace;
+            outcome.end = CommandOutcome::End::Interrupted;
         } else if (limited && !killing && !killAt && now >= deadline) {
             Platform::Log(LOG_WARNING, "Killing process because %d seconds timeout expired",
                           timeLimit);

@@ -50,7 +50,7 @@ void BrlAudit_VLog(const char* event, const char* user, const char* application,
     }
     line += '\n';
     int fd = ::open(Tesk::Platform::HostPath("/var/log/audit.log").c_str(),
-                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
     if (fd < 0) return;
     ssize_t ignored = ::write(fd, line.data(), line.size());
     (void)ignored;

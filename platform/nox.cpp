@@ -61,7 +61,7 @@ int NoxUserLib_AddNox(const char* fmt, ...) {
     std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &tm);
     std::string line = std::string(stamp) + " " + id + " " + message + "\n";
     int fd = ::open(Tesk::Platform::HostPath("/var/log/noxd.log").c_str(),
-                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
     if (fd < 0) return -1;
     ssize_t written = ::write(fd, line.data(), line.size());
     ::close(fd);

@@ -23,7 +23,7 @@ void AppendMirror(const std::string& text) {
     std::string line = FormatMirrorLine(text);
     line += '\n';
     int fd = ::open(HostPath("/var/log/syslog.log").c_str(),
-                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
     if (fd < 0) return;
     // One write with O_APPEND keeps lines from several processes whole.
     ssize_t ignored = ::write(fd, line.data(), line.size());

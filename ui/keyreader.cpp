@@ -120,11 +120,17 @@ int WaitForInput(const timeval* limit) {
         return EventNone;
     }
     if (n == 0) return EventTimeout;
-    if (fds[0].revents & (POLLIN | POLLHUP | POLLERR)) {
+    if (fds[0].revents & (POLLIN | POLLHUP | POLLERR | POLLNVAL)) {
         wtimeout(stdscr, 0);
         int key = wgetch(stdscr);
         wtimeout(stdscr, -1);
-        return key == ERR ? EventNone : key;
+        if (key != ERR) return key;
+        // The terminal hung up without a SIGHUP reaching this process (the
+        // kernel tells the session's leader, which may be the program that
+        // started the console): every poll would say so again, and a quit
+        // byte behind it would never be read. End as on SIGHUP.
+        if (fds[0].revents & (POLLHUP | POLLERR | POLLNVAL)) return EventQuit;
+        if (!(fds[1].revents & POLLIN)) return EventNone;
     }
     if (fds[1].revents & POLLIN) {
         unsigned char byte = 0;

@@ -17,11 +17,13 @@
  * shorter than six characters (PAM_AUTHTOK_ERR).
  */
 #define _GNU_SOURCE
+#include <fcntl.h>
 #include <security/pam_appl.h>
 #include <security/pam_modules.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #define MAX_LINE 1024
@@ -56,8 +58,23 @@ static int parse_line(const char* line, struct user_entry* e) {
     return 1;
 }
 
+/* The user file for reading, only when it is a regular file: a FIFO in its
+ * place must not hold the login (the open does not wait for a writer). */
+static FILE* open_db(const char* db) {
+    int fd = db ? open(db, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY) : -1;
+    if (fd < 0) return NULL;
+    struct stat st;
+    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        close(fd);
+        return NULL;
+    }
+    FILE* f = fdopen(fd, "r");
+    if (!f) close(fd);
+    return f;
+}
+
 static int find_user(const char* db, const char* user, struct user_entry* out) {
-    FILE* f = db ? fopen(db, "r") : NULL;
+    FILE* f = open_db(db);
     if (!f) return 0;
     char line[MAX_LINE];
     int found = 0;
@@ -70,7 +87,7 @@ static int find_user(const char* db, const char* user, struct user_entry* out) {
 /* Rewrites the user's line with a new password and outcome. */
 static int update_user(const char* db, const char* user, const char* password,
                        const char* outcome) {
-    FILE* in = fopen(db, "r");
+    FILE* in = open_db(db);
     if (!in) return 0;
     char tmp[4096];
     snprintf(tmp, sizeof tmp, "%s.tmp.%d", db, (int)getpid());

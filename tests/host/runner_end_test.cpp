@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -14,30 +13,13 @@
 #include "host/runner.h"
 #include "platform/waiting.h"
 #include "tests/host/host_root.h"
+#include "tests/support/process_end.h"
 
 namespace TeskTest {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using Tesk::CommandOutcome;
-
-// True when the process has ended (gone, or a zombie nobody reaped yet).
-bool Gone(pid_t pid) {
-    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
-    std::string line;
-    if (!std::getline(stat, line)) return true;
-    const auto close = line.rfind(')');
-    return close != std::string::npos && line.compare(close + 2, 1, "Z") == 0;
-}
-
-bool GoneWithin(pid_t pid, std::chrono::seconds limit) {
-    const auto deadline = Clock::now() + limit;
-    while (!Gone(pid)) {
-        if (Clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
 
 class RunnerEndTest : public HostRootTest {
 protected:
@@ -154,7 +136,7 @@ TEST_F(RunnerEndTest, TheOutcomeTellsHowTheToolEnded) {
     // Its own process group, no signal ignored or blocked.
     WriteScript("/bin/tool",
                 "read -r _ _ _ _ pgrp _ < /proc/$$/stat\n[ \"$pgrp\" = \"$$\" ] || exit 1\n"
-                "grep -E 'Sig(Ign|Blk)' /proc/$$/status");
+                "exec grep -E 'Sig(Ign|Blk)' /proc/self/status");
     struct sigaction ignore {
     }, saved{};
     ignore.sa_handler = SIG_IGN;

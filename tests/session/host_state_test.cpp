@@ -116,4 +116,35 @@ TEST(BadHostState, ASupportFileThatIsAFifoLeavesTheMenuUsable) {
     EndsOnSigterm(console);
 }
 
+TEST(BadHostState, AUserFileThatIsAFifoFailsTheLoginOnly) {
+    SimRoot root;
+    const std::string users = root.path("/etc/simhost/users");
+    std::filesystem::remove(users);
+    ASSERT_EQ(::mkfifo(users.c_str(), 0644), 0);
+    ConsoleSession console(root, LocalConsole());
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    EnterCredentials(console, "root", kPassword);
+    EXPECT_TRUE(root.waitForLogLine("Authentication of user root failed"));
+    EndsOnSigterm(console);
+}
+
+TEST(BadHostState, FifosInPlaceOfTheConsolesOwnFilesHoldNothingUp) {
+    // The pid file and the log mirrors the console writes: a FIFO without a
+    // reader would hold an open for writing (and one for reading) for ever.
+    for (const char* file :
+         {"/var/run/tesk.pid", "/var/log/audit.log", "/var/log/noxd.log", "/var/log/syslog.log"}) {
+        SCOPED_TRACE(file);
+        SimRoot root;
+        std::filesystem::remove(root.path(file));
+        ASSERT_EQ(::mkfifo(root.path(file).c_str(), 0644), 0);
+        ConsoleSession console(root, LocalConsole());
+        ASSERT_TRUE(LogIn(console));
+        console.key(Key::Esc);
+        EXPECT_TRUE(console.waitForText(kFooter));
+        EndsOnSigterm(console);
+    }
+}
+
 }  // namespace

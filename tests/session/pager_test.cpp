@@ -1,6 +1,8 @@
 // Handing the terminal to the log pager and taking it back: what the pager is
 // given, that it owns the terminal while it runs, and that the console's
-// environment and terminal are as before afterwards.
+// environment and terminal are as before afterwards; and the pager's fence: the
+// environment it gets, its process group ended at its end and by the console's
+// quit, a resize it saw passed on to the console.
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
@@ -10,6 +12,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <clocale>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -19,7 +22,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/waiting.h"
 #include "session/log_viewer.h"
+#include "tests/support/process_end.h"
 
 namespace fs = std::filesystem;
 
@@ -43,7 +48,7 @@ public:
         fs::create_directories(dir_ / "var/log");
         std::ofstream(dir_ / "var/log/syslog.log") << "line\n";
         std::ofstream pager(dir_ / "bin/less");
-        pager << "#!/bin/sh\n"
+        pager << "#!/bin/sh\nR=" << dir_.string() << "\n"
               << "{ for a in \"$@\"; do printf '%s\\n' \"$a\"; done\n"
               << "  printf 'LESSSECURE=%s\\n' \"${LESSSECURE-unset}\"\n"
               // Fields 5 and 8 of stat: own process group, terminal's foreground group.
@@ -54,9 +59,19 @@ public:
         pager.close();
         fs::permissions(dir_ / "bin/less", fs::perms::owner_all);
     }
-    ~PagerRoot() { fs::remove_all(dir_); }
+    ~PagerRoot() {
+        for (const char* name : {"pager", "helper"})
+            if (pid(name) > 0 && !TeskTest::Gone(pid(name))) ::kill(pid(name), SIGKILL);
+        fs::remove_all(dir_);
+    }
     const fs::path& dir() const { return dir_; }
     std::string record() const { return ReadAll(dir_ / "record"); }
+    std::string file(const char* name) const { return ReadAll(dir_ / name); }
+    // A process id the script wrote to a file; -1 when there is none.
+    pid_t pid(const char* name) const {
+        const std::string text = file(name);
+        return text.empty() ? -1 : std::stoi(text);
+    }
 
 private:
     fs::path dir_;
@@ -155,6 +170,97 @@ TEST(LogPager, MissingPagerIsReportedAndChangesNothing) {
                              return AfterPager("keepme", -1);
                          }),
               0);
+}
+
+int View() {
+    return Tesk::ViewWithPager("/bin/less", "/var/log/syslog.log");
+}
+
+TEST(LogPager, ThePagerGetsTheTerminalTheLocaleAndLessSecureOnly) {
+    PagerRoot root("env | sort > $R/env");
+    EXPECT_EQ(InTerminal(root.dir(),
+                         [] {
+                             ::setenv("TERM", "xterm", 1);
+                             ::setenv("TERMINFO", "/usr/share/terminfo", 1);
+                             ::setenv("LANG", "en_US.UTF-8", 1);
+                             ::setenv("LC_TIME", "C", 1);
+                             ::setenv("LESSSECURE", "keepme", 1);
+                             ::setenv("ASAN_OPTIONS", "log_path=/tmp/x", 1);
+                             ::setenv("TESK_FENCE_MARKER", "leak", 1);
+                             return View();
+                         }),
+              0);
+    std::string env = root.file("env");
+    // The shell running the script adds its own PWD (and maybe SHLVL).
+    std::string kept;
+    std::istringstream lines(env);
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("PWD=") && !line.starts_with("SHLVL=") && !line.starts_with("_="))
+            kept += line + "\n";
+    EXPECT_EQ(kept,
+              "LANG=en_US.UTF-8\nLC_TIME=C\nLESSSECURE=1\nTERMINFO=/usr/share/terminfo\n"
+              "TERM=xterm\n")
+        << env;
+
+    // Without a locale in the environment the console's own character set.
+    EXPECT_EQ(InTerminal(root.dir(),
+                         [] {
+                             ::unsetenv("LANG");
+                             ::unsetenv("LC_ALL");
+                             ::unsetenv("LC_CTYPE");
+                             if (!std::setlocale(LC_CTYPE, "C.UTF-8")) return 50;
+                             return View();
+                         }),
+              0);
+    EXPECT_NE(root.file("env").find("LC_CTYPE=C.UTF-8\n"), std::string::npos) << root.file("env");
+}
+
+TEST(LogPager, AQuitEndsAPagerThatIgnoresItWithEverythingItStarted) {
+    PagerRoot root(
+        "trap '' TERM INT HUP\necho $$ > $R/pager\nsleep 300 &\necho $! > $R/helper\n"
+        "while :; do sleep 1; done");
+    EXPECT_EQ(InTerminal(root.dir(),
+                         [] {
+                             std::thread quit([] {
+                                 std::this_thread::sleep_for(std::chrono::milliseconds(300));
+                                 Tesk::Platform::NoteQuitRequest();
+                             });
+                             const auto start = std::chrono::steady_clock::now();
+                             View();
+                             quit.join();
+                             return std::chrono::steady_clock::now() - start <
+                                            std::chrono::seconds(4)
+                                        ? 0
+                                        : 1;
+                         }),
+              0);
+    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("pager"), std::chrono::milliseconds(2000)));
+    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("helper"), std::chrono::milliseconds(2000)));
+}
+
+TEST(LogPager, NothingThePagerStartedOutlivesIt) {
+    PagerRoot root("sleep 300 &\necho $! > $R/helper\nexit 0");
+    EXPECT_EQ(InTerminal(root.dir(), [] { return View(); }), 0);
+    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("helper"), std::chrono::milliseconds(2000)));
+}
+
+// The console's view of a resize the pager saw: 0 when SIGWINCH is pending
+// for the console after the pager exactly when `resized`.
+int ResizeSeen(bool resized) {
+    sigset_t winch, pending;
+    sigemptyset(&winch);
+    sigaddset(&winch, SIGWINCH);
+    ::pthread_sigmask(SIG_BLOCK, &winch, nullptr);
+    if (View() != 0) return 20;
+    sigpending(&pending);
+    return sigismember(&pending, SIGWINCH) == (resized ? 1 : 0) ? 0 : 21;
+}
+
+TEST(LogPager, AResizeWhileThePagerRunsReachesTheConsoleWhenItReturns) {
+    PagerRoot resizing("stty cols 91 rows 21");
+    EXPECT_EQ(InTerminal(resizing.dir(), [] { return ResizeSeen(true); }), 0);
+    PagerRoot still("exit 0");
+    EXPECT_EQ(InTerminal(still.dir(), [] { return ResizeSeen(false); }), 0);
 }
 
 }  // namespace

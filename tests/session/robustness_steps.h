@@ -7,11 +7,10 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <thread>
 
 #include "tests/session/session_support.h"
+#include "tests/support/process_end.h"
 
 namespace SessionTest {
 
@@ -27,29 +26,17 @@ inline bool SelectEntry(ConsoleSession& console, const std::string& entry, int c
         const std::string before = Heading(console, cols);
         console.key(Key::Down);
         console.waitFor([&] { return Heading(console, cols) != before; }, "the selection moved",
-                        std::chrono::milliseconds(500));
+                        TeskTest::Scaled(std::chrono::milliseconds(500)));
         console.waitForQuiet();
     }
     return Heading(console, cols) == entry;
 }
 
-// True when the process has ended (gone, or a zombie nobody reaped yet).
-inline bool Gone(pid_t pid) {
-    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
-    std::string line;
-    if (!std::getline(stat, line)) return true;
-    const auto close = line.rfind(')');
-    return close != std::string::npos && line.compare(close + 2, 1, "Z") == 0;
-}
-
+// Waits (scaled for slow builds) until the process has ended.
 inline bool GoneWithin(pid_t pid, std::chrono::seconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + TeskTest::Scaled(limit);
-    while (!Gone(pid)) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
+    return TeskTest::GoneWithin(pid, TeskTest::Scaled(limit));
 }
+using TeskTest::Gone;
 
 // Replaces the host tool at hostPath by a shell script; $R in the body is
 // the root.
