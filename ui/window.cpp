@@ -4,6 +4,7 @@
 
 #include "ui/keyreader.h"
 #include "ui/palette.h"
+#include "ui/too_small_note.h"
 
 namespace Tesk {
 
@@ -137,6 +138,12 @@ void Window::print(int column, int row, const std::string& text) {
 }
 
 int Run(Window& w) {
+    // A window larger than the terminal is not drawn; it must not take keys
+    // either. A note says why, and the window counts as cancelled.
+    if (!FitsOnScreen(w)) {
+        TooSmallNote note(w.opener(), w.width(), w.height());
+        return Run(note);
+    }
     g_current = nullptr;
     Window* opener = w.opener();
     if (opener) {
