@@ -117,10 +117,14 @@ int WaitForInput(const timeval* limit) {
     }
     if (n == 0) return EventTimeout;
     if (fds[0].revents & (POLLIN | POLLHUP | POLLERR)) {
+        // Whole characters, not bytes: a UTF-8 sequence arrives as one key.
         wtimeout(stdscr, 0);
-        int key = wgetch(stdscr);
+        wint_t ch = 0;
+        const int kind = wget_wch(stdscr, &ch);
         wtimeout(stdscr, -1);
-        return key == ERR ? EventNone : key;
+        if (kind == KEY_CODE_YES) return static_cast<int>(ch);
+        if (kind == OK) return CharKey(static_cast<char32_t>(ch));
+        return EventNone;
     }
     if (fds[1].revents & POLLIN) {
         unsigned char byte = 0;
