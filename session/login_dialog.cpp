@@ -113,11 +113,6 @@ KeyResult LoginDialog::accept() {
     return authenticate() ? KeyResult::Leave(1) : KeyResult::Redraw();
 }
 
-void LoginDialog::refresh() {
-    items().draw();
-    redraw();
-}
-
 bool LoginDialog::authenticate() {
     user_ = login_->value();
     std::string password = password_->value();

@@ -178,6 +178,7 @@ int ReadKey(Window* w, bool allowIdleTimeout) {
             }
             if (idleActive) limit = Remaining(expiry, now);
         }
+        ShowTerminalCursor();
         int result = Hooks().wait(limit ? &*limit : nullptr);
         switch (result) {
             case EventTimeout:
