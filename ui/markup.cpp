@@ -87,6 +87,7 @@ private:
     void tag(std::string_view text) {
         if (text.empty()) return;
         if (text == kLiteralBrace) {
+            countingIndent_ = false;
             wrapIfFull();
             out_.append("{{}");
             advance();
@@ -167,15 +168,23 @@ private:
         if (c == '\n') {
             out_.push_back('\n');
             newLine();
+            indent_ = 0;
+            countingIndent_ = true;
             return;
         }
         if (IsSpace(static_cast<unsigned char>(c))) {
             out_.push_back(c);
             advance();
+            // A line's leading spaces are its indent, no place to wrap.
+            if (countingIndent_ && c == ' ') {
+                ++indent_;
+                return;
+            }
             lastSpace_ = out_.size() - 1;
             spaceColumn_ = column_;
             return;
         }
+        countingIndent_ = false;
         wrapIfFull();
         out_.push_back(c);
         advance();
@@ -187,7 +196,10 @@ private:
         const Utf8::Char c = Utf8::Decode(text, at);
         int columns = c.valid ? Utf8::Columns(c.codePoint) : 1;
         if (columns < 0) columns = 1;
-        if (columns > 0) wrapIfFull(columns);
+        if (columns > 0) {
+            countingIndent_ = false;
+            wrapIfFull(columns);
+        }
         out_.append(text.substr(at, c.length));
         advance(columns);
         return c.length;
@@ -195,7 +207,7 @@ private:
 
     // A visible character of `columns` that does not fit: the word so far
     // moves to the next line at the line's last space, or the line is cut
-    // hard.
+    // hard. The new line keeps the indent of the line it continues.
     void wrapIfFull(int columns = 1) {
         if (remaining_ >= columns) return;
         if (lastSpace_ != std::string::npos) {
@@ -203,15 +215,30 @@ private:
             int carried = column_ - spaceColumn_;
             std::size_t lineStart = lastSpace_ + 1;
             lastSpace_ = std::string::npos;
-            column_ = carried;
+            const int indent = hangingIndent(carried);
+            out_.insert(lineStart, static_cast<std::size_t>(indent), ' ');
+            column_ = carried + indent;
             remaining_ = width_ - column_;
             if ((mode_ == Align::Right || mode_ == Align::Center) && segmentStart_ < lineStart)
                 segmentStart_ = lineStart;
             // A wide character may still not fit after the word it ends.
-            if (remaining_ >= columns || column_ == 0) return;
+            if (remaining_ >= columns || column_ == indent) return;
         }
         out_.push_back('\n');
         newLine();
+        const int indent = hangingIndent(0);
+        out_.append(static_cast<std::size_t>(indent), ' ');
+        column_ = indent;
+        remaining_ = width_ - indent;
+    }
+
+    // The indent a wrapped line continues with: the leading spaces of the
+    // line it comes from, in plain left-aligned text, when they leave at least
+    // half of the width (and the carried word still fits after them).
+    int hangingIndent(int carried) const {
+        if (mode_ != Align::Left || indent_ <= 0) return 0;
+        if (indent_ * 2 >= width_ || indent_ + carried > width_) return 0;
+        return indent_;
     }
 
     void newLine() {
@@ -236,6 +263,8 @@ private:
     Align mode_ = Align::Left;
     int padding_ = 0;
     std::size_t segmentStart_ = 0;
+    int indent_ = 0;              // leading spaces of the current source line
+    bool countingIndent_ = true;  // nothing visible on that line yet
     const VariableMap& variables_;
     std::string out_;
 };
