@@ -32,8 +32,28 @@ namespace {
 
 constexpr const char kPidFile[] = "/var/run/tesk.pid";
 
+bool g_terminalSaved = false;
+
+// Every way out (a normal end, an ExitRequest, exit() anywhere) ends curses
+// and puts back the terminal settings found at start-up, so the terminal is
+// never left without echo and line editing, whatever curses believed them to
+// be.
 void EndCurses() {
     if (!isendwin()) endwin();
+    if (g_terminalSaved) ::tcsetattr(1, TCSANOW, &StartupTerminalSettings());
+}
+
+// Curses installs a stop handler of its own for SIGTSTP (it redraws from
+// inside the handler) unless the signal is ignored when curses starts. The
+// console's signal thread takes the job-control signals instead.
+void InitCursesWithoutStopHandler() {
+    struct sigaction ignore {};
+    struct sigaction previous {};
+    ignore.sa_handler = SIG_IGN;
+    sigemptyset(&ignore.sa_mask);
+    ::sigaction(SIGTSTP, &ignore, &previous);
+    initscr();
+    ::sigaction(SIGTSTP, &previous, nullptr);
 }
 
 }  // namespace
@@ -153,7 +173,7 @@ int RunConsole(int argc, char** argv,
     }
 
     termios& savedTermios = StartupTerminalSettings();
-    ::tcgetattr(1, &savedTermios);
+    g_terminalSaved = ::tcgetattr(1, &savedTermios) == 0;
 
     char kbType = 0;
     StartFacts facts;
@@ -175,7 +195,7 @@ int RunConsole(int argc, char** argv,
 
     std::setlocale(LC_ALL, "en_US.UTF-8");
 
-    initscr();
+    InitCursesWithoutStopHandler();
     start_color();
     std::atexit(&EndCurses);
     SetupCurses();
@@ -211,7 +231,7 @@ int RunConsole(int argc, char** argv,
 
     erase();
     refresh();
-    endwin();
+    EndCurses();
     static const char kResetPalette[] = {'\033', ']', 'R'};
     ssize_t ignored = ::write(1, kResetPalette, sizeof kResetPalette);
     (void)ignored;

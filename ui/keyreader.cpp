@@ -52,7 +52,7 @@ void* SignalThread(void*) {
             case SIGTERM:
                 byte = 4;
                 break;
-            default:
+            default:  // SIGTSTP, SIGTTIN, SIGTTOU: nothing to do
                 continue;
         }
         while (::write(g_pipe[1], &byte, 1) <= 0 && errno == EINTR) {
@@ -90,7 +90,11 @@ void StartSignalHandling() {
         std::exit(1);
     }
     sigemptyset(&g_signals);
-    for (int s : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGWINCH})
+    // The job-control signals are taken too and dropped by the signal thread:
+    // the console is its terminal's only job, so Ctrl-Z changes nothing, and no
+    // handler (curses installs one for SIGTSTP) ever runs.
+    for (int s :
+         {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGWINCH, SIGTSTP, SIGTTIN, SIGTTOU})
         sigaddset(&g_signals, s);
     int rc = ::pthread_sigmask(SIG_BLOCK, &g_signals, nullptr);
     if (rc != 0) {
@@ -112,7 +116,8 @@ int WaitForInput(const timeval* limit) {
     if (limit) timeoutMs = static_cast<int>(limit->tv_usec / 1000 + limit->tv_sec * 1000);
     int n = ::poll(fds, 2, timeoutMs);
     if (n < 0) {
-        Platform::LogSystemError("poll() failed");
+        // A signal that interrupts the wait is no failure: the caller waits again.
+        if (errno != EINTR) Platform::LogSystemError("poll() failed");
         return EventNone;
     }
     if (n == 0) return EventTimeout;
