@@ -3,7 +3,6 @@
 #include <curses.h>
 #include <fcntl.h>
 #include <linux/kd.h>
-#include <linux/vt.h>
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -22,6 +21,7 @@
 #include "platform/hostroot.h"
 #include "platform/product.h"
 #include "platform/syslog.h"
+#include "platform/vt.h"
 #include "ui/keyreader.h"
 #include "ui/terminal.h"
 #include "ui/window.h"
@@ -32,15 +32,17 @@ namespace {
 
 constexpr const char kPidFile[] = "/var/run/tesk.pid";
 
+// The terminal's settings exactly as found, before the console changed any.
+termios g_foundTerminal{};
 bool g_terminalSaved = false;
 
 // Every way out (a normal end, an ExitRequest, exit() anywhere) ends curses
-// and puts back the terminal settings found at start-up, so the terminal is
-// never left without echo and line editing, whatever curses believed them to
-// be.
+// and puts back the terminal settings found at start-up (the suspend
+// character included), so the terminal is never left without echo and line
+// editing, whatever curses believed them to be.
 void EndCurses() {
     if (!isendwin()) endwin();
-    if (g_terminalSaved) ::tcsetattr(1, TCSANOW, &StartupTerminalSettings());
+    if (g_terminalSaved) ::tcsetattr(1, TCSANOW, &g_foundTerminal);
 }
 
 // Curses installs a stop handler of its own for SIGTSTP (it redraws from
@@ -150,13 +152,6 @@ void ReleasePidFile() {
     if (ParsePidFile(text.str()) == ::getpid()) ::unlink(path.c_str());
 }
 
-void SwitchVirtualTerminal(int vt) {
-    int fd = ::open("/dev/console", O_RDWR | O_CLOEXEC);
-    if (fd < 0) return;
-    if (::ioctl(fd, VT_ACTIVATE, vt) != 0) ::ioctl(fd, VT_WAITACTIVE, vt);
-    ::close(fd);
-}
-
 int RunConsole(int argc, char** argv,
                const std::function<std::unique_ptr<Window>(const StartFacts&)>& makeTopWindow) {
     Preference_Init();
@@ -174,6 +169,7 @@ int RunConsole(int argc, char** argv,
 
     termios& savedTermios = StartupTerminalSettings();
     g_terminalSaved = ::tcgetattr(1, &savedTermios) == 0;
+    g_foundTerminal = savedTermios;
 
     char kbType = 0;
     StartFacts facts;
@@ -188,7 +184,7 @@ int RunConsole(int argc, char** argv,
     const bool ownsPidFile = GuardPidFile();
 
     if (vt) {
-        SwitchVirtualTerminal(*vt);
+        Platform::ActivateVirtualTerminal(*vt);
         savedTermios.c_cc[VSUSP] = 0;
         ::tcsetattr(1, TCSANOW, &savedTermios);
     }
