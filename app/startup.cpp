@@ -3,7 +3,6 @@
 #include <curses.h>
 #include <fcntl.h>
 #include <linux/kd.h>
-#include <linux/vt.h>
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -24,6 +23,7 @@
 #include "platform/product.h"
 #include "platform/regular_file.h"
 #include "platform/syslog.h"
+#include "platform/vt.h"
 #include "ui/keyreader.h"
 #include "ui/terminal.h"
 #include "ui/wait_notice.h"
@@ -35,8 +35,30 @@ namespace {
 
 constexpr const char kPidFile[] = "/var/run/tesk.pid";
 
+// The terminal's settings exactly as found, before the console changed any.
+termios g_foundTerminal{};
+bool g_terminalSaved = false;
+
+// Every way out (a normal end, an ExitRequest, exit() anywhere) ends curses
+// and puts back the terminal settings found at start-up (the suspend
+// character included), so the terminal is never left without echo and line
+// editing, whatever curses believed them to be.
 void EndCurses() {
     if (!isendwin()) endwin();
+    if (g_terminalSaved) ::tcsetattr(1, TCSANOW, &g_foundTerminal);
+}
+
+// Curses installs a stop handler of its own for SIGTSTP (it redraws from
+// inside the handler) unless the signal is ignored when curses starts. The
+// console's signal thread takes the job-control signals instead.
+void InitCursesWithoutStopHandler() {
+    struct sigaction ignore {};
+    struct sigaction previous {};
+    ignore.sa_handler = SIG_IGN;
+    sigemptyset(&ignore.sa_mask);
+    ::sigaction(SIGTSTP, &ignore, &previous);
+    initscr();
+    ::sigaction(SIGTSTP, &previous, nullptr);
 }
 
 }  // namespace
@@ -133,13 +155,6 @@ void ReleasePidFile() {
     if (text && ParsePidFile(*text) == ::getpid()) ::unlink(path.c_str());
 }
 
-void SwitchVirtualTerminal(int vt) {
-    int fd = ::open("/dev/console", O_RDWR | O_CLOEXEC);
-    if (fd < 0) return;
-    if (::ioctl(fd, VT_ACTIVATE, vt) != 0) ::ioctl(fd, VT_WAITACTIVE, vt);
-    ::close(fd);
-}
-
 int RunConsole(int argc, char** argv,
                const std::function<std::unique_ptr<Window>(const StartFacts&)>& makeTopWindow) {
     Preference_Init();
@@ -157,7 +172,8 @@ int RunConsole(int argc, char** argv,
     }
 
     termios& savedTermios = StartupTerminalSettings();
-    ::tcgetattr(1, &savedTermios);
+    g_terminalSaved = ::tcgetattr(1, &savedTermios) == 0;
+    g_foundTerminal = savedTermios;
 
     char kbType = 0;
     StartFacts facts;
@@ -172,14 +188,14 @@ int RunConsole(int argc, char** argv,
     const bool ownsPidFile = GuardPidFile();
 
     if (vt) {
-        SwitchVirtualTerminal(*vt);
+        Platform::ActivateVirtualTerminal(*vt);
         savedTermios.c_cc[VSUSP] = 0;
         ::tcsetattr(1, TCSANOW, &savedTermios);
     }
 
     std::setlocale(LC_ALL, "en_US.UTF-8");
 
-    initscr();
+    InitCursesWithoutStopHandler();
     start_color();
     std::atexit(&EndCurses);
     SetupCurses();
@@ -215,7 +231,7 @@ int RunConsole(int argc, char** argv,
 
     erase();
     refresh();
-    endwin();
+    EndCurses();
     static const char kResetPalette[] = {'\033', ']', 'R'};
     ssize_t ignored = ::write(1, kResetPalette, sizeof kResetPalette);
     (void)ignored;

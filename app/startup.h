@@ -25,9 +25,6 @@ bool GuardPidFile();
 // Removes the pid file when it still names this process (at the end).
 void ReleasePidFile();
 
-// Activates the virtual terminal through "/dev/console".
-void SwitchVirtualTerminal(int vt);
-
 // What start-up found out that the screens need.
 struct StartFacts {
     // On the host's own console (or a local xterm) rather than a remote shell.

@@ -19,7 +19,6 @@ std::string& Identity() {
 }
 
 void AppendMirror(const std::string& text) {
-    if (!IsSimulatedRoot()) return;
     std::string line = FormatMirrorLine(text);
     line += '\n';
     int fd = ::open(HostPath("/var/log/syslog.log").c_str(),
@@ -72,8 +71,13 @@ void VLog(int priority, const char* fmt, va_list args) {
         std::vsnprintf(text.data(), text.size(), fmt, args);
         text.resize(static_cast<size_t>(n));
     }
-    ::syslog(priority, "%s", text.c_str());
-    AppendMirror(text);
+    // A simulated host's lines go to its own log only: the machine's system
+    // log (which broadcasts emergency lines to every terminal) is not the
+    // simulated host's.
+    if (IsSimulatedRoot())
+        AppendMirror(text);
+    else
+        ::syslog(priority, "%s", text.c_str());
 }
 
 void Log(int priority, const char* fmt, ...) {

@@ -1,5 +1,5 @@
-// Syslog for the console, mirrored into the host root's var/log/syslog.log
-// when the root is simulated.
+// Syslog for the console; on a simulated root the lines go to the root's
+// var/log/syslog.log instead of the machine's system log.
 #pragma once
 
 #include <syslog.h>

@@ -44,12 +44,10 @@ std::string KeyboardLabel() {
 LoginDialog::LoginDialog(Window* opener, Session& session)
     : FormDialog(opener, kWidth, kHeight, kUpperHeight), session_(session) {
     if (session_.localConsole()) keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(), true);
-    // Both fields take printable ASCII only.
-    login_ = &items().emplace<FilteredInputItem>(str(StrId::LoginName), "root", kFieldWidth,
-                                                 CharFilters::PrintableAscii);
-    password_ = &items().emplace<FilteredInputItem>(str(StrId::Password), "", kFieldWidth,
-                                                    CharFilters::PrintableAscii);
-    password_->setMasked(true);
+    // Both fields take every printable character, UTF-8 included: a user
+    // name or password need not be ASCII.
+    login_ = &items().emplace<InputItem>(str(StrId::LoginName), "root", kFieldWidth);
+    password_ = &items().emplace<MaskedInputItem>(str(StrId::Password), "", kFieldWidth);
     setTitle(str(StrId::AuthenticationRequired));
     session_.checkCard();
     pinMode_ = !session_.detectedCardUserId().empty();
@@ -114,11 +112,6 @@ KeyResult LoginDialog::onKey(int key) {
 
 KeyResult LoginDialog::accept() {
     return authenticate() ? KeyResult::Leave(1) : KeyResult::Redraw();
-}
-
-void LoginDialog::refresh() {
-    items().draw();
-    redraw();
 }
 
 bool LoginDialog::authenticate() {

@@ -26,9 +26,6 @@ protected:
     KeyResult onKey(int key) override;
     // <Enter> on the password: authenticates.
     KeyResult accept() override;
-    // The list, then the dialog: the terminal cursor stays at the dialog's
-    // corner rather than in the field, as the login dialog has always shown it.
-    void refresh() override;
 
 private:
     void layout();

@@ -1,9 +1,13 @@
 #include "session/pam_login.h"
 
+#include <link.h>
 #include <security/pam_appl.h>
 
 #include <cstdlib>
 #include <cstring>
+
+#include "platform/hostroot.h"
+#include "platform/syslog.h"
 
 namespace Tesk {
 
@@ -28,6 +32,24 @@ int Converse(int count, const pam_message** messages, pam_response** responses, 
     return PAM_SUCCESS;
 }
 
+// Whether PAM goes to the simulated host's own users: pam_wrapper is loaded
+// and switched on (it reads the service files of the root's etc/simhost).
+bool PamWrapperActive() {
+    const char* on = std::getenv("PAM_WRAPPER");
+    if (on == nullptr || std::strcmp(on, "1") != 0) return false;
+    bool loaded = false;
+    ::dl_iterate_phdr(
+        [](dl_phdr_info* info, std::size_t, void* found) {
+            if (info->dlpi_name && std::strstr(info->dlpi_name, "libpam_wrapper")) {
+                *static_cast<bool*>(found) = true;
+                return 1;
+            }
+            return 0;
+        },
+        &loaded);
+    return loaded;
+}
+
 }  // namespace
 
 void Wipe(std::string& secret) {
@@ -36,6 +58,12 @@ void Wipe(std::string& secret) {
 }
 
 int PamLoginCheck(const std::string& user, const std::string& password) {
+    // A simulated host never authenticates against the machine's own
+    // accounts.
+    if (Platform::IsSimulatedRoot() && !PamWrapperActive()) {
+        Platform::Log(LOG_ERR, "Login refused: PAM does not go to the simulated host's users");
+        return PAM_SYSTEM_ERR;
+    }
     // The conversation's private copy, wiped and freed when PAM is done.
     char* copy = ::strdup(password.c_str());
     if (copy == nullptr) return PAM_BUF_ERR;

@@ -1,9 +1,12 @@
 #include "session/root_window.h"
 
+#include <algorithm>
+
 #include "session/session.h"
 #include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
+#include "ui/markup.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
@@ -26,11 +29,19 @@ RootWindow::RootWindow(Window* opener, Session& session)
     menu_ = std::make_unique<ItemList>(left_.get(), 1, 3, leftWidth - 2, LINES - 6);
     leftFooter_ =
         std::make_unique<TextArea>(left_.get(), 2, LINES - 2, leftWidth - 4, 1, ColourBlack);
+    // The status line (the empty-password warning) ends on the row above the
+    // footer and grows upwards to show its whole text: into the blank row
+    // below the pane first, then the pane gives up rows.
+    statusText_ =
+        context_.session.emptyPasswordLogin() ? str(StrId::ChangeDefaultPassword) : std::string();
+    const int statusLines =
+        std::max(1, CountLines(LayoutMarkup(statusText_, std::max(rightWidth - 4, 0))));
+    const int paneHeight = std::min(LINES - 5, LINES - 3 - statusLines);
     pane_ =
-        std::make_unique<TextArea>(right_.get(), 2, 1, rightWidth - 4, LINES - 5, ColourLightGrey);
+        std::make_unique<TextArea>(right_.get(), 2, 1, rightWidth - 4, paneHeight, ColourLightGrey);
     pane_->setScrollHints(true);
-    status_ =
-        std::make_unique<TextArea>(right_.get(), 2, LINES - 3, rightWidth - 4, 1, ColourYellow);
+    status_ = std::make_unique<TextArea>(right_.get(), 2, LINES - 2 - statusLines, rightWidth - 4,
+                                         statusLines, ColourYellow);
     footer_ =
         std::make_unique<TextArea>(right_.get(), 2, LINES - 2, rightWidth - 4, 1, ColourWhite);
 
@@ -72,8 +83,7 @@ void RootWindow::describe() {
         pane_->setText("");
         footer_->setText("");
     }
-    status_->setText(context_.session.emptyPasswordLogin() ? str(StrId::ChangeDefaultPassword)
-                                                           : "");
+    status_->setText(statusText_);
     menu_->draw();
     redraw();
 }

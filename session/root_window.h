@@ -42,6 +42,8 @@ private:
     std::unique_ptr<TextArea> leftFooter_;
     std::unique_ptr<TextArea> pane_;
     std::unique_ptr<TextArea> status_;
+    // What the status line says for the whole session.
+    std::string statusText_;
     std::unique_ptr<TextArea> footer_;
     // The entries shown, one per menu row.
     std::vector<std::unique_ptr<MenuEntry>> entries_;

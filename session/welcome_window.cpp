@@ -24,6 +24,7 @@
 #include "ui/key_loop.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
+#include "ui/markup.h"
 #include "ui/markup_escape.h"
 #include "ui/palette.h"
 #include "ui/string_ids.h"
@@ -88,6 +89,50 @@ std::string MemoryLine(unsigned long long totalBytes) {
     return out.str();
 }
 
+namespace {
+
+// Lines a text takes at a width, trailing empty lines not counted.
+int TextLines(std::string text, int width) {
+    if (width <= 0) return 0;
+    while (!text.empty() && text.back() == '\n') text.pop_back();
+    if (text.empty()) return 0;
+    return CountLines(LayoutMarkup(text, width));
+}
+
+}  // namespace
+
+LowerPlaces PlaceLowerTexts(int cols, int lowerHeight, const std::string& management,
+                            const std::string& warning) {
+    // Text rows: from 1 down to the row above the footer.
+    const int last = lowerHeight - 3;
+    const int managementLines = TextLines(management, cols - 16);
+    LowerPlaces places;
+    places.management = {8, 1, cols - 16,
+                         std::max(0, std::min(std::max(7, managementLines), last))};
+    if (warning.empty()) return places;
+
+    // Where the screen's layout puts it, when it ends above the footer there.
+    const int lines = TextLines(warning, cols - 32);
+    if (managementLines <= 8 && 9 + lines - 1 <= last) {
+        places.warning = {16, 9, cols - 32, std::min(6, lowerHeight - 9)};
+        places.management.height = std::min(places.management.height, 8);
+        return places;
+    }
+    // Moved up to end on the row above the footer; as wide as the management
+    // area when it would cover management text.
+    int width = cols - 32, x = 16, height = lines;
+    if (last - lines + 1 <= managementLines) {
+        width = cols - 16;
+        x = 8;
+        height = TextLines(warning, width);
+    }
+    height = std::min(height, std::max(last, 0));
+    const int top = std::max(1, last - height + 1);
+    places.warning = {x, top, width, height};
+    places.management.height = std::max(0, std::min(places.management.height, top - 1));
+    return places;
+}
+
 }  // namespace Welcome
 
 WelcomeWindow::WelcomeWindow(bool localConsole)
@@ -105,7 +150,6 @@ void WelcomeWindow::enterDefaultMode() {
     lower_ = std::make_unique<Window>(this, 0, LINES / 2, COLS, (LINES + 1) / 2, ColourYellow,
                                       ColourWhite);
     box(curses(), 0, 0);
-    warning_ = std::make_unique<TextArea>(lower_.get(), 16, 9, COLS - 32, 6, ColourRed);
     footer_ = std::make_unique<TextArea>(lower_.get(), 2, lower_->height() - 2, lower_->width() - 4,
                                          1, ColourBlack);
     footer_->setText(std::string("<F2> {color:dark-grey}") + Str(StrId::CustomizeSystemViewLogs) +
@@ -228,9 +272,31 @@ void WelcomeWindow::fillHostFacts() {
     hardware_->setText(EscapeHostText(processor) + "\n" + memory);
 }
 
+void WelcomeWindow::showLowerTexts(const std::string& management, const std::string& warning) {
+    const Welcome::LowerPlaces places =
+        Welcome::PlaceLowerTexts(COLS, lower_->height(), management, warning);
+    if (!management_ || !(places.management == managementPlace_)) {
+        const Welcome::Place& p = places.management;
+        // What the area showed where it stood goes with it.
+        if (management_) management_->setText("");
+        management_.reset();
+        management_ =
+            std::make_unique<TextArea>(lower_.get(), p.x, p.y, p.width, p.height, ColourBlack);
+        managementPlace_ = p;
+    }
+    if (!warning_ || !(places.warning == warningPlace_)) {
+        const Welcome::Place& p = places.warning;
+        if (warning_) warning_->setText("");
+        warning_.reset();
+        warning_ = std::make_unique<TextArea>(lower_.get(), p.x, p.y, p.width, p.height, ColourRed);
+        warningPlace_ = p;
+    }
+    management_->setText(management);
+    warning_->setText(warning);
+}
+
 void WelcomeWindow::fill() {
-    if (!management_) {
-        management_ = std::make_unique<TextArea>(lower_.get(), 8, 1, COLS - 16, 7, ColourBlack);
+    if (!hardware_) {
         hardware_ = std::make_unique<TextArea>(upper_.get(), 8, 9, COLS - 16, 2, ColourWhite);
         productLine_ = std::make_unique<TextArea>(upper_.get(), 8, 5, COLS - 16, 1, ColourWhite);
         vendorLine_ = std::make_unique<TextArea>(upper_.get(), 8, 7, COLS - 16, 1, ColourWhite);
@@ -241,24 +307,24 @@ void WelcomeWindow::fill() {
         std::unique_ptr<HostCtl::Network::ZrkNic> nic = GetManagementInterface();
         bool dhcpFailed = nic && nic->GetConfiguredIpConfig().GetUseDhcp() &&
                           nic->GetIpConfig().GetIpv4Address().GetStringAddress() == "0.0.0.0";
-        warning_->setText(dhcpFailed ? Str(StrId::DhcpLookupFailed) : "");
+        // Audit mode replaces the DHCP warning.
+        std::string warning = dhcpFailed ? Str(StrId::DhcpLookupFailed) : "";
         unsigned char boot[4] = {0, 0, 0, 0};
         if (ZSI_Get(ZSI_NODE_system_bootOption, boot, sizeof boot) == 0 && boot[0] == 1)
-            warning_->setText(Str(StrId::AuditModeWarning));
+            warning = Str(StrId::AuditModeWarning);
 
         std::string text = managementText(nic.get());
         if (network->GetPnics().empty()) {
-            management_->setText(kNoAdapterText);
+            text = kNoAdapterText;
             if (!g_adapterAlertRaised) {
                 g_adapterAlertRaised = true;
                 HostCtl::TheBackend().GetSystemInfo()->SetSystemAlert(kNoAdapterAlert);
             }
-        } else {
-            management_->setText(text);
         }
+        showLowerTexts(text, warning);
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Getting host information failed: %s", e.what());
-        management_->setText("");
+        if (management_) management_->setText("");
     }
     fillHostFacts();
 }

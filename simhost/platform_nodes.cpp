@@ -1,5 +1,5 @@
-// The system-information nodes and the event service's start-up check of the
-// simulated host.
+// The system-information nodes, the event service's start-up check and the
+// active virtual terminal of the simulated host.
 #include "simhost/platform_nodes.h"
 
 #include <cstdint>
@@ -10,6 +10,7 @@
 #include "hostctl/exception.h"
 #include "platform/nox.h"
 #include "platform/syslog.h"
+#include "platform/vt.h"
 #include "platform/zsi.h"
 #include "simhost/state_values.h"
 #include "store/state.h"
@@ -80,6 +81,16 @@ int ReadNode(ZSI_Node node, void* out, std::size_t size) {
     }
 }
 
+// The console's virtual terminal: "/console/activeVt" of the state.
+bool RecordActiveTerminal(int vt) {
+    try {
+        ::Sim::Update([vt](Json& state) { state["console"]["activeVt"] = vt; });
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 int NoxInitCheck() {
     auto fault = ::Sim::Fault("noxUserLib.init");
     if (!fault) return 0;
@@ -96,6 +107,7 @@ int NoxInitCheck() {
 void InstallPlatformProviders() {
     Tesk::Platform::SetZsiProvider(&ReadNode);
     Tesk::Platform::SetNoxInitCheck(&NoxInitCheck);
+    Tesk::Platform::SetVirtualTerminalProvider(&RecordActiveTerminal);
 }
 
 }  // namespace ZrkCtl

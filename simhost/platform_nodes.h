@@ -4,9 +4,10 @@
 namespace ZrkCtl {
 
 // Installs ZSI_Get's provider ("/system", "/bootOption"; the faults
-// "zsi.systemVersion" and "zsi.bootOption" make a read fail) and the event
+// "zsi.systemVersion" and "zsi.bootOption" make a read fail), the event
 // service's start-up check (the fault "noxUserLib.init" with its
-// "errorCode").
+// "errorCode") and the virtual-terminal switch, which records the terminal in
+// "/console/activeVt".
 void InstallPlatformProviders();
 
 }  // namespace ZrkCtl

@@ -1,9 +1,9 @@
 // The usual kinds of input field: masked (passwords), numeric (digits only,
 // optionally limited in length) and filtered by a character predicate, with
-// the predicates the screens need.
+// the predicates the screens need. Predicates see code points, so a filter
+// for digits refuses every non-ASCII character as well.
 #pragma once
 
-#include <cctype>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -14,22 +14,22 @@ namespace Tesk {
 
 namespace CharFilters {
 
-inline bool Digits(char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
+inline bool Digits(char32_t c) {
+    return c >= '0' && c <= '9';
 }
-inline bool HexDigits(char c) {
-    return std::isxdigit(static_cast<unsigned char>(c)) != 0;
+inline bool HexDigits(char32_t c) {
+    return Digits(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 // IPv4 addresses and masks.
-inline bool DigitsAndDots(char c) {
+inline bool DigitsAndDots(char32_t c) {
     return Digits(c) || c == '.';
 }
 // IPv6 addresses, with an optional prefix length.
-inline bool Ipv6Address(char c) {
+inline bool Ipv6Address(char32_t c) {
     return HexDigits(c) || c == ':' || c == '.' || c == '/';
 }
-// Printable ASCII: what can be typed on every keyboard layout the console knows.
-inline bool PrintableAscii(char c) {
+// Printable ASCII, for values that must be ASCII whatever the keyboard sends.
+inline bool PrintableAscii(char32_t c) {
     return c >= 32 && c < 127;
 }
 

@@ -3,10 +3,10 @@
 #include <string.h>
 
 #include <algorithm>
-#include <cctype>
 
 #include "ui/keys.h"
 #include "ui/markup.h"
+#include "ui/utf8.h"
 
 namespace Tesk {
 
@@ -120,6 +120,40 @@ void RadioItem::rebuild() {
 
 // InputItem -------------------------------------------------------------
 
+namespace {
+
+// One character of a field's value: where its bytes are and how many columns
+// it takes on the screen (a value set by a screen may hold anything; what is
+// not printable shows as one column, as the markup shows it; masked, every
+// character is one "*").
+struct FieldChar {
+    std::size_t at;
+    std::size_t length;
+    int columns;
+};
+
+std::vector<FieldChar> FieldChars(std::string_view value, bool masked) {
+    std::vector<FieldChar> chars;
+    for (std::size_t at = 0; at < value.size();) {
+        const Utf8::Char c = Utf8::Decode(value, at);
+        int columns = c.valid ? Utf8::Columns(c.codePoint) : 1;
+        if (masked || columns < 0) columns = 1;
+        chars.push_back({at, c.length, columns});
+        at += c.length;
+    }
+    return chars;
+}
+
+// Columns of the characters [from, to).
+int ColumnsBetween(const std::vector<FieldChar>& chars, int from, int to) {
+    int columns = 0;
+    for (int i = std::max(from, 0); i < to && i < static_cast<int>(chars.size()); ++i)
+        columns += chars[static_cast<std::size_t>(i)].columns;
+    return columns;
+}
+
+}  // namespace
+
 InputItem::InputItem(std::string label, std::string value, int fieldWidth)
     : Item(true), label_(std::move(label)), value_(std::move(value)), fieldWidth_(fieldWidth) {
     rebuild();
@@ -128,6 +162,10 @@ InputItem::InputItem(std::string label, std::string value, int fieldWidth)
 int InputItem::fieldWidth() const {
     int width = fieldWidth_ < 0 ? listWidth() / 2 - 1 : fieldWidth_;
     return std::max(width, 0);
+}
+
+std::size_t InputItem::length() const {
+    return Utf8::CharCount(value_);
 }
 
 void InputItem::setValue(std::string value) {
@@ -167,21 +205,36 @@ void InputItem::draw(TextArea& row) {
     row.setText(text_);
 }
 
+int InputItem::fieldColumn() const {
+    const int labelColumns = Utf8::TextColumns(label_);
+    const int gap = std::max(0, listWidth() - 5 - fieldWidth() - labelColumns);
+    return labelColumns + gap + 3;
+}
+
 int InputItem::cursorColumn() const {
     const int width = fieldWidth();
-    const int gap = std::max(0, listWidth() - 5 - width - static_cast<int>(label_.size()));
-    const int inField = std::clamp(cursor_ - offset_, 0, width);
-    return static_cast<int>(label_.size()) + gap + 3 + inField;
+    const int inField = ColumnsBetween(FieldChars(value_, masked_), offset_, cursor_);
+    return fieldColumn() + std::clamp(inField, 0, width);
 }
 
 void InputItem::rebuild() {
     const int width = fieldWidth();
-    const int gap = std::max(0, listWidth() - 5 - width - static_cast<int>(label_.size()));
+    const int labelColumns = Utf8::TextColumns(label_);
+    const int gap = std::max(0, listWidth() - 5 - width - labelColumns);
+    // The characters from the view offset that fit the field; a masked field
+    // shows one "*" (one column) per character.
+    const std::vector<FieldChar> chars = FieldChars(value_, masked_);
     std::string visible;
-    if (offset_ < static_cast<int>(value_.size()))
-        visible = value_.substr(static_cast<std::size_t>(offset_), static_cast<std::size_t>(width));
-    const std::size_t padding = static_cast<std::size_t>(width) - visible.size();
-    if (masked_) visible.assign(visible.size(), '*');
+    int used = 0;
+    for (std::size_t i = static_cast<std::size_t>(std::max(offset_, 0)); i < chars.size(); ++i) {
+        const int columns = chars[i].columns;
+        if (used + columns > width) break;
+        if (masked_)
+            visible.push_back('*');
+        else
+            visible.append(value_, chars[i].at, chars[i].length);
+        used += columns;
+    }
 
     text_ = label_;
     text_.append(static_cast<std::size_t>(gap), ' ');
@@ -189,24 +242,33 @@ void InputItem::rebuild() {
     if (selected())
         text_ += lightHighlight_ ? "{bgcolor:white}{color:black}" : "{bgcolor:black}{color:white}";
     text_ += EscapeMarkup(visible);
-    text_.append(padding, ' ');
+    text_.append(static_cast<std::size_t>(width - used), ' ');
     if (selected()) text_ += "{/color}{/bgcolor}";
     text_ += " ]";
 }
 
 void InputItem::keepCursorInView() {
     const int width = fieldWidth();
-    if (width > 0 && cursor_ - offset_ >= width) offset_ = cursor_ - width + 1;
+    if (width <= 0) return;
+    // The caret needs a column of its own after the characters before it.
+    const std::vector<FieldChar> chars = FieldChars(value_, masked_);
+    while (offset_ < cursor_ && ColumnsBetween(chars, offset_, cursor_) >= width) ++offset_;
 }
 
-bool InputItem::accepts(int key) const {
-    if (filter_ && !filter_(static_cast<char>(key))) return false;
+bool InputItem::accepts(char32_t c) const {
+    if (filter_ && !filter_(c)) return false;
     // A fresh value is replaced, so one character always fits.
-    return fresh_ || maxLength_ == 0 || value_.size() < maxLength_;
+    return fresh_ || maxLength_ == 0 || length() < maxLength_;
+}
+
+void InputItem::eraseChar(int index) {
+    const std::size_t at = Utf8::ByteOffset(value_, static_cast<std::size_t>(index));
+    if (at >= value_.size()) return;
+    value_.erase(at, Utf8::Decode(value_, at).length);
 }
 
 KeyResult InputItem::handleKey(int key) {
-    const int length = static_cast<int>(value_.size());
+    const int count = static_cast<int>(length());
     switch (key) {
         case KEY_HOME:
             cursor_ = 0;
@@ -214,7 +276,7 @@ KeyResult InputItem::handleKey(int key) {
             fresh_ = false;
             break;
         case KEY_END:
-            if (length > 0) cursor_ = length;
+            if (count > 0) cursor_ = count;
             keepCursorInView();
             fresh_ = false;
             break;
@@ -226,7 +288,7 @@ KeyResult InputItem::handleKey(int key) {
             fresh_ = false;
             break;
         case KEY_RIGHT:
-            if (cursor_ < length) ++cursor_;
+            if (cursor_ < count) ++cursor_;
             keepCursorInView();
             fresh_ = false;
             break;
@@ -237,13 +299,13 @@ KeyResult InputItem::handleKey(int key) {
                 cursor_ = offset_ = 0;
                 fresh_ = false;
             } else if (cursor_ > 0) {
-                value_.erase(static_cast<std::size_t>(cursor_ - 1), 1);
+                eraseChar(cursor_ - 1);
                 --cursor_;
                 if (cursor_ < offset_) {
                     // Deleting past the left edge of the view shows the whole
                     // value from its start again, cursor at the end.
                     offset_ = 0;
-                    cursor_ = static_cast<int>(value_.size());
+                    cursor_ = static_cast<int>(length());
                 }
             }
             break;
@@ -252,24 +314,27 @@ KeyResult InputItem::handleKey(int key) {
                 value_.clear();
                 cursor_ = offset_ = 0;
                 fresh_ = false;
-            } else if (cursor_ < length) {
-                value_.erase(static_cast<std::size_t>(cursor_), 1);
+            } else if (cursor_ < count) {
+                eraseChar(cursor_);
             }
             break;
-        default:
-            if (key < 0 || key > 255 || !std::isprint(key)) return KeyResult::Ignored();
-            if (!accepts(key)) return KeyResult::Handled();
+        default: {
+            const char32_t c = KeyChar(key);
+            if (c == 0 || !Utf8::Typeable(c)) return KeyResult::Ignored();
+            if (!accepts(c)) return KeyResult::Handled();
+            const std::string bytes = Utf8::Encode(c);
             if (fresh_) {
-                value_.assign(1, static_cast<char>(key));
+                value_ = bytes;
                 cursor_ = 1;
                 offset_ = 0;
                 fresh_ = false;
             } else {
-                value_.insert(static_cast<std::size_t>(cursor_), 1, static_cast<char>(key));
+                value_.insert(Utf8::ByteOffset(value_, static_cast<std::size_t>(cursor_)), bytes);
                 ++cursor_;
             }
             keepCursorInView();
             break;
+        }
     }
     rebuild();
     return KeyResult::Redraw();

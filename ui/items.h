@@ -134,15 +134,17 @@ private:
 };
 
 // A label and an editable field: "label   [ value ]" with the field's right
-// bracket at the end of the row. Values scroll inside the field; a masked
+// bracket at the end of the row. Values are UTF-8 and are edited by
+// character; the field width, the view and the caret count screen columns
+// (a wide character takes two). Values scroll inside the field; a masked
 // field shows "*" for every character. A field that has just gained or lost
 // the selection is fresh: the first character typed replaces the whole value,
 // Backspace or Delete clears it. A filter and a maximum length limit what can
 // be typed (ui/input_items.h has the usual kinds).
 class InputItem : public Item {
 public:
-    // Whether a typed character may go into the value.
-    using CharFilter = std::function<bool(char)>;
+    // Whether a typed character (a code point) may go into the value.
+    using CharFilter = std::function<bool(char32_t)>;
 
     // fieldWidth -1: half the list width minus 1.
     InputItem(std::string label, std::string value, int fieldWidth);
@@ -153,7 +155,8 @@ public:
 
     // Editing keys: Redraw after an edit or a cursor move, Handled for a
     // character refused by the filter or the maximum length (it goes nowhere
-    // else), Ignored for every other key.
+    // else), Ignored for every other key. Characters are the printable ones
+    // one or two columns wide (ASCII keys, CharKey for the rest).
     KeyResult handleKey(int key) override;
     // Characters the filter refuses are swallowed; no filter takes every
     // printable character.
@@ -163,6 +166,8 @@ public:
     std::size_t maxLength() const { return maxLength_; }
 
     const std::string& value() const { return value_; }
+    // The value's length in characters.
+    std::size_t length() const;
     void setValue(std::string value);
     const std::string& label() const { return label_; }
     void setLabel(std::string label);
@@ -172,18 +177,23 @@ public:
     void setMasked(bool masked);
     // Light highlight (white field, the default) or dark (black field).
     void setLightHighlight(bool light);
+    // The caret and the first character shown, counted in characters.
     int cursor() const { return cursor_; }
     int viewOffset() const { return offset_; }
     bool fresh() const { return fresh_; }
+    // In columns.
     int fieldWidth() const;
+    // The column of the field's first character inside the row text.
+    int fieldColumn() const;
     // The column of the text cursor inside the row text.
     int cursorColumn() const;
 
 private:
     void rebuild();
     void keepCursorInView();
+    void eraseChar(int index);
 
-    bool accepts(int key) const;
+    bool accepts(char32_t c) const;
 
     std::string label_;
     std::string value_;

@@ -54,7 +54,7 @@ void* SignalThread(void*) {
                 Platform::NoteQuitRequest();  // ends a host tool the console waits for
                 byte = 4;
                 break;
-            default:
+            default:  // SIGTSTP, SIGTTIN, SIGTTOU: nothing to do
                 continue;
         }
         while (::write(g_pipe[1], &byte, 1) <= 0 && errno == EINTR) {
@@ -92,7 +92,11 @@ void StartSignalHandling() {
         std::exit(1);
     }
     sigemptyset(&g_signals);
-    for (int s : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGWINCH})
+    // The job-control signals are taken too and dropped by the signal thread:
+    // the console is its terminal's only job, so Ctrl-Z changes nothing, and no
+    // handler (curses installs one for SIGTSTP) ever runs.
+    for (int s :
+         {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGWINCH, SIGTSTP, SIGTTIN, SIGTTOU})
         sigaddset(&g_signals, s);
     int rc = ::pthread_sigmask(SIG_BLOCK, &g_signals, nullptr);
     if (rc != 0) {
@@ -116,15 +120,19 @@ int WaitForInput(const timeval* limit) {
     if (limit) timeoutMs = static_cast<int>(limit->tv_usec / 1000 + limit->tv_sec * 1000);
     int n = ::poll(fds, 2, timeoutMs);
     if (n < 0) {
-        Platform::LogSystemError("poll() failed");
+        // A signal that interrupts the wait is no failure: the caller waits again.
+        if (errno != EINTR) Platform::LogSystemError("poll() failed");
         return EventNone;
     }
     if (n == 0) return EventTimeout;
     if (fds[0].revents & (POLLIN | POLLHUP | POLLERR | POLLNVAL)) {
+        // Whole characters, not bytes: a UTF-8 sequence arrives as one key.
         wtimeout(stdscr, 0);
-        int key = wgetch(stdscr);
+        wint_t ch = 0;
+        const int kind = wget_wch(stdscr, &ch);
         wtimeout(stdscr, -1);
-        if (key != ERR) return key;
+        if (kind == KEY_CODE_YES) return static_cast<int>(ch);
+        if (kind == OK) return CharKey(static_cast<char32_t>(ch));
         // The terminal hung up without a SIGHUP reaching this process (the
         // kernel tells the session's leader, which may be the program that
         // started the console): every poll would say so again, and a quit
@@ -184,6 +192,7 @@ int ReadKey(Window* w, bool allowIdleTimeout) {
             }
             if (idleActive) limit = Remaining(expiry, now);
         }
+        ShowTerminalCursor();
         int result = Hooks().wait(limit ? &*limit : nullptr);
         switch (result) {
             case EventTimeout:

@@ -43,13 +43,15 @@ public:
 };
 void SetKeySession(KeySession* session);
 
-// Creates the wake-up pipe and the signal thread; blocks the seven signals
-// (HUP, INT, QUIT, TERM, USR1, USR2, WINCH) in the calling thread first. pipe() or thread failure:
-// logged, exit status 1.
+// Creates the wake-up pipe and the signal thread; blocks the signals it waits
+// for (HUP, INT, QUIT, TERM, USR1, USR2, WINCH, and the job-control signals
+// TSTP, TTIN, TTOU, which it drops) in the calling thread first. pipe() or
+// thread failure: logged, exit status 1.
 void StartSignalHandling();
 
 // Waits for a key on the input descriptor or a byte on the wake-up pipe,
-// with an optional limit. Returns a key (>= 0) or an InputEvent.
+// with an optional limit. Returns a key (>= 0; characters beyond ASCII as
+// CharKey(code point), ui/keys.h) or an InputEvent.
 int WaitForInput(const timeval* limit);
 
 // Reads a key for window w (which dims after 60 s and wakes on the next key).

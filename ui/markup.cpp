@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 #include "ui/palette.h"
+#include "ui/utf8.h"
 
 namespace Tesk {
 
@@ -62,6 +63,10 @@ public:
         out_.reserve(text.size() + 16);
         for (std::size_t i = 0; i < text.size(); ++i) {
             char c = text[i];
+            if (static_cast<unsigned char>(c) >= 0x80) {
+                i += character(text, i) - 1;
+                continue;
+            }
             if (c != '{') {
                 byte(c);
                 continue;
@@ -82,6 +87,7 @@ private:
     void tag(std::string_view text) {
         if (text.empty()) return;
         if (text == kLiteralBrace) {
+            countingIndent_ = false;
             wrapIfFull();
             out_.append("{{}");
             advance();
@@ -108,9 +114,12 @@ private:
             auto it = variables_.find(tag.name);
             if (it != variables_.end()) {
                 std::string value = it->second ? it->second() : std::string();
-                for (char c : value) {
+                for (std::size_t i = 0; i < value.size(); ++i) {
                     if (mode_ == Align::Padding && padding_ <= 0) break;
-                    byte(c);
+                    if (static_cast<unsigned char>(value[i]) >= 0x80)
+                        i += character(value, i) - 1;
+                    else
+                        byte(value[i]);
                 }
                 return;
             }
@@ -159,37 +168,77 @@ private:
         if (c == '\n') {
             out_.push_back('\n');
             newLine();
+            indent_ = 0;
+            countingIndent_ = true;
             return;
         }
         if (IsSpace(static_cast<unsigned char>(c))) {
             out_.push_back(c);
             advance();
+            // A line's leading spaces are its indent, no place to wrap.
+            if (countingIndent_ && c == ' ') {
+                ++indent_;
+                return;
+            }
             lastSpace_ = out_.size() - 1;
             spaceColumn_ = column_;
             return;
         }
+        countingIndent_ = false;
         wrapIfFull();
         out_.push_back(c);
         advance();
     }
 
-    // A visible byte that does not fit: the word so far moves to the next line
-    // at the line's last space, or the line is cut hard.
-    void wrapIfFull() {
-        if (remaining_ > 0) return;
+    // A character beyond ASCII at text[at]: copied whole, taking its columns
+    // (invalid bytes one each, as they are drawn). Returns its length.
+    std::size_t character(std::string_view text, std::size_t at) {
+        const Utf8::Char c = Utf8::Decode(text, at);
+        int columns = c.valid ? Utf8::Columns(c.codePoint) : 1;
+        if (columns < 0) columns = 1;
+        if (columns > 0) {
+            countingIndent_ = false;
+            wrapIfFull(columns);
+        }
+        out_.append(text.substr(at, c.length));
+        advance(columns);
+        return c.length;
+    }
+
+    // A visible character of `columns` that does not fit: the word so far
+    // moves to the next line at the line's last space, or the line is cut
+    // hard. The new line keeps the indent of the line it continues.
+    void wrapIfFull(int columns = 1) {
+        if (remaining_ >= columns) return;
         if (lastSpace_ != std::string::npos) {
             out_[lastSpace_] = '\n';
             int carried = column_ - spaceColumn_;
             std::size_t lineStart = lastSpace_ + 1;
             lastSpace_ = std::string::npos;
-            column_ = carried;
-            remaining_ = width_ - carried;
+            const int indent = hangingIndent(carried);
+            out_.insert(lineStart, static_cast<std::size_t>(indent), ' ');
+            column_ = carried + indent;
+            remaining_ = width_ - column_;
             if ((mode_ == Align::Right || mode_ == Align::Center) && segmentStart_ < lineStart)
                 segmentStart_ = lineStart;
-        } else {
-            out_.push_back('\n');
-            newLine();
+            // A wide character may still not fit after the word it ends.
+            if (remaining_ >= columns || column_ == indent) return;
         }
+        out_.push_back('\n');
+        newLine();
+        const int indent = hangingIndent(0);
+        out_.append(static_cast<std::size_t>(indent), ' ');
+        column_ = indent;
+        remaining_ = width_ - indent;
+    }
+
+    // The indent a wrapped line continues with: the leading spaces of the
+    // line it comes from, in plain left-aligned text, when they leave at least
+    // half of the width (and the carried word still fits after them).
+    int hangingIndent(int carried) const {
+        if (mode_ != Align::Left || indent_ <= 0) return 0;
+        if (indent_ * 2 >= width_ || indent_ + carried > width_) return 0;
+        return indent_;
     }
 
     void newLine() {
@@ -200,10 +249,10 @@ private:
         if (mode_ == Align::Right || mode_ == Align::Center) segmentStart_ = out_.size();
     }
 
-    void advance() {
-        --remaining_;
-        ++column_;
-        --padding_;
+    void advance(int columns = 1) {
+        remaining_ -= columns;
+        column_ += columns;
+        padding_ -= columns;
     }
 
     const int width_;
@@ -214,6 +263,8 @@ private:
     Align mode_ = Align::Left;
     int padding_ = 0;
     std::size_t segmentStart_ = 0;
+    int indent_ = 0;              // leading spaces of the current source line
+    bool countingIndent_ = true;  // nothing visible on that line yet
     const VariableMap& variables_;
     std::string out_;
 };
@@ -239,8 +290,23 @@ public:
                 if (line_ - t_.firstLine >= t_.height) return;
                 continue;
             }
+            const unsigned char u = static_cast<unsigned char>(c);
+            if (u >= 0x80) {
+                // Whole characters only: an invalid byte shows as "?", a C1
+                // control as a space, so each takes the one column the
+                // layout gave it.
+                const Utf8::Char ch = Utf8::Decode(text, i);
+                if (!ch.valid)
+                    run_.push_back('?');
+                else if (Utf8::Columns(ch.codePoint) < 0)
+                    run_.push_back(' ');
+                else
+                    run_.append(text.substr(i, ch.length));
+                runAscii_ = runAscii_ && !ch.valid;
+                i += ch.length - 1;
+                continue;
+            }
             if (c != '{') {
-                unsigned char u = static_cast<unsigned char>(c);
                 run_.push_back(u < 0x20 || u == 0x7f ? ' ' : c);
                 continue;
             }
@@ -288,20 +354,33 @@ private:
         if (t_.active) wattrset(t_.window, TextAttr(background_, foreground_));
     }
 
-    // Prints the pending run where the column says, clipped to the width.
+    // Prints the pending run where the column says, clipped to the width
+    // (never splitting a character, never a wide one half outside).
     void flush() {
         if (run_.empty()) return;
+        const int columns = runAscii_
+                                ? static_cast<int>(std::min<std::size_t>(run_.size(), INT_MAX / 2))
+                                : Utf8::TextColumns(run_);
         int row = line_ - t_.firstLine;
         if (row >= 0 && row < t_.height && column_ < t_.width) {
-            std::size_t room = static_cast<std::size_t>(t_.width - column_);
-            std::size_t n = std::min(room, run_.size());
-            // Never split a UTF-8 sequence at the right edge.
-            if (n < run_.size())
-                while (n > 0 && (static_cast<unsigned char>(run_[n]) & 0xC0) == 0x80) --n;
+            const int room = t_.width - column_;
+            std::size_t n = 0;
+            if (runAscii_) {
+                n = std::min(static_cast<std::size_t>(room), run_.size());
+            } else {
+                for (int used = 0; n < run_.size();) {
+                    const Utf8::Char ch = Utf8::Decode(run_, n);
+                    const int width = std::max(Utf8::Columns(ch.codePoint), 0);
+                    if (used + width > room) break;
+                    used += width;
+                    n += ch.length;
+                }
+            }
             if (n > 0) mvwaddnstr(t_.window, row, column_, run_.data(), static_cast<int>(n));
         }
-        column_ += static_cast<int>(std::min<std::size_t>(run_.size(), INT_MAX / 2));
+        column_ = static_cast<int>(std::min<long>(long{column_} + columns, INT_MAX / 2));
         run_.clear();
+        runAscii_ = true;
     }
 
     const DrawTarget& t_;
@@ -313,6 +392,7 @@ private:
     int line_ = 0;
     int column_ = 0;
     std::string run_;
+    bool runAscii_ = true;  // the run has no character beyond ASCII
 };
 
 const char* const kHostVariableNames[] = {

@@ -47,7 +47,11 @@ std::string EscapeMarkup(std::string_view text);
 // The layout pass: wraps the text at the last space of a line (or cuts a word
 // longer than the line), applies alignment and padding and substitutes
 // variables. Colour tags pass through unchanged; "\n" separates the lines.
-// A pure function of its inputs.
+// Columns are counted per UTF-8 character (ui/utf8.h: wide characters two,
+// combining marks none, invalid bytes one each). A line that starts with
+// spaces keeps that indent on the lines its wrapping makes (in left-aligned
+// text, when the indent is less than half the width). A pure function of its
+// inputs and the process's locale.
 std::string LayoutMarkup(std::string_view text, int width, const VariableMap& variables = {});
 
 // The number of lines of a laid-out text (an empty text has one).

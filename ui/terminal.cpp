@@ -114,6 +114,16 @@ void SetCursorVisible(bool visible) {
     curs_set(visible ? 1 : 0);
 }
 
+void ShowTerminalCursor() {
+    const CursorState& cursor = Cursor();
+    curs_set(cursor.visible ? 1 : 0);
+    if (!cursor.visible) return;
+    // The standard screen lies under every window and is never drawn in, so
+    // refreshing it only moves the cursor.
+    wmove(stdscr, cursor.row, cursor.column);
+    wrefresh(stdscr);
+}
+
 termios& StartupTerminalSettings() {
     static termios settings{};
     return settings;

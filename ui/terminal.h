@@ -52,6 +52,11 @@ struct CursorState {
 };
 CursorState& Cursor();
 void SetCursorVisible(bool visible);
+// Puts the terminal's cursor where the cursor state says (every refresh of a
+// window leaves it in that window): shown at its column and row, or hidden.
+// The key reader calls it before it waits, so the caret stands where typing
+// goes.
+void ShowTerminalCursor();
 
 // The terminal settings of descriptor 1 as they were at start-up (filled in
 // by the start-up, given to the pager).

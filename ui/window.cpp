@@ -4,6 +4,7 @@
 
 #include "ui/keyreader.h"
 #include "ui/palette.h"
+#include "ui/too_small_note.h"
 
 namespace Tesk {
 
@@ -11,6 +12,38 @@ namespace {
 Window* g_current = nullptr;
 
 int g_batchDepth = 0;
+
+// Gives every cell of win the attribute attr (colour pair and standout),
+// keeping its character and, for line-drawing cells, the alternate character
+// set, and makes attr the background of what is written later.
+//
+// wbkgd is not enough: it recolours only the cells that still hold the old
+// background exactly, and sub-windows share their cells with their parent, so
+// a parent that changed background first leaves its children's empty cells
+// in the parent's colours for good.
+void PaintBackground(WINDOW* win, attr_t attr) {
+    if (!win) return;
+    wbkgdset(win, ' ' | attr);
+    const short pair = static_cast<short>(PAIR_NUMBER(attr));
+    const attr_t plain = attr & ~A_COLOR;
+    int cursorY = 0, cursorX = 0;
+    getyx(win, cursorY, cursorX);
+    const int rows = getmaxy(win), columns = getmaxx(win);
+    for (int row = 0; row < rows; ++row) {
+        // Runs of cells alike in their alternate-character-set flag.
+        int start = 0;
+        attr_t runFlag = mvwinch(win, row, 0) & A_ALTCHARSET;
+        for (int column = 1; column <= columns; ++column) {
+            const attr_t flag = column < columns ? mvwinch(win, row, column) & A_ALTCHARSET : 0;
+            if (column < columns && flag == runFlag) continue;
+            mvwchgat(win, row, start, column - start, plain | runFlag, pair, nullptr);
+            start = column;
+            runFlag = flag;
+        }
+    }
+    wmove(win, cursorY, cursorX);
+}
+
 }  // namespace
 
 DrawBatch::DrawBatch() {
@@ -51,7 +84,7 @@ Window::Window(int x, int y, int width, int height, int background, int foregrou
     // curses reads a side of 0 as "to the screen's edge"; an empty window has
     // no curses window at all.
     if (width > 0 && height > 0) win_ = newwin(height, width, y, x);
-    if (win_) wbkgd(win_, TextAttr(background_, foreground_));
+    PaintBackground(win_, TextAttr(background_, foreground_));
 }
 
 Window::Window(Window* parent, int x, int y, int width, int height, int background, int foreground)
@@ -64,7 +97,7 @@ Window::Window(Window* parent, int x, int y, int width, int height, int backgrou
       foreground_(foreground == -1 && parent ? parent->foreground_ : foreground) {
     if (parent && parent->win_ && width > 0 && height > 0)
         win_ = subwin(parent->win_, height, width, y_, x_);
-    if (win_) wbkgd(win_, TextAttr(background_, foreground_));
+    PaintBackground(win_, TextAttr(background_, foreground_));
     if (parent) parent->children_.push_back(this);
 }
 
@@ -85,7 +118,7 @@ void Window::setActive(bool active) {
     DrawBatch batch;
     active_ = active;
     if (active) {
-        if (win_) wbkgd(win_, TextAttr(background_, foreground_));
+        PaintBackground(win_, TextAttr(background_, foreground_));
         for (Window* child : children_) child->setActive(true);
         paint();
         redraw();
@@ -103,7 +136,7 @@ void Window::setActive(bool active) {
             savedCursor_ = Cursor();
             SetCursorVisible(false);
         }
-        if (win_) wbkgd(win_, ColourAttr(ColourBlack, ColourDarkGrey));
+        PaintBackground(win_, ColourAttr(ColourBlack, ColourDarkGrey));
         for (Window* child : children_) child->setActive(false);
         paint();
         redraw();
@@ -115,7 +148,7 @@ void Window::setActive(bool active) {
 void Window::setColours(int background, int foreground) {
     background_ = background;
     foreground_ = foreground;
-    if (win_ && active_) wbkgd(win_, TextAttr(background_, foreground_));
+    if (active_) PaintBackground(win_, TextAttr(background_, foreground_));
 }
 
 void Window::redraw() {
@@ -130,6 +163,12 @@ void Window::print(int column, int row, const std::string& text) {
 }
 
 int Run(Window& w) {
+    // A window larger than the terminal is not drawn; it must not take keys
+    // either. A note says why, and the window counts as cancelled.
+    if (!FitsOnScreen(w)) {
+        TooSmallNote note(w.opener(), w.width(), w.height());
+        return Run(note);
+    }
     g_current = nullptr;
     Window* opener = w.opener();
     if (opener) {

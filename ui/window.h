@@ -89,7 +89,9 @@ void SetCurrentWindow(Window* w);
 
 // Shows w modally over its opener and returns w's run() result. The opener is
 // dimmed while w runs and made current again afterwards; TeskTimeout leaves no
-// window current and is passed on.
+// window current and is passed on. A window that does not fit on the screen
+// does not run: a one-line note (ui/too_small_note.h) stands in for it until
+// <Esc> or <Enter>, and the result is 0.
 int Run(Window& w);
 
 }  // namespace Tesk

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <source_location>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -89,6 +90,40 @@ inline bool LogIn(ConsoleSession& console, std::string_view user = "root",
     if (!console.waitForText("System Customization", TeskTest::DefaultTimeout(), where))
         return false;
     return WaitSettled(console, "<Esc> Log Out", where);
+}
+
+// Every cell of the screen, row by row: its text, colours and attributes, for
+// comparing whole screens.
+inline std::vector<std::string> Grid(ConsoleSession& console) {
+    std::vector<std::string> cells;
+    const TeskTest::Screen& screen = console.screen();
+    for (int row = 0; row < screen.rows(); ++row)
+        for (int col = 0; col < screen.cols(); ++col) {
+            const TeskTest::Cell cell = screen.cell(col, row);
+            std::ostringstream out;
+            out << "'" << cell.text << "' fg " << cell.fg << " bg " << cell.bg
+                << (cell.reverse ? " reverse" : "") << (cell.bold ? " bold" : "")
+                << (cell.underline ? " underline" : "") << (cell.blink ? " blink" : "");
+            cells.push_back(out.str());
+        }
+    return cells;
+}
+
+// How two grids of the same screen differ: the number of cells and the first
+// few of them, "(col,row) before / after"; empty when they are the same.
+inline std::string GridDifference(const std::vector<std::string>& before,
+                                  const std::vector<std::string>& after, int cols) {
+    if (before.size() != after.size()) return "the screens differ in size";
+    std::ostringstream out;
+    int count = 0;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (before[i] == after[i]) continue;
+        if (++count <= 12)
+            out << "(" << static_cast<int>(i) % cols << "," << static_cast<int>(i) / cols << ") "
+                << before[i] << " / " << after[i] << "\n";
+    }
+    if (count == 0) return {};
+    return std::to_string(count) + " cells differ, first:\n" + out.str();
 }
 
 // The audit records of the root, oldest first.

@@ -1,6 +1,10 @@
-// The welcome screen's hardware lines, for the values a screen test cannot
-// reach cheaply: unit boundaries, rounding, and odd vendor strings.
+// The welcome screen's hardware lines and the places of its lower texts, for the
+// values a screen test cannot reach cheaply: unit boundaries, rounding, odd vendor
+// strings, panel sizes.
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
 
 #include "session/welcome_window.h"
 
@@ -36,6 +40,61 @@ TEST(WelcomeText, ProcessorCountOnlyFromTwoPackages) {
     EXPECT_EQ(ProcessorLine(0, " Zentium "), "Zentium");
     EXPECT_EQ(ProcessorLine(1, "Zentium"), "Zentium");
     EXPECT_EQ(ProcessorLine(4, " Zentium\t"), "4 x Zentium");
+}
+
+}  // namespace
+
+namespace {
+
+using Tesk::Welcome::Place;
+using Tesk::Welcome::PlaceLowerTexts;
+
+const std::string kDhcpWarning =
+    "Warning: DHCP lookup failed. You may be unable to access this system until you "
+    "customize its network configuration.";
+
+std::string Lines(int n) {
+    std::string text = "To manage this host, go to:";
+    for (int i = 1; i < n; ++i) text += "\nhttps://line" + std::to_string(i) + "/";
+    return text + "\n";
+}
+
+TEST(WelcomePlaces, WarningStaysWhereTheScreenPutsItWhenItFits) {
+    // 80x29: a lower panel of 15 rows, footer on row 13.
+    auto places = PlaceLowerTexts(80, 15, Lines(3), kDhcpWarning);
+    EXPECT_EQ(places.warning, (Place{16, 9, 48, 6}));
+    EXPECT_EQ(places.management, (Place{8, 1, 64, 7}));
+    // Eight management lines still end above it.
+    places = PlaceLowerTexts(80, 15, Lines(8), kDhcpWarning);
+    EXPECT_EQ(places.management, (Place{8, 1, 64, 8}));
+    EXPECT_EQ(places.warning.y, 9);
+    // No warning: the management area alone, as tall as its text.
+    places = PlaceLowerTexts(80, 15, Lines(8), "");
+    EXPECT_EQ(places.warning.height, 0);
+    EXPECT_EQ(places.management.height, 8);
+}
+
+TEST(WelcomePlaces, At80x25TheWarningMovesUpAndWidensWhenItMust) {
+    // 80x25: 13 rows, footer on row 11; three warning lines at 48 columns.
+    auto places = PlaceLowerTexts(80, 13, Lines(3), kDhcpWarning);
+    EXPECT_EQ(places.warning, (Place{16, 8, 48, 3}));
+    EXPECT_EQ(places.management, (Place{8, 1, 64, 7}));
+    // Host name, IPv4, four IPv6 lines and "...": two lines at 64 columns.
+    places = PlaceLowerTexts(80, 13, Lines(8), kDhcpWarning);
+    EXPECT_EQ(places.management, (Place{8, 1, 64, 8}));
+    EXPECT_EQ(places.warning, (Place{8, 9, 64, 2}));
+}
+
+TEST(WelcomePlaces, TinyPanelsGetNoNegativeSizes) {
+    for (int rows : {0, 1, 2, 3, 5, 8}) {
+        for (int cols : {0, 10, 20, 40}) {
+            auto places = PlaceLowerTexts(cols, rows, Lines(8), kDhcpWarning);
+            for (const Place& p : {places.management, places.warning}) {
+                EXPECT_GE(p.height, 0) << cols << "x" << rows;
+                EXPECT_LE(p.y + p.height, std::max(rows, 1)) << cols << "x" << rows;
+            }
+        }
+    }
 }
 
 }  // namespace

@@ -65,6 +65,17 @@ TEST(Layout, WrapsAtTheLastSpaceAndCutsLongWords) {
     EXPECT_EQ(LayoutMarkup("{align:right}aaaa bbbb{/align}", 6), "aaaa\n  bbbb");
 }
 
+TEST(Layout, WrappedLinesKeepTheIndentOfTheirLine) {
+    EXPECT_EQ(LayoutMarkup("  Network identity acquired from DHCP server", 36),
+              "  Network identity acquired from\n  DHCP server");
+    // Every line keeps its own indent; a word cut hard continues indented too.
+    EXPECT_EQ(LayoutMarkup("IPv4:\n  one two three", 9), "IPv4:\n  one two\n  three");
+    EXPECT_EQ(LayoutMarkup(" abcdefgh", 5), " abcd\n efgh");
+    // No indent that leaves less than half the line, none in aligned text.
+    EXPECT_EQ(LayoutMarkup("     ab cd", 8), "     ab\ncd");
+    EXPECT_EQ(LayoutMarkup("{align:right}  ab cd{/align}", 6), "  ab\n    cd");
+}
+
 TEST(Layout, NoLineIsWiderThanTheArea) {
     const std::string text =
         "Restarting the management network will result in a brief network outage that may "

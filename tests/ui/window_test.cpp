@@ -69,11 +69,20 @@ TEST_F(WindowTest, ItemAreaOnlyWhenTheLowerBandHasRoom) {
     ASSERT_NE(room.itemArea(), nullptr);
     EXPECT_EQ(room.itemArea()->height(), 1);
     // Too wide for the screen: placed at a negative column, nothing clamps
-    // it, and it still works without a curses window.
-    ProbeDialog wide(nullptr, COLS + 10, 10, 6, [] { return 7; });
+    // it, and it has no curses window. It does not run either: a note stands
+    // in for it, takes every key but <Esc>, and the dialog counts as
+    // cancelled.
+    bool ran = false;
+    ProbeDialog wide(nullptr, COLS + 10, 10, 6, [&] {
+        ran = true;
+        return 7;
+    });
     EXPECT_EQ(wide.x(), -5);
     wide.setTitle("x");
-    EXPECT_EQ(Tesk::Run(wide), 7);
+    FakeInput input({'x', KeyTab, KEY_DOWN, KeyEscape, 'y'});
+    EXPECT_EQ(Tesk::Run(wide), 0);
+    EXPECT_FALSE(ran);
+    EXPECT_EQ(input.left(), 1u);
 }
 
 TEST_F(WindowTest, OpenerIsDimmedWhileADialogRunsAndRestoredAfter) {

@@ -98,7 +98,7 @@ protected:
         for (std::size_t i = 0; i < items().size(); ++i) {
             if (auto* input = dynamic_cast<InputItem*>(&items().at(i)))
                 text += input->label() + " " +
-                        (input->masked() ? std::string(input->value().size(), '*')
+                        (input->masked() ? std::string(input->length(), '*')
                                          : EscapeMarkup(input->value())) +
                         "\n";
         }

@@ -1,0 +1,119 @@
+// The console and its terminal's job control: Ctrl-Z (and the other stop
+// signals) change nothing on any screen, an interrupted wait is no error, and
+// every way the console ends gives the terminal back with echo and line
+// editing.
+#include <fcntl.h>
+#include <signal.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "tests/session/session_support.h"
+
+using namespace SessionTest;
+
+namespace {
+
+// The console's terminal (the pseudo-terminal's slave side), found while the
+// console runs; its settings can be read after the console has ended.
+class TerminalOf {
+public:
+    explicit TerminalOf(ConsoleSession& console) {
+        std::error_code error;
+        path_ =
+            std::filesystem::read_symlink("/proc/" + std::to_string(console.pid()) + "/fd/1", error)
+                .string();
+    }
+    // Echo and canonical input, as a shell needs them.
+    bool cooked() const {
+        const int fd = ::open(path_.c_str(), O_RDWR | O_NOCTTY);
+        if (fd < 0) return false;
+        termios settings{};
+        const bool ok = ::tcgetattr(fd, &settings) == 0;
+        ::close(fd);
+        return ok && (settings.c_lflag & ICANON) && (settings.c_lflag & ECHO);
+    }
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+// Sends every way of stopping a job and checks that nothing changed: no byte
+// written, still running.
+void StopSignalsChangeNothing(ConsoleSession& console, const std::string& where) {
+    SCOPED_TRACE(where);
+    ASSERT_TRUE(console.waitForQuiet());
+    const std::string screen = console.text();
+    const std::size_t written = console.output().size();
+    console.type(Key::Ctrl('z'));
+    for (int sig : {SIGTSTP, SIGTTIN, SIGTTOU}) console.signal(sig);
+    // Whatever the console would do with them, it does within this time.
+    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(500)));
+    EXPECT_EQ(console.output().size(), written)
+        << "written after Ctrl-Z: " << console.output().substr(written);
+    EXPECT_EQ(console.text(), screen);
+    EXPECT_EQ(console.status(), TeskTest::ExitStatus::Running());
+}
+
+TEST(JobControl, CtrlZChangesNothingOnAnyScreen) {
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell(80, 25));
+    ASSERT_TRUE(WaitWelcome(console));
+    TerminalOf terminal(console);
+    StopSignalsChangeNothing(console, "welcome screen");
+
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    StopSignalsChangeNothing(console, "login dialog");
+    // The screen goes on taking keys: a failed login's message.
+    console.key(Key::Enter);
+    console.type("wrong");
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    StopSignalsChangeNothing(console, "message dialog");
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone("Invalid login or password."));
+    console.key(Key::Esc);
+    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+
+    ASSERT_TRUE(LogIn(console));
+    StopSignalsChangeNothing(console, "menu");
+
+    // An interrupted wait is no error.
+    EXPECT_TRUE(root.logLinesWith("poll() failed").empty()) << root.logTail();
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+    EXPECT_TRUE(terminal.cooked()) << terminal.path();
+}
+
+TEST(JobControl, EveryWayOutGivesTheTerminalBack) {
+    SimRoot root;
+    struct Way {
+        const char* name;
+        std::function<void(ConsoleSession&)> end;
+    };
+    const Way ways[] = {
+        {"Ctrl-C", [](ConsoleSession& c) { c.type(Key::Ctrl('c')); }},
+        {"Ctrl-\\", [](ConsoleSession& c) { c.type(std::string(1, '\x1c')); }},
+        {"SIGTERM", [](ConsoleSession& c) { c.signal(SIGTERM); }},
+        {"SIGHUP", [](ConsoleSession& c) { c.signal(SIGHUP); }},
+        {"resize", [](ConsoleSession& c) { c.resize(90, 30); }},
+    };
+    for (const Way& way : ways) {
+        SCOPED_TRACE(way.name);
+        ConsoleSession console(root, RemoteShell(80, 25));
+        ASSERT_TRUE(LogIn(console));
+        TerminalOf terminal(console);
+        // A stop signal on the way does not change how it ends.
+        console.type(Key::Ctrl('z'));
+        way.end(console);
+        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+        EXPECT_TRUE(terminal.cooked()) << terminal.path();
+    }
+}
+
+}  // namespace

@@ -1,0 +1,158 @@
+// Everything the console does that could reach the machine it runs on, beyond
+// its own terminal and the files of its host root: each such call in the
+// console's sources is listed here with the way it is kept to the real host
+// root. A new call fails the test until it is listed (and routed); a listed
+// call that is gone fails it too, so the list stays the truth. The screen
+// tests below show the routing of the calls a simulated root must not make.
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/session/session_support.h"
+
+using namespace SessionTest;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kSources = TESK_SOURCE_DIR;
+
+// The folders built into the console program (not tesk-sim, not the gallery).
+const char* const kConsoleFolders[] = {"app",     "ui",       "session", "network", "host",
+                                       "hostctl", "platform", "simhost", "store"};
+
+// Calls that reach past the host root: devices and kernel interfaces, other
+// processes, the system log, the machine's accounts, terminal control.
+const std::regex kMachineCall(
+    R"(\b(ioctl|kill|reboot|syscall|mount|umount2?|sethostname|setdomainname|settimeofday|)"
+    R"(clock_settime|swapon|swapoff|tcsetattr|tcsetpgrp|syslog|openlog|pam_start|)"
+    R"(posix_spawnp?|fork|vfork|execvp?e?|execlp?e?|system|popen)\s*\()"
+    R"(|"/(dev|proc|sys)\b)");
+
+struct Listed {
+    const char* file;
+    const char* call;  // the text matched: a call's name or a path's start
+    const char* routed;
+};
+
+// Every call, where it is, and why it cannot touch the machine when the host
+// root is simulated.
+const Listed kListed[] = {
+    {"app/startup.cpp", "ioctl", "KDGKBTYPE on descriptor 1 only asks what the terminal is"},
+    {"app/startup.cpp", "kill", "signal 0: only asks whether the pid file's process lives"},
+    {"app/startup.cpp", "\"/proc", "reads the pid limit and program paths; changes nothing"},
+    {"app/startup.cpp", "\"/dev", "/dev/null for stderr"},
+    {"app/startup.cpp", "tcsetattr", "the console's own terminal, put back on every way out"},
+    {"ui/terminal.cpp", "ioctl", "TIOCGWINSZ on the console's own terminal: reads its size"},
+    {"session/log_viewer.cpp", "tcsetattr", "the console's own terminal, handed to the pager"},
+    {"session/log_viewer.cpp", "tcsetpgrp", "the console's own terminal's foreground group"},
+    {"session/log_viewer.cpp", "posix_spawn", "the pager of the host root (HostPath)"},
+    {"session/log_viewer.cpp", "kill", "SIGCONT / ending signals to the pager's own process group"},
+    {"session/log_viewer.cpp", "ioctl", "TIOCGWINSZ on the console's own terminal: reads its size"},
+    {"session/log_viewer.cpp", "syscall", "pidfd_open on the pager, its own child"},
+    {"session/pam_login.cpp", "pam_start",
+     "through pam_wrapper to the root's users; refused on a simulated root without it"},
+    {"host/runner.cpp", "fork", "a child for a host tool of the host root"},
+    {"host/runner.cpp", "execve",
+     "host tools of the host root (HostPath), environment PYTHONHOME=/ only"},
+    {"host/runner.cpp", "syscall", "pidfd_open on its own child"},
+    {"host/runner.cpp", "kill", "SIGTERM/SIGKILL to its own child's process group"},
+    {"platform/hostroot.cpp", "\"/dev", "device paths are left as they are (no device is opened)"},
+    {"platform/vt.cpp", "\"/dev", "/dev/console on the real root only; a simulated root records"},
+    {"platform/vt.cpp", "ioctl", "VT_ACTIVATE on the real root only; a simulated root records"},
+    {"platform/syslog.cpp", "openlog", "names the console; no connection is made by it"},
+    {"platform/syslog.cpp", "syslog", "the real root only; a simulated root writes its own log"},
+    {"platform/audit.cpp", "syslog", "the real root only; a simulated root writes audit.log"},
+    {"platform/nox.cpp", "syslog", "the real root only; a simulated root writes noxd.log"},
+};
+
+// The call a match names: "ioctl", "kill", ... or "\"/dev" for a path.
+std::string CallName(const std::smatch& match) {
+    if (match[1].matched)
+        return match[1].str().starts_with("posix_spawn") ? "posix_spawn" : match[1].str();
+    return "\"/" + match[2].str();
+}
+
+std::string WithoutComment(const std::string& line) {
+    const auto comment = line.find("//");
+    return comment == std::string::npos ? line : line.substr(0, comment);
+}
+
+TEST(MachineCalls, EveryCallThatCouldReachTheMachineIsListedWithItsRoute) {
+    std::set<std::pair<std::string, std::string>> found;
+    std::vector<std::string> unlisted;
+    for (const char* folder : kConsoleFolders) {
+        for (const auto& entry : fs::recursive_directory_iterator(kSources / folder)) {
+            const std::string ext = entry.path().extension();
+            if (ext != ".cpp" && ext != ".h") continue;
+            const std::string file = fs::relative(entry.path(), kSources).string();
+            if (file.starts_with("ui/gallery/")) continue;
+            std::ifstream in(entry.path());
+            std::string line;
+            for (int number = 1; std::getline(in, line); ++number) {
+                const std::string code = WithoutComment(line);
+                for (std::sregex_iterator it(code.begin(), code.end(), kMachineCall), end;
+                     it != end; ++it) {
+                    const std::string call = CallName(*it);
+                    found.insert({file, call});
+                    bool listed = false;
+                    for (const Listed& l : kListed)
+                        listed = listed || (file == l.file && call == l.call);
+                    if (!listed)
+                        unlisted.push_back(file + ":" + std::to_string(number) + ": " + call +
+                                           "  " + line);
+                }
+            }
+        }
+    }
+    EXPECT_TRUE(unlisted.empty()) << "calls that could reach the machine, not listed with the "
+                                     "way they are kept to the real host root:\n"
+                                  << [&] {
+                                         std::string all;
+                                         for (const auto& u : unlisted) all += "  " + u + "\n";
+                                         return all;
+                                     }();
+    for (const Listed& l : kListed)
+        EXPECT_TRUE(found.count({l.file, l.call}))
+            << "listed but gone: " << l.file << " " << l.call;
+}
+
+TEST(MachineCalls, VirtualTerminalOfASimulatedRootIsRecordedNotSwitched) {
+    {
+        SimRoot root;
+        SessionOptions options = RemoteShell();
+        options.args = {"12"};
+        ConsoleSession console(root, options);
+        ASSERT_TRUE(WaitWelcome(console));
+        EXPECT_TRUE(root.waitForLogLine("Activated virtual terminal 12 of the simulated host"));
+        EXPECT_EQ(root.stateValue("/console/activeVt"), Json(12));
+    }
+    // The same through tesk-sim, on a root of its own.
+    SimRoot root;
+    SessionOptions options = RemoteShell();
+    options.program = TeskTest::SimBinary();
+    options.args = {"run", root.path(), "--vt", "7"};
+    ConsoleSession console(root, options);
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_TRUE(root.waitForLogLine("Activated virtual terminal 7 of the simulated host"));
+    EXPECT_EQ(root.stateValue("/console/activeVt"), Json(7));
+}
+
+TEST(MachineCalls, ASimulatedRootNeverAuthenticatesAgainstTheMachinesAccounts) {
+    SimRoot root;
+    SessionOptions options = RemoteShell();
+    options.pamWrapper = false;
+    ConsoleSession console(root, options);
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    EnterCredentials(console, "root", kPassword);
+    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    EXPECT_TRUE(root.hasLogLine("Login refused: PAM does not go to the simulated host's users"));
+}
+
+}  // namespace

@@ -1,0 +1,154 @@
+// A window that becomes active again looks exactly as it did at first: every
+// cell of the screen (text, colours, attributes) after a dialog closes, a
+// logout, an idle logout, dimming and waking, and the high-contrast palette
+// switched on and off, in colour and in monochrome.
+#include <string>
+
+#include "tests/session/session_support.h"
+
+using namespace SessionTest;
+
+namespace {
+
+// "xterm-256color" can redefine colours; "xterm" cannot, so the console draws
+// in monochrome there (standout for dark panels).
+class ColoursComeBack : public ::testing::TestWithParam<const char*> {
+protected:
+    SessionOptions options(int cols = 80, int rows = 25) const {
+        SessionOptions o = LocalConsole(cols, rows);
+        o.term = GetParam();
+        return o;
+    }
+    // The console whose key reader's clock runs `scale` times as fast.
+    SessionOptions fastClock(int scale) const {
+        SessionOptions o = options();
+        o.program = FAST_CLOCK_CONSOLE;
+        o.args = {std::to_string(scale)};
+        return o;
+    }
+};
+
+#define EXPECT_SAME_SCREEN(before, after, console) \
+    EXPECT_EQ(GridDifference(before, after, console.screen().cols()), "") << console.text()
+
+TEST_P(ColoursComeBack, AfterTheLoginDialogClosesAndAfterALogout) {
+    SimRoot root;
+    ConsoleSession console(root, options());
+    ASSERT_TRUE(WaitWelcome(console));
+    const auto first = Grid(console);
+
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    console.key(Key::Esc);
+    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_SAME_SCREEN(first, Grid(console), console);
+
+    ASSERT_TRUE(LogIn(console));
+    console.key(Key::Esc);
+    ASSERT_TRUE(root.waitForLogLine("User root logged out"));
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_SAME_SCREEN(first, Grid(console), console);
+}
+
+TEST_P(ColoursComeBack, LoginDialogAfterAFailedLogin) {
+    SimRoot root;
+    ConsoleSession console(root, options());
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(2));
+    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    const auto password = console.find("Password:");
+    ASSERT_TRUE(password);
+    const TeskTest::Cell label = console.cell(password->col, password->row);
+    console.key(Key::Enter);  // on to the password: its row is highlighted
+    ASSERT_TRUE(console.waitFor(
+        [&] {
+            const TeskTest::Cell now = console.cell(password->col, password->row);
+            return !(now.bg == label.bg) || now.reverse != label.reverse;
+        },
+        "the password selected"));
+    ASSERT_TRUE(console.waitForQuiet());
+    const auto ready = Grid(console);
+
+    console.type("wrong");
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone("Invalid login or password."));
+    ASSERT_TRUE(console.waitForQuiet());
+    // The password is empty again and keeps the focus: the same dialog.
+    EXPECT_SAME_SCREEN(ready, Grid(console), console);
+}
+
+TEST_P(ColoursComeBack, AfterDimmingAndWaking) {
+    SimRoot root;
+    // A minute without keys passes in six seconds.
+    ConsoleSession console(root, fastClock(10));
+    ASSERT_TRUE(WaitWelcome(console));
+    const auto welcome = Grid(console);
+    const TeskTest::Cell panel = console.cell(40, 20);  // the lower panel
+    auto same = [&](const TeskTest::Cell& a, const TeskTest::Cell& b) {
+        return a.bg == b.bg && a.fg == b.fg && a.reverse == b.reverse;
+    };
+    ASSERT_TRUE(console.waitFor([&] { return !same(console.cell(40, 20), panel); }, "dimmed",
+                                TeskTest::Scaled(std::chrono::seconds(20))));
+    ASSERT_TRUE(console.waitForQuiet());  // keys typed while it dims are dropped
+    console.key(Key::Space);
+    ASSERT_TRUE(console.waitFor([&] { return same(console.cell(40, 20), panel); }, "awake"));
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_SAME_SCREEN(welcome, Grid(console), console);
+
+    // The menu: its panes and margins come back the same way.
+    ASSERT_TRUE(LogIn(console));
+    const auto menu = Grid(console);
+    const TeskTest::Cell pane = console.cell(5, 22);  // a margin of the left pane
+    ASSERT_TRUE(console.waitFor([&] { return !same(console.cell(5, 22), pane); }, "dimmed",
+                                TeskTest::Scaled(std::chrono::seconds(20))));
+    ASSERT_TRUE(console.waitForQuiet());
+    console.key(Key::Up);  // already at the top: changes nothing but wakes
+    ASSERT_TRUE(console.waitFor([&] { return same(console.cell(5, 22), pane); }, "awake"));
+    ASSERT_TRUE(console.waitForQuiet());
+    EXPECT_SAME_SCREEN(menu, Grid(console), console);
+}
+
+TEST_P(ColoursComeBack, AfterAnIdleLogout) {
+    SimRoot root;
+    root.editState([](Json& s) {
+        s["advancedOptions"]["/UserVars/TeskTimeOut"] = {{"type", "integer"}, {"value", 60}};
+    });
+    ConsoleSession console(root, fastClock(10));
+    ASSERT_TRUE(WaitWelcome(console));
+    const auto first = Grid(console);
+    ASSERT_TRUE(LogIn(console));
+    ASSERT_TRUE(root.waitForLogLine("User root logged out due to time out",
+                                    TeskTest::Scaled(std::chrono::seconds(20))));
+    ASSERT_TRUE(WaitWelcome(console));
+    EXPECT_SAME_SCREEN(first, Grid(console), console);
+}
+
+INSTANTIATE_TEST_SUITE_P(Terminals, ColoursComeBack, ::testing::Values("xterm-256color", "xterm"),
+                         [](const auto& info) {
+                             return std::string(info.param) == "xterm" ? "Monochrome" : "Colour";
+                         });
+
+TEST(HighContrast, SwitchedOnAndOffGivesTheFirstFrameBack) {
+    SimRoot root;
+    SessionOptions options = LocalConsole(80, 25);
+    options.term = "xterm-256color";
+    ConsoleSession console(root, options);
+    ASSERT_TRUE(WaitWelcome(console));
+    const auto first = Grid(console);
+    const TeskTest::Colour panel = console.cell(40, 3).bg;
+    console.key(FKey(4));
+    ASSERT_TRUE(
+        console.waitFor([&] { return !(console.cell(40, 3).bg == panel); }, "high contrast"));
+    ASSERT_TRUE(WaitWelcome(console));
+    console.key(FKey(4));
+    ASSERT_TRUE(console.waitFor([&] { return console.cell(40, 3).bg == panel; }, "normal"));
+    ASSERT_TRUE(WaitWelcome(console));
+    // The upper panel's border cells among them.
+    for (int row = 1; row < 12; ++row) EXPECT_EQ(console.cell(0, row).bg, panel) << "row " << row;
+    EXPECT_SAME_SCREEN(first, Grid(console), console);
+}
+
+}  // namespace
