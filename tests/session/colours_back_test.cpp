@@ -82,8 +82,8 @@ TEST_P(ColoursComeBack, LoginDialogAfterAFailedLogin) {
 
 TEST_P(ColoursComeBack, AfterDimmingAndWaking) {
     SimRoot root;
-    // A minute without keys passes in six seconds.
-    ConsoleSession console(root, fastClock(10));
+    // A minute without keys passes in twelve seconds (room for a slow login).
+    ConsoleSession console(root, fastClock(5));
     ASSERT_TRUE(WaitWelcome(console));
     const auto welcome = Grid(console);
     const TeskTest::Cell panel = console.cell(40, 20);  // the lower panel
@@ -116,7 +116,7 @@ TEST_P(ColoursComeBack, AfterAnIdleLogout) {
     root.editState([](Json& s) {
         s["advancedOptions"]["/UserVars/TeskTimeOut"] = {{"type", "integer"}, {"value", 60}};
     });
-    ConsoleSession console(root, fastClock(10));
+    ConsoleSession console(root, fastClock(5));
     ASSERT_TRUE(WaitWelcome(console));
     const auto first = Grid(console);
     ASSERT_TRUE(LogIn(console));
