@@ -77,6 +77,7 @@ TEST(JobControl, CtrlZChangesNothingOnAnyScreen) {
     StopSignalsChangeNothing(console, "message dialog");
     console.key(Key::Enter);
     ASSERT_TRUE(console.waitForTextGone("Invalid login or password."));
+    ASSERT_TRUE(console.waitForQuiet());  // keys typed while the dialog returns are dropped
     console.key(Key::Esc);
     ASSERT_TRUE(console.waitForTextGone("Login Name:"));
 
