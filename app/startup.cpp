@@ -20,6 +20,7 @@
 
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
+#include "platform/pid_text.h"
 #include "platform/product.h"
 #include "platform/regular_file.h"
 #include "platform/syslog.h"
@@ -91,27 +92,6 @@ bool ChooseTerminalType(bool onConsole) {
 
 namespace {
 
-// The pid a pid file holds: exactly one decimal number from 1 to the kernel's
-// largest pid, white space around it allowed; none for anything else.
-std::optional<pid_t> ParsePidFile(const std::string& text) {
-    std::size_t begin = text.find_first_not_of(" \t\n");
-    std::size_t end = text.find_last_not_of(" \t\n");
-    if (begin == std::string::npos) return std::nullopt;
-    const std::string digits = text.substr(begin, end - begin + 1);
-    if (digits.empty() || digits.size() > 10 ||
-        digits.find_first_not_of("0123456789") != std::string::npos)
-        return std::nullopt;
-    const unsigned long long value = std::stoull(digits);
-    unsigned long long pidMax = 4194304;  // the kernel's own upper bound
-    if (FILE* in = std::fopen("/proc/sys/kernel/pid_max", "r")) {
-        unsigned long long read = 0;
-        if (std::fscanf(in, "%llu", &read) == 1 && read > 0) pidMax = read;
-        std::fclose(in);
-    }
-    if (value < 1 || value > pidMax) return std::nullopt;
-    return static_cast<pid_t>(value);
-}
-
 // Whether pid is a running instance of this console program: the same
 // executable as this process.
 bool IsConsoleProcess(pid_t pid) {
@@ -129,7 +109,7 @@ bool IsConsoleProcess(pid_t pid) {
 bool GuardPidFile() {
     const std::string path = Platform::HostPath(kPidFile);
     std::optional<pid_t> pid;
-    if (auto text = Platform::ReadRegularFile(path)) pid = ParsePidFile(*text);
+    if (auto text = Platform::ReadRegularFile(path)) pid = Platform::ParsePidText(*text);
     if (pid && IsConsoleProcess(*pid)) {
         Platform::Log(LOG_ERR, "Attempt to run multiple TESK instances, not updating %s", kPidFile);
         return false;
@@ -152,7 +132,7 @@ bool GuardPidFile() {
 void ReleasePidFile() {
     const std::string path = Platform::HostPath(kPidFile);
     const auto text = Platform::ReadRegularFile(path);
-    if (text && ParsePidFile(*text) == ::getpid()) ::unlink(path.c_str());
+    if (text && Platform::ParsePidText(*text) == ::getpid()) ::unlink(path.c_str());
 }
 
 int RunConsole(int argc, char** argv,

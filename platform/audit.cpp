@@ -1,8 +1,5 @@
 #include "platform/audit.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdarg>
 #include <ctime>
 #include <string>
@@ -10,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/hostroot.h"
+#include "platform/regular_file.h"
 #include "platform/syslog.h"
 
 namespace {
@@ -49,10 +47,5 @@ void BrlAudit_VLog(const char* event, const char* user, const char* application,
         return;
     }
     line += '\n';
-    int fd = ::open(Tesk::Platform::HostPath("/var/log/audit.log").c_str(),
-                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
-    if (fd < 0) return;
-    ssize_t ignored = ::write(fd, line.data(), line.size());
-    (void)ignored;
-    ::close(fd);
+    Tesk::Platform::AppendLine(Tesk::Platform::HostPath("/var/log/audit.log"), line);
 }

@@ -1,14 +1,13 @@
 #include "platform/nox.h"
 
-#include <fcntl.h>
 #include <syslog.h>
-#include <unistd.h>
 
 #include <cstdarg>
 #include <cstdio>
 #include <ctime>
 
 #include "platform/hostroot.h"
+#include "platform/regular_file.h"
 
 namespace {
 bool g_open = false;
@@ -60,12 +59,7 @@ int NoxUserLib_AddNox(const char* fmt, ...) {
     ::gmtime_r(&now, &tm);
     std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &tm);
     std::string line = std::string(stamp) + " " + id + " " + message + "\n";
-    int fd = ::open(Tesk::Platform::HostPath("/var/log/noxd.log").c_str(),
-                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
-    if (fd < 0) return -1;
-    ssize_t written = ::write(fd, line.data(), line.size());
-    ::close(fd);
-    return written == static_cast<ssize_t>(line.size()) ? 0 : -1;
+    return Tesk::Platform::AppendLine(Tesk::Platform::HostPath("/var/log/noxd.log"), line) ? 0 : -1;
 }
 
 void NoxUserLib_Close() {

@@ -1,4 +1,4 @@
-// Regular files read without waiting on anything else.
+// Regular files read, and logs appended to, without waiting on anything else.
 #include "platform/regular_file.h"
 
 #include <fcntl.h>
@@ -49,6 +49,15 @@ std::optional<std::string> ReadRegularFile(const std::string& path, std::string*
     }
     ::close(fd);
     return text;
+}
+
+bool AppendLine(const std::string& path, const std::string& line) {
+    const int fd =
+        ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
+    if (fd < 0) return false;
+    const ssize_t written = ::write(fd, line.data(), line.size());
+    ::close(fd);
+    return written == static_cast<ssize_t>(line.size());
 }
 
 }  // namespace Tesk::Platform

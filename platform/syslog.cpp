@@ -1,6 +1,5 @@
 #include "platform/syslog.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,6 +8,7 @@
 #include <ctime>
 
 #include "platform/hostroot.h"
+#include "platform/regular_file.h"
 
 namespace Tesk::Platform {
 namespace {
@@ -21,13 +21,7 @@ std::string& Identity() {
 void AppendMirror(const std::string& text) {
     std::string line = FormatMirrorLine(text);
     line += '\n';
-    int fd = ::open(HostPath("/var/log/syslog.log").c_str(),
-                    O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644);
-    if (fd < 0) return;
-    // One write with O_APPEND keeps lines from several processes whole.
-    ssize_t ignored = ::write(fd, line.data(), line.size());
-    (void)ignored;
-    ::close(fd);
+    AppendLine(HostPath("/var/log/syslog.log"), line);
 }
 
 }  // namespace

@@ -26,11 +26,6 @@ constexpr int kHeight = 13;
 constexpr int kUpperHeight = 6;
 constexpr int kFieldWidth = 30;
 
-// The table's text, for use before the dialog exists.
-const char* Str(std::uint32_t id) {
-    return StringFactory::GetFactory("en_US")->get(id);
-}
-
 std::string KeyboardLabel() {
     const std::string layout =
         TryHost("Getting keyboard layout failed: %s", [] {

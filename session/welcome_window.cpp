@@ -42,10 +42,6 @@ constexpr const char kLoginMarker[] = "/var/run/brelt/show-tesk-login";
 
 bool g_adapterAlertRaised = false;
 
-const char* Str(std::uint32_t id) {
-    return StringFactory::GetFactory("en_US")->get(id);
-}
-
 std::string Trim(const std::string& s) {
     size_t b = 0, e = s.size();
     while (b < e && std::isspace(static_cast<unsigned char>(s[b]))) ++b;

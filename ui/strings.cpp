@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 
-
 namespace Tesk {
 
 namespace {
@@ -454,6 +453,10 @@ StringFactory* StringFactory::GetFactory(std::string_view locale) {
     std::unique_ptr<StringFactory>& instance = Instance();
     if (!instance && locale == "en_US") instance = std::make_unique<en_US_Factory>();
     return instance.get();
+}
+
+const char* Str(std::uint32_t id) {
+    return StringFactory::GetFactory("en_US")->get(id);
 }
 
 void en_US_Factory::SetProductLineSource(std::function<std::string()> source) {

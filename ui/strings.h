@@ -36,4 +36,8 @@ public:
     const char* get(std::uint32_t id) override;
 };
 
+// The English table's text with that id, for code that has no frame to ask
+// (Frame::str gives the same).
+const char* Str(std::uint32_t id);
+
 }  // namespace Tesk

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "session/menu/menu_entry.h"
-#include "ui/dialog.h"
 
 namespace Tesk {
 
@@ -25,14 +24,6 @@ std::unique_ptr<MenuEntry> Separator() {
     return std::make_unique<MenuSeparator>();
 }
 }  // namespace
-
-std::string FixedTextEntry::title(MenuContext& context) const {
-    return context.menu.str(titleId_);
-}
-
-std::string FixedTextEntry::pane(MenuContext& context) {
-    return context.menu.str(paneId_);
-}
 
 std::vector<std::unique_ptr<MenuEntry>> MakeMenuEntries() {
     constexpr MenuEntryFactory kOrder[] = {

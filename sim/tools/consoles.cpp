@@ -5,10 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include "platform/pid_text.h"
 
 namespace Sim::Tools {
 
@@ -57,32 +58,17 @@ bool SameFolder(const fs::path& a, const fs::path& b) {
 
 }  // namespace
 
-std::optional<pid_t> ParsePid(const std::string& text) {
-    const auto begin = text.find_first_not_of(" \t\n");
-    if (begin == std::string::npos) return std::nullopt;
-    const auto end = text.find_last_not_of(" \t\n");
-    const std::string digits = text.substr(begin, end - begin + 1);
-    if (digits.size() > 10 ||
-        !std::all_of(digits.begin(), digits.end(), [](unsigned char c) { return std::isdigit(c); }))
-        return std::nullopt;
-    const unsigned long long value = std::stoull(digits);
-    unsigned long long pidMax = 4194304;  // the kernel's own upper bound
-    std::ifstream("/proc/sys/kernel/pid_max") >> pidMax;
-    if (value < 1 || value > pidMax) return std::nullopt;
-    return static_cast<pid_t>(value);
-}
-
 std::vector<pid_t> RunningConsoles(const std::string& root) {
     std::vector<pid_t> consoles;
     const pid_t self = ::getpid();
-    if (auto named = ParsePid(ReadText(fs::path(root) / "var/run/tesk.pid"));
+    if (auto named = Tesk::Platform::ParsePidText(ReadText(fs::path(root) / "var/run/tesk.pid"));
         named && *named != self && RunsConsole(*named)) {
         const auto itsRoot = RootOf(*named);
         if (!itsRoot || SameFolder(*itsRoot, root)) consoles.push_back(*named);
     }
     std::error_code ec;
     for (const auto& entry : fs::directory_iterator("/proc", ec)) {
-        const auto pid = ParsePid(entry.path().filename().string());
+        const auto pid = Tesk::Platform::ParsePidText(entry.path().filename().string());
         if (!pid || *pid == self ||
             std::find(consoles.begin(), consoles.end(), *pid) != consoles.end())
             continue;

@@ -11,10 +11,6 @@
 
 namespace Sim::Tools {
 
-// A pid file's number: exactly one decimal number from 1 to the kernel's
-// largest pid, white space around it allowed; none for anything else.
-std::optional<pid_t> ParsePid(const std::string& text);
-
 // The consoles running on the root (a real path): the process
 // <root>/var/run/tesk.pid names, when it runs the console program ("tesk")
 // and does not run on another root; and every other process that runs the

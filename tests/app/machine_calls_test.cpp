@@ -44,7 +44,8 @@ struct Listed {
 const Listed kListed[] = {
     {"app/startup.cpp", "ioctl", "KDGKBTYPE on descriptor 1 only asks what the terminal is"},
     {"app/startup.cpp", "kill", "signal 0: only asks whether the pid file's process lives"},
-    {"app/startup.cpp", "\"/proc", "reads the pid limit and program paths; changes nothing"},
+    {"app/startup.cpp", "\"/proc", "reads program paths; changes nothing"},
+    {"platform/pid_text.cpp", "\"/proc", "reads the kernel's pid limit; changes nothing"},
     {"app/startup.cpp", "\"/dev", "/dev/null for stderr"},
     {"app/startup.cpp", "tcsetattr", "the console's own terminal, put back on every way out"},
     {"ui/terminal.cpp", "ioctl", "TIOCGWINSZ on the console's own terminal: reads its size"},
