@@ -31,7 +31,10 @@ std::string Line(ConsoleSession& console, int row) {
 // A change of host data shows after the next key: any key redraws everything.
 void EditAndRefresh(ConsoleSession& console, const SimRoot& root,
                     const std::function<void(Json&)>& change) {
-    console.waitForQuiet();
+    // A key typed while the console still redraws for the previous one is
+    // dropped, and quiet may come before that redraw has begun: wait for a
+    // longer quiet, so that the refreshing key is read.
+    console.waitForQuiet(std::chrono::milliseconds(500));
     root.editState(change);
     console.key(Key::Space);
 }
