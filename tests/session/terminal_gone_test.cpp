@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <fstream>
 #include <string>
 #include <thread>
 
@@ -17,6 +18,18 @@
 using namespace SessionTest;
 
 namespace {
+
+// What a process is doing, for the failure message: its state and where it waits.
+std::string StateOf(pid_t pid) {
+    std::string text;
+    for (const char* file : {"stat", "wchan"}) {
+        std::ifstream in("/proc/" + std::to_string(pid) + "/" + file);
+        std::string line;
+        std::getline(in, line);
+        text += std::string(file) + ": " + line + "\n";
+    }
+    return text;
+}
 
 TEST(TerminalGone, AConsoleWhoseTerminalHangsUpEnds) {
     SimRoot root;
@@ -40,11 +53,15 @@ TEST(TerminalGone, AConsoleWhoseTerminalHangsUpEnds) {
     }
     // The screen is read and dropped, so that the console never waits on it.
     std::atomic<bool> reading{true};
+    std::atomic<size_t> received{0};
     std::thread drain([&] {
         char buffer[4096];
         while (reading) {
             pollfd fd{master, POLLIN, 0};
-            if (::poll(&fd, 1, 50) > 0 && ::read(master, buffer, sizeof buffer) <= 0) break;
+            if (::poll(&fd, 1, 50) <= 0) continue;
+            const ssize_t n = ::read(master, buffer, sizeof buffer);
+            if (n <= 0) break;
+            received += static_cast<size_t>(n);
         }
     });
     pid_t console = -1;
@@ -54,14 +71,23 @@ TEST(TerminalGone, AConsoleWhoseTerminalHangsUpEnds) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_GT(console, 0);
     EXPECT_TRUE(root.waitForLogLine("Starting TESK"));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // the first frame
+    // The first frame is on its way, and the console has gone quiet after it.
+    size_t seen = 0;
+    for (int quiet = 0; std::chrono::steady_clock::now() < deadline && quiet < 10;) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        const size_t now = received;
+        quiet = now > 0 && now == seen ? quiet + 1 : 0;
+        seen = now;
+    }
+    EXPECT_GT(seen, 0u) << "no frame reached the terminal";
 
     reading = false;
     drain.join();
     ::close(master);  // the terminal hangs up
     if (console > 0) {
         EXPECT_TRUE(GoneWithin(console, std::chrono::seconds(5)))
-            << "the console still runs after its terminal went away";
+            << "the console still runs after its terminal went away: "
+            << StateOf(console) << "\n" << root.logTail();
         if (!Gone(console)) ::kill(console, SIGKILL);
     }
     ::kill(leader, SIGKILL);
