@@ -29,6 +29,9 @@ inline constexpr char kRestartHost[] =
 // The space before "OK" inside the dark-grey run.
 inline constexpr char kOkJoined[] =
     "{align:right}{color:black}<Enter>{/color}{color:dark-grey} OK{/color}{/align}";
+inline constexpr char kEnterConfirmCancel[] =
+    "{color:black}<Enter>{/color} {color:dark-grey}Confirm{/color}{align:right}"
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 inline constexpr char kCancel[] =
     "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 inline constexpr char kF11OkCancel[] =
