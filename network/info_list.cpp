@@ -1,6 +1,7 @@
 #include "network/info_list.h"
 
 #include "network/list_format.h"
+#include "ui/markup_escape.h"
 
 namespace Tesk {
 
@@ -26,23 +27,23 @@ std::string ZrkNicInfo::GetHeader() const {
 }
 
 std::string ZrkNicInfo::GetRow() const {
-    return Column(FitColumn(name, 8), 8) + Column(FitColumn(mac, 19), 19) +
-           Column(FitColumn(portset, 10), 10) + Column(FitColumn(portGroup, 20), 20);
+    return FittedColumn(name, 8) + FittedColumn(mac, 19) + FittedColumn(portset, 10) +
+           FittedColumn(portGroup, 20);
 }
 
 std::string ZrkNicInfo::GetTitle() const {
     return "Zerkel NIC Details";
 }
 std::string ZrkNicInfo::GetLabel() const {
-    return "Zerkel NIC Name: " + name;
+    return "Zerkel NIC Name: " + EscapeHostText(name);
 }
 std::string ZrkNicInfo::GetFooter() const {
     return kFooter;
 }
 
 std::string ZrkNicInfo::GetDetails() const {
-    return "Name: " + name + "\nMAC Address: " + mac + "\nPortset: " + portset +
-           "\nPortgroup: " + portGroup;
+    return "Name: " + EscapeHostText(name) + "\nMAC Address: " + EscapeHostText(mac) +
+           "\nPortset: " + EscapeHostText(portset) + "\nPortgroup: " + EscapeHostText(portGroup);
 }
 
 std::string PortGroupInfo::GetHeader() const {
@@ -51,22 +52,22 @@ std::string PortGroupInfo::GetHeader() const {
 }
 
 std::string PortGroupInfo::GetRow() const {
-    return Column(FitColumn(name, 20), 20) + Column(FitColumn(vswitch, 16), 16) +
-           Column(Count(activeClients), 16) + Column(Count(vlanId), 7);
+    return FittedColumn(name, 20) + FittedColumn(vswitch, 16) + Column(Count(activeClients), 16) +
+           Column(Count(vlanId), 7);
 }
 
 std::string PortGroupInfo::GetTitle() const {
     return "Portgroup Details";
 }
 std::string PortGroupInfo::GetLabel() const {
-    return "Portgroup Name: " + name;
+    return "Portgroup Name: " + EscapeHostText(name);
 }
 std::string PortGroupInfo::GetFooter() const {
     return kFooter;
 }
 
 std::string PortGroupInfo::GetDetails() const {
-    return "Name: " + name + "\nVirtual Switch: " + vswitch +
+    return "Name: " + EscapeHostText(name) + "\nVirtual Switch: " + EscapeHostText(vswitch) +
            "\nActive Clients: " + Count(activeClients) + "\nVLAN ID: " + Count(vlanId);
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "ui/markup_escape.h"
+
 namespace Tesk {
 
 const char* const kSwitchRowHeader =
@@ -24,8 +26,14 @@ std::string FitColumn(const std::string& text, int width) {
     return text.substr(0, static_cast<std::size_t>(std::max(width - 5, 0))) + "...";
 }
 
+std::string FittedColumn(const std::string& text, int width) {
+    return Column(EscapeHostText(FitColumn(text, width)), width);
+}
+
 std::string FormatSwitchDetails(const SwitchSummary& s) {
-    auto orNone = [](const std::string& t) { return t.empty() ? std::string("None") : t; };
+    auto orNone = [](const std::string& t) {
+        return t.empty() ? std::string("None") : EscapeHostText(t);
+    };
     return "Number of ports: " + Count(s.numPorts) + "\nUsed ports: " + Count(s.usedPorts) +
            "\nConfigured ports: " + Count(s.configuredPorts) +
            "\nUplinks: " + orNone(JoinNames(s.uplinks)) +
@@ -33,15 +41,16 @@ std::string FormatSwitchDetails(const SwitchSummary& s) {
 }
 
 std::string FormatSwitchRow(const SwitchSummary& s) {
-    return Column(FitColumn(s.name, 20), 20) + Column(FitColumn(JoinNames(s.uplinks), 10), 10) +
-           Column(FitColumn(JoinNames(s.portGroups), 15), 15) + Column(Count(s.usedPorts), 12) +
+    return FittedColumn(s.name, 20) + FittedColumn(JoinNames(s.uplinks), 10) +
+           FittedColumn(JoinNames(s.portGroups), 15) + Column(Count(s.usedPorts), 12) +
            Column(Count(s.configuredPorts), 16) + "  ...";
 }
 
 std::string FormatPnicDetails(const PnicSummary& p) {
-    return "Hardware Label: " + p.hardwareLabel + "\nMAC Address: " + p.macAddress +
-           "\nConnection Status: " + p.connectionStatus +
-           "\nUsed By: " + (p.usedBy.empty() ? std::string("None") : p.usedBy);
+    return "Hardware Label: " + EscapeHostText(p.hardwareLabel) +
+           "\nMAC Address: " + EscapeHostText(p.macAddress) +
+           "\nConnection Status: " + EscapeHostText(p.connectionStatus) +
+           "\nUsed By: " + (p.usedBy.empty() ? std::string("None") : EscapeHostText(p.usedBy));
 }
 
 std::string FormatPnicRow(const PnicSummary& p) {
@@ -53,8 +62,9 @@ std::string FormatPnicRow(const PnicSummary& p) {
         std::size_t keep = 22 - label.size();
         mac = "..." + (keep < mac.size() ? mac.substr(mac.size() - keep) : mac);
     }
-    return Column(name, 13) + Column(label + " (" + mac + ")", 30) + p.connectionStatus + " " +
-           (p.usedBy.empty() ? "" : "(...)");
+    return Column(EscapeHostText(name), 13) +
+           Column(EscapeHostText(label) + " (" + EscapeHostText(mac) + ")", 30) +
+           EscapeHostText(p.connectionStatus) + " " + (p.usedBy.empty() ? "" : "(...)");
 }
 
 }  // namespace Tesk

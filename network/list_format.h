@@ -19,6 +19,9 @@ std::string Count(std::int64_t n);
 // width - 2 characters, else its first width - 5 and "...".
 std::string FitColumn(const std::string& text, int width);
 
+// A host text fitted to a column of width cells, escaped for markup.
+std::string FittedColumn(const std::string& text, int width);
+
 std::string FormatSwitchDetails(const SwitchSummary& s);
 std::string FormatSwitchRow(const SwitchSummary& s);
 std::string FormatPnicDetails(const PnicSummary& p);
