@@ -1,0 +1,278 @@
+#include "network/network_window.h"
+
+#include <syslog.h>
+
+#include "host/management_network.h"
+#include "host/queries.h"
+#include "hostctl/backend.h"
+#include "hostctl/try_call.h"
+#include "network/adapters_dialog.h"
+#include "network/apply_changes.h"
+#include "network/dns_dialog.h"
+#include "network/ip_dialog.h"
+#include "network/ipv6_dialog.h"
+#include "network/network_summary.h"
+#include "network/suffixes_dialog.h"
+#include "network/vlan_dialog.h"
+#include "platform/syslog.h"
+#include "ui/footers.h"
+#include "ui/string_ids.h"
+
+namespace Tesk {
+
+namespace HN = HostCtl::Network;
+
+namespace {
+
+constexpr const char kNetStack[] = "defaultNetStack";
+
+// Rows: the two switch entries, a separator, the four address entries.
+enum Row { kAdaptersRow, kVlanRow, kSeparatorRow, kIpv4Row, kIpv6Row, kDnsRow, kSuffixesRow };
+
+NetworkTopic TopicOf(int row) {
+    return static_cast<NetworkTopic>(row < kSeparatorRow ? row : row - 1);
+}
+
+std::string ServerText(const HN::IpAddress* server) {
+    return server ? server->GetStringAddress() : "";
+}
+
+std::string Join(const std::vector<std::string>& names, const char* separator) {
+    std::string joined;
+    for (const auto& n : names) joined += (joined.empty() ? "" : separator) + n;
+    return joined;
+}
+
+// The default gateways, host name, search domains and name servers; false
+// (logged) when the host cannot tell.
+bool ReadHostSettings(PendingNetworkConfig& p) {
+    std::unique_ptr<HN::RoutingInfo> routing;
+    std::unique_ptr<HN::DnsConfig> dns;
+    return TryHost("Getting DNS configuration failed: %s",
+                   [&] {
+                       routing = HostCtl::TheBackend().GetRoutingInfo(kNetStack);
+                       dns = HostCtl::TheBackend().GetDnsConfig(kNetStack);
+                   }) &&
+           TryHost("Getting default gateway failed: %s",
+                   [&] { p.address.SetIpv4Gateway(routing->GetZerkelDefaultGateway()); }) &&
+           TryHost("Getting host name failed: %s", [&] { p.hostname = dns->GetHostname(); }) &&
+           TryHost("Getting default ipv6 gateway failed: %s",
+                   [&] { p.address.SetIpv6Gateway(routing->GetIpv6ZerkelDefaultGateway()); }) &&
+           TryHost("Getting DNS configuration failed: %s", [&] {
+               if (dns->IsStale()) dns->Refresh();
+               p.suffixes = dns->GetSearchDomains();
+               const auto v4 = dns->GetNameServers();
+               const auto v6 = dns->GetIpv6NameServers(false);
+               // The first IPv4 server leads; an IPv6 one comes second
+               // before another IPv4 one.
+               if (!v4.empty()) {
+                   p.primaryDns = v4[0].Clone();
+                   if (!v6.empty())
+                       p.alternateDns = v6[0].Clone();
+                   else if (v4.size() > 1)
+                       p.alternateDns = v4[1].Clone();
+               } else if (!v6.empty()) {
+                   p.primaryDns = v6[0].Clone();
+                   if (v6.size() > 1) p.alternateDns = v6[1].Clone();
+               }
+           });
+}
+
+}  // namespace
+
+std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener) {
+    PendingNetworkConfig p;
+    auto ipv6 = TryHost("Getting IPv6 state failed: %s",
+                        [] { return HostCtl::TheBackend().GetNetworkInfo()->IsZrkIpv6Enabled(); });
+    if (!ipv6) return std::nullopt;
+    p.ipv6Pending = p.ipv6Host = *ipv6;
+    p.nic = GetManagementInterface();
+    if (!p.nic) {
+        Platform::Log(LOG_ERR, "Could not get a suitable management interface");
+        MessageDialog error(opener, StrId::EnableManagementNetworkError,
+                            StrId::ManagementInterfaceNotFound);
+        Run(error);
+        return std::nullopt;
+    }
+    if (!TryHost("Getting IP configuration failed: %s", [&] {
+            if (p.nic->IsStale()) p.nic->Refresh();
+            p.mode = p.nic->GetConfiguredIpConfig();
+            p.address = p.nic->GetIpConfig();
+        }))
+        return std::nullopt;
+    p.onDistributedSwitch = IsOnDistributedSwitch(*p.nic);
+    if (!p.onDistributedSwitch) {
+        auto group = ReadManagementPortGroup(*p.nic);
+        if (!group) return std::nullopt;
+        p.adapters = std::move(group->activeUplinks);
+        p.activeUplinks = group->maxActiveUplinks;
+        p.vlanId = group->vlanId;
+    }
+    if (!ReadHostSettings(p)) return std::nullopt;
+    p.suffixText = Join(p.suffixes, ", ");
+    return p;
+}
+
+NetworkWindow::NetworkWindow(Window* opener, PendingNetworkConfig pending)
+    : PaneWindow(opener, Footer::kSelect), pending_(std::move(pending)) {
+    setTitle(str(StrId::ConfigureManagementNetworkTitle));
+    const std::uint32_t rows[] = {
+        StrId::NetworkAdapters,   StrId::VlanOptional,      0,
+        StrId::Ipv4Configuration, StrId::Ipv6Configuration, StrId::DnsConfiguration,
+        StrId::CustomDnsSuffixes};
+    for (std::uint32_t id : rows) addRow(id ? str(id) : "", id != 0);
+    setRowEnabled(kAdaptersRow, !pending_.onDistributedSwitch);
+    setRowEnabled(kVlanRow, !pending_.onDistributedSwitch);
+    selectRow(0);
+}
+
+PaneText NetworkWindow::describe(int row) {
+    const std::uint32_t titles[] = {StrId::NetworkAdapters,   StrId::VlanOptional,
+                                    StrId::Ipv4Configuration, StrId::Ipv6Configuration,
+                                    StrId::DnsConfiguration,  StrId::CustomDnsSuffixes};
+    const NetworkTopic topic = TopicOf(row);
+    return {"{color:white}" + std::string(str(titles[static_cast<int>(topic)])) + "{/color}\n\n" +
+                NetworkSummary(topic, pending_, GetAdapterDescription),
+            Footer::kChangeExitSpaced};
+}
+
+void NetworkWindow::enter(int row) {
+    switch (row) {
+        case kAdaptersRow:
+            return changeAdapters();
+        case kVlanRow:
+            return changeVlan();
+        case kIpv4Row:
+            return changeIpv4();
+        case kIpv6Row:
+            return changeIpv6();
+        case kDnsRow:
+            return changeDns();
+        case kSuffixesRow:
+            return changeSuffixes();
+        default:
+            return;
+    }
+}
+
+void NetworkWindow::changeAdapters() {
+    auto switchName = GetConnectionSwitchName(*pending_.nic);
+    if (!switchName) return;
+    AdaptersDialog dialog(this, pending_.adapters, pending_.activeUplinks, *switchName);
+    if (Run(dialog) != 1) return;
+    // A new order is a change too: the first adapter lends its MAC address.
+    if (dialog.selection() != pending_.adapters ||
+        dialog.activeUplinks() != pending_.activeUplinks) {
+        pending_.changed = true;
+        pending_.adapters = dialog.selection();
+        pending_.activeUplinks = dialog.activeUplinks();
+    }
+}
+
+void NetworkWindow::changeVlan() {
+    VlanDialog dialog(this, pending_.vlanId);
+    if (Run(dialog) != 1 || dialog.value() == pending_.vlanId) return;
+    pending_.changed = true;
+    pending_.vlanId = dialog.value();
+}
+
+void NetworkWindow::changeIpv4() {
+    HN::IpConfig& address = pending_.address;
+    IPConfigurationDialog dialog(this, address.GetIpv4UseNone(), pending_.mode.GetUseDhcp(),
+                                 address);
+    if (Run(dialog) != 1) return;
+    const HN::IpConfig& r = dialog.result();
+    const bool isStatic = !dialog.dhcp() && !dialog.none();
+    const bool changed =
+        dialog.dhcp() != pending_.mode.GetUseDhcp() || dialog.none() != address.GetIpv4UseNone() ||
+        (isStatic && (r.GetIpv4Address().GetAddress() != address.GetIpv4Address().GetAddress() ||
+                      r.GetIpv4Netmask().GetAddress() != address.GetIpv4Netmask().GetAddress() ||
+                      r.GetIpv4Gateway().GetAddress() != address.GetIpv4Gateway().GetAddress()));
+    if (!changed) return;
+    pending_.changed = true;
+    pending_.mode.SetUseDhcp(dialog.dhcp());
+    address.SetUseDhcp(dialog.dhcp(), dialog.none());
+    if (!dialog.none()) {
+        address.SetIpv4Address(r.GetIpv4Address());
+        address.SetIpv4Netmask(r.GetIpv4Netmask());
+    }
+    address.SetIpv4Gateway(r.GetIpv4Gateway());
+}
+
+void NetworkWindow::changeIpv6() {
+    HN::IpConfig& mode = pending_.mode;
+    HN::IpConfig& address = pending_.address;
+    IPv6ConfigurationDialog dialog(this, pending_.ipv6Pending, mode, address);
+    if (Run(dialog) != 1) return;
+    const HN::IpConfig& r = dialog.result();
+    const bool gatewayChanged = !(r.GetIpv6Gateway() == address.GetIpv6Gateway());
+    // Switching IPv6 on or off is told apart from the other settings: leaving
+    // compares the pending switch with the host's, so switching back and
+    // forth asks nothing.
+    if (dialog.enabled() && (dialog.dhcpv6() != mode.GetUseIpv6Dhcp() ||
+                             dialog.routerAdvertised() != mode.GetUseIpv6RouterAdvertised() ||
+                             gatewayChanged || dialog.addressesEdited()))
+        pending_.changed = true;
+    pending_.ipv6Pending = dialog.enabled();
+    if (!dialog.enabled()) return;
+    if (gatewayChanged) pending_.ipv6GatewayChanged = true;
+    mode.SetUseIpv6Dhcp(dialog.dhcpv6());
+    mode.SetUseIpv6RouterAdvertised(dialog.routerAdvertised());
+    address.EnableIpv6(true);
+    address.SetUseIpv6Dhcp(dialog.dhcpv6());
+    address.SetUseIpv6RouterAdvertised(dialog.routerAdvertised());
+    address.SetIpv6Networks(r.GetIpv6Networks());
+    address.SetIpv6Gateway(r.GetIpv6Gateway());
+}
+
+void NetworkWindow::changeDns() {
+    DNSConfigurationDialog dialog(this, pending_.mode.GetDhcpDns(), pending_.mode.IsUsingDhcp(),
+                                  pending_.primaryDns.get(), pending_.alternateDns.get(),
+                                  pending_.hostname);
+    if (Run(dialog) != 1) return;
+    auto primary = dialog.takePrimary();
+    auto alternate = dialog.takeAlternate();
+    if (dialog.dhcpDns() == pending_.mode.GetDhcpDns() &&
+        ServerText(primary.get()) == ServerText(pending_.primaryDns.get()) &&
+        ServerText(alternate.get()) == ServerText(pending_.alternateDns.get()) &&
+        dialog.hostname() == pending_.hostname)
+        return;
+    pending_.changed = true;
+    pending_.mode.SetDhcpDns(dialog.dhcpDns());
+    pending_.primaryDns = std::move(primary);
+    pending_.alternateDns = std::move(alternate);
+    pending_.hostname = dialog.hostname();
+}
+
+void NetworkWindow::changeSuffixes() {
+    SuffixesDialog dialog(this, pending_.suffixText);
+    if (Run(dialog) != 1 || dialog.text() == pending_.suffixText) return;
+    pending_.changed = true;
+    pending_.suffixText = dialog.text();
+}
+
+bool NetworkWindow::leave() {
+    const bool ipv6Switched = pending_.ipv6Pending != pending_.ipv6Host;
+    if (!pending_.changed && !ipv6Switched) return true;
+    switch (AskToApplyNetworkChanges(this, ipv6Switched)) {
+        case ApplyAnswer::Cancel:
+            return false;
+        case ApplyAnswer::No:
+            return true;
+        case ApplyAnswer::Yes:
+            ApplyNetworkChanges(this, pending_, [this] { refreshPane(); });
+            Platform::Log(LOG_INFO, "Network settings changed.");
+            return true;
+    }
+    return true;
+}
+
+bool OpenNetworkWindow(Window* opener) {
+    auto pending = LoadPendingNetworkConfig(opener);
+    if (!pending) return false;
+    NetworkWindow window(opener, std::move(*pending));
+    Run(window);
+    return true;
+}
+
+}  // namespace Tesk

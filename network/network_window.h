@@ -1,0 +1,47 @@
+// "Configure Management Network": the management interface's settings read
+// from the host once, edited in six dialogs as a pending configuration, shown
+// topic by topic in the right pane, and handed to the apply step when the
+// administrator leaves and agrees. Nothing reaches the host while the window
+// is open.
+#pragma once
+
+#include <optional>
+
+#include "network/pending_config.h"
+#include "ui/pane_window.h"
+
+namespace Tesk {
+
+// Reads the management interface's settings. None when they cannot be read:
+// each failure is logged, and a host without a management interface also gets
+// an error dialog over opener.
+std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener);
+
+class NetworkWindow : public PaneWindow {
+public:
+    NetworkWindow(Window* opener, PendingNetworkConfig pending);
+
+    const PendingNetworkConfig& pending() const { return pending_; }
+
+protected:
+    PaneText describe(int row) override;
+    void enter(int row) override;
+    // Asks whether to apply when something changed; Cancel stays.
+    bool leave() override;
+
+private:
+    void changeAdapters();
+    void changeVlan();
+    void changeIpv4();
+    void changeIpv6();
+    void changeDns();
+    void changeSuffixes();
+
+    PendingNetworkConfig pending_;
+};
+
+// Loads the settings and runs the window over opener; false when the window
+// could not be opened.
+bool OpenNetworkWindow(Window* opener);
+
+}  // namespace Tesk
