@@ -1,0 +1,178 @@
+// The management network window on simulated hosts: what the panes show,
+// which entries a distributed switch locks, when leaving asks to apply, and
+// what each answer does.
+#include "tests/network/window_support.h"
+
+using namespace NetworkTest;
+namespace Key = TeskTest::Key;
+
+namespace {
+
+constexpr char kQuestion[] = "Configure Management Network: Confirm";
+
+bool Contains(const std::string& text, std::string_view part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(NetworkWindow, ADistributedSwitchLocksAdaptersAndVlan) {
+    SimRoot root("qds");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    // The selection starts on the first entry that can be chosen and cannot
+    // go up to the two locked ones.
+    EXPECT_EQ(Heading(console), "IPv4 Configuration");
+    console.key(Key::Up);
+    console.waitForQuiet();
+    EXPECT_EQ(Heading(console), "IPv4 Configuration");
+    auto locked = console.find("Network Adapters");
+    auto open = console.find("DNS Configuration");
+    ASSERT_TRUE(locked && open);
+    EXPECT_FALSE(console.cell(locked->col, locked->row).fg ==
+                 console.cell(open->col, open->row).fg);
+}
+
+TEST(NetworkWindow, PanesFollowTheVlanAndNameServerRules) {
+    SimRoot root("default");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    ASSERT_TRUE(Select(console, "DNS Configuration"));
+    // An IPv4 server first and an IPv6 one second.
+    std::string pane = Pane(console);
+    EXPECT_TRUE(Contains(pane, "Primary DNS Server:")) << pane;
+    EXPECT_TRUE(Contains(pane, "192.168.10.2")) << pane;
+    EXPECT_TRUE(Contains(pane, "IPv6 DNS Server:")) << pane;
+    EXPECT_TRUE(Contains(pane, "2001:db8:10::53")) << pane;
+    EXPECT_FALSE(Contains(pane, "192.168.10.3")) << pane;
+    EXPECT_TRUE(Contains(pane, "Hostname\n")) << pane;
+
+    ASSERT_TRUE(Select(console, "VLAN (optional)", Key::Up));
+    EXPECT_TRUE(Contains(Pane(console), "Not set"));
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "VLAN ID (1-4094"));
+    console.type("4095");
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "You entered a VLAN ID of 4095"));
+    ASSERT_TRUE(Close(console, Key::Enter, "You entered a VLAN ID of 4095"));
+    EXPECT_TRUE(Contains(Pane(console), "4095\n")) << Pane(console);
+}
+
+TEST(NetworkWindow, OnlyIpv6ServersAndFiveAddresses) {
+    SimRoot root("nics");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    ASSERT_TRUE(Select(console, "IPv6 Configuration"));
+    std::string pane = Pane(console);
+    EXPECT_TRUE(Contains(pane, "IPv6 is enabled.")) << pane;
+    EXPECT_TRUE(Contains(pane, "2001:db8:10::22/64")) << pane;
+    EXPECT_FALSE(Contains(pane, "2001:db8:10::23/64")) << pane;
+    EXPECT_TRUE(Contains(pane, "...\n")) << pane;
+    EXPECT_EQ(RowOf(console, "..."), RowOf(console, "2001:db8:10::22/64") + 1);
+
+    ASSERT_TRUE(Select(console, "DNS Configuration"));
+    pane = Pane(console);
+    EXPECT_TRUE(Contains(pane, "Alternate DNS Server:")) << pane;
+    EXPECT_EQ(RowOf(console, "2001:db8:10::53"), RowOf(console, "Primary DNS Server:") + 1);
+    EXPECT_EQ(RowOf(console, "2001:db8:10::54"), RowOf(console, "Alternate DNS Server:") + 1);
+}
+
+TEST(NetworkWindow, ConfirmingTheSameValuesAsksNothing) {
+    SimRoot root("default");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    ASSERT_TRUE(OpenDialog(console, "Network Adapters", "Hardware Label (MAC Address)"));
+    ASSERT_TRUE(Close(console, Key::Enter, "Hardware Label (MAC Address)"));
+    ASSERT_TRUE(OpenDialog(console, "VLAN (optional)", "VLAN ID (1-4094"));
+    ASSERT_TRUE(Close(console, Key::Enter, "VLAN ID (1-4094"));
+    ASSERT_TRUE(OpenDialog(console, "IPv4 Configuration", "Set static IPv4"));
+    ASSERT_TRUE(Close(console, Key::Enter, "Set static IPv4"));
+    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Set static IPv6"));
+    ASSERT_TRUE(Close(console, Key::Enter, "Set static IPv6"));
+    ASSERT_TRUE(OpenDialog(console, "DNS Configuration", "Use the following DNS"));
+    ASSERT_TRUE(Close(console, Key::Enter, "Use the following DNS"));
+    ASSERT_TRUE(OpenDialog(console, "Custom DNS Suffixes", "Suffixes:"));
+    ASSERT_TRUE(Close(console, Key::Enter, "Suffixes:"));
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
+    EXPECT_FALSE(Contains(console.text(), kQuestion));
+}
+
+TEST(NetworkWindow, Ipv6SwitchedOffAndOnAgainAsksNothing) {
+    SimRoot root("default");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    // Off: the question names the restart, and Cancel stays.
+    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
+    console.key(Key::Space);
+    console.waitForQuiet();
+    ASSERT_TRUE(Close(console, Key::Enter, "Disable IPv6 (restart required)"));
+    EXPECT_TRUE(Contains(Pane(console), "IPv6 is disabled."));
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "Apply changes and reboot host?"));
+    ASSERT_TRUE(Close(console, Key::Esc, "Apply changes and reboot host?"));
+    // On again in static mode (the DHCPv6 box is skipped while off).
+    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
+    console.keys({Key::Down, Key::Down});
+    console.waitForQuiet();
+    console.key(Key::Space);
+    console.waitForQuiet();
+    ASSERT_TRUE(Close(console, Key::Enter, "Disable IPv6 (restart required)"));
+    EXPECT_TRUE(Contains(Pane(console), "IPv6 is enabled.")) << Pane(console);
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
+    EXPECT_FALSE(Contains(console.text(), kQuestion));
+}
+
+TEST(NetworkWindow, CancelKeepsTheChangeNoWritesNothingYesApplies) {
+    SimRoot root("default");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    ASSERT_TRUE(OpenDialog(console, "DNS Configuration", "Use the following DNS"));
+    // Manual is fixed on a static host: the cursor starts on the primary
+    // server; the host name is two rows down.
+    console.keys({Key::Down, Key::Down});
+    console.waitForQuiet();
+    console.type("newhost");
+    ASSERT_TRUE(Close(console, Key::Enter, "Use the following DNS"));
+    EXPECT_TRUE(Contains(Pane(console), "newhost"));
+
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "Apply changes and restart management network?"));
+    ASSERT_TRUE(Close(console, Key::Esc, "Apply changes and restart"));
+    EXPECT_TRUE(Contains(Pane(console), "newhost"));
+
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "Apply changes and restart management network?"));
+    console.key("n");
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
+    EXPECT_EQ(root.stateValue("/network/dns/hostname"), Json("tesk-host01"));
+    EXPECT_FALSE(root.hasLogLine("Network settings changed."));
+
+    // The window reads the host afresh; this time the change is applied.
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
+    ASSERT_TRUE(OpenDialog(console, "Custom DNS Suffixes", "Suffixes:"));
+    console.keys({Key::End});
+    console.type(" corp.example");
+    ASSERT_TRUE(Close(console, Key::Enter, "Suffixes:"));
+    EXPECT_TRUE(Contains(Pane(console), "lab.example corp.example"));
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "Apply changes and restart management network?"));
+    console.key("y");
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
+    EXPECT_TRUE(root.waitForLogLine("Network settings changed."));
+}
+
+TEST(NetworkWindow, AFailingSwitchQueryKeepsTheMenu) {
+    SimRoot root("default");
+    root.setFault("portGroup.getVlanId", {{"exception", "VLAN table unreadable"}});
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(LogIn(console));
+    ASSERT_TRUE(Select(console, "Configure Management Network"));
+    console.key(Key::Enter);
+    EXPECT_TRUE(root.waitForLogLine("Getting VlanID failed: VLAN table unreadable"));
+    console.waitForQuiet();
+    EXPECT_TRUE(Contains(console.text(), "<Esc> Log Out"));
+    EXPECT_FALSE(Contains(console.text(), "<Esc> Exit"));
+}
+
+}  // namespace
