@@ -75,6 +75,27 @@ TEST(NetworkWindow, OnlyIpv6ServersAndFiveAddresses) {
     EXPECT_EQ(RowOf(console, "2001:db8:10::54"), RowOf(console, "Alternate DNS Server:") + 1);
 }
 
+TEST(NetworkWindow, Ipv6PaneTellsWhatARestartWouldChange) {
+    SimRoot root("ipv6off");
+    ConsoleSession console(root, Console());
+    ASSERT_TRUE(OpenWindow(console));
+    ASSERT_TRUE(Select(console, "IPv6 Configuration"));
+    std::string pane = Pane(console);
+    EXPECT_TRUE(Contains(pane, "IPv6 is disabled.")) << pane;
+    EXPECT_TRUE(Contains(pane, "This host can be configured to")) << pane;
+    EXPECT_FALSE(Contains(pane, "IPv6 Addresses")) << pane;
+
+    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
+    console.key(Key::Down);
+    console.waitForQuiet();
+    console.key(Key::Space);
+    console.waitForQuiet();
+    ASSERT_TRUE(Close(console, Key::Enter, "Disable IPv6 (restart required)"));
+    pane = Pane(console);
+    EXPECT_TRUE(Contains(pane, "IPv6 is enabled.")) << pane;
+    EXPECT_TRUE(Contains(pane, "IPv6 will be enabled")) << pane;
+}
+
 TEST(NetworkWindow, ConfirmingTheSameValuesAsksNothing) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
@@ -173,6 +194,17 @@ TEST(NetworkWindow, AFailingSwitchQueryKeepsTheMenu) {
     console.waitForQuiet();
     EXPECT_TRUE(Contains(console.text(), "<Esc> Log Out"));
     EXPECT_FALSE(Contains(console.text(), "<Esc> Exit"));
+
+    // The interface gone after the menu opened: an error, and the menu again.
+    root.setFault("portGroup.getVlanId", nullptr);
+    root.setFault("network.updateManagementInterface", {{"exception", "no such interface"}});
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "Management network interface cannot be found."));
+    EXPECT_TRUE(Contains(console.text(), "Enable Management Network: Error"));
+    EXPECT_TRUE(root.hasLogLine("Could not get a suitable management interface"));
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone("Management network interface cannot be found."));
+    EXPECT_TRUE(WaitSettled(console, "<Esc> Log Out"));
 }
 
 }  // namespace
