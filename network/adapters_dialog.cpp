@@ -14,7 +14,7 @@ namespace Tesk {
 
 AdaptersDialog::AdaptersDialog(Window* opener, std::vector<std::string> selection,
                                std::int32_t activeUplinks, std::string managementSwitch)
-    : FormDialog(opener, {78, 21, 6}),
+    : FormDialog(opener, {78, 21, 7}),
       selection_(std::move(selection)),
       activeUplinks_(activeUplinks),
       managementSwitch_(std::move(managementSwitch)) {}
