@@ -83,6 +83,10 @@ TEST(AdaptersDialog, ReorderingAndEmptyingAreChanges) {
     console.waitForQuiet();
     ASSERT_TRUE(Close(console, Key::Enter, kDialogText));
     EXPECT_LT(RowOf(console, "pnic1 ("), RowOf(console, "pnic0 ("));
+    // A new order alone is a change.
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, kQuestion));
+    ASSERT_TRUE(Close(console, Key::Esc, kQuestion));
 
     // Nothing checked is a selection too.
     ASSERT_TRUE(OpenDialog(console, "Network Adapters", kDialogText));
