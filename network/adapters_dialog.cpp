@@ -17,10 +17,9 @@ AdaptersDialog::AdaptersDialog(Window* opener, std::vector<std::string> selectio
     : FormDialog(opener, {78, 21, 7}),
       selection_(std::move(selection)),
       activeUplinks_(activeUplinks),
-      managementSwitch_(std::move(managementSwitch)) {}
-
-int AdaptersDialog::run() {
-    if (!GetAdapters(adapters_, owners_)) return 0;
+      managementSwitch_(std::move(managementSwitch)),
+      loaded_(GetAdapters(adapters_, owners_)) {
+    if (!loaded_) return;
     setTitle(str(StrId::NetworkAdaptersTitle));
     setBody(str(StrId::SelectNetworkAdapters));
     setFooter(Footer::kDetailsToggleOkCancel);
@@ -30,7 +29,10 @@ int AdaptersDialog::run() {
             std::find(selection_.begin(), selection_.end(), adapter.name) != selection_.end();
         items().emplace<ModeItem<CheckItem>>(FormatPnicRow(adapter), chosen);
     }
-    return FormDialog::run();
+}
+
+int AdaptersDialog::run() {
+    return loaded_ ? FormDialog::run() : 0;
 }
 
 CheckItem* AdaptersDialog::row(int ordinal) {

@@ -17,10 +17,13 @@ namespace Tesk {
 
 class AdaptersDialog : public FormDialog {
 public:
+    // Reads the adapters from the host.
     AdaptersDialog(Window* opener, std::vector<std::string> selection, std::int32_t activeUplinks,
                    std::string managementSwitch);
-    // Reads the adapters from the host first: 0 without a dialog when they
-    // cannot be read (logged), else 1 when the selection is taken.
+    // False when the adapters could not be read (logged): the dialog is not
+    // to be shown.
+    bool loaded() const { return loaded_; }
+    // 1 when the selection is taken; 0 at once when nothing was loaded.
     int run() override;
 
     const std::vector<std::string>& selection() const { return selection_; }
@@ -38,6 +41,7 @@ private:
     std::string managementSwitch_;
     std::vector<PnicSummary> adapters_;
     UplinkOwnerMap owners_;
+    bool loaded_;
 };
 
 // One adapter's label, MAC address, link and owner; only Enter closes it.

@@ -159,7 +159,7 @@ void NetworkWindow::changeAdapters() {
     auto switchName = GetConnectionSwitchName(*pending_.nic);
     if (!switchName) return;
     AdaptersDialog dialog(this, pending_.adapters, pending_.activeUplinks, *switchName);
-    if (Run(dialog) != 1) return;
+    if (!dialog.loaded() || Run(dialog) != 1) return;
     // A new order is a change too: the first adapter lends its MAC address.
     if (dialog.selection() != pending_.adapters ||
         dialog.activeUplinks() != pending_.activeUplinks) {

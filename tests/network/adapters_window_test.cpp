@@ -46,6 +46,14 @@ TEST(AdaptersDialog, RowsCutLongNamesLabelsAndMacAddresses) {
     console.key(Key::Enter);
     ASSERT_TRUE(console.waitForTextGone("Adapter Details"));
     ASSERT_TRUE(Close(console, Key::Esc, kDialogText));
+
+    // Adapters that cannot be listed: no dialog, the window stays.
+    root.setFault("vswitchInfo.getQdsSwitches", {{"exception", "qDS service down"}});
+    console.key(Key::Enter);
+    EXPECT_TRUE(root.waitForLogLine("Scanning qDS switches failed: qDS service down"));
+    console.waitForQuiet();
+    EXPECT_FALSE(Contains(console.text(), kDialogText));
+    EXPECT_TRUE(Contains(console.text(), "<Esc> Exit"));
 }
 
 TEST(AdaptersDialog, OnlyAnotherSwitchsAdapterWarnsAndIsTakenAnyway) {
