@@ -101,7 +101,8 @@ TEST(Agents, ConsoleEndsWhileTheWorkerStillRuns) {
     ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
     ASSERT_TRUE(root.waitForLogLine("Executing zrkbacktrace -c against hagentd"));
     console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "Troubleshooting Mode Options"));
+    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(400)));
     // Still usable while the worker waits for its command.
     console.key(Key::Up);
     ASSERT_TRUE(console.waitFor(
