@@ -217,6 +217,19 @@ TEST(Troubleshooting, ConsoleIdleTimeoutZeroDisables) {
     ASSERT_TRUE(console.waitForTextGone(kTeskDialog));
     EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1TeskTimeOut/value"), "0");
     EXPECT_FALSE(root.logLinesWith("Disabled Tesk timeout").empty());
+
+    // A host that refuses the option: its message, and the dialog stays.
+    root.setFault("adv.setOption", {{"exception", "option store is read-only"}});
+    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    Retype(console, "5");
+    ASSERT_TRUE(EnterAndSee(console, "option store is read-only"));
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone("option store is read-only"));
+    ASSERT_TRUE(WaitSettled(console, kTeskDialog));
+    EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1TeskTimeOut/value"), "0");
+    EXPECT_FALSE(root.logLinesWith("Setting /UserVars/TeskTimeOut failed").empty());
+    console.key(Key::Esc);
+    ASSERT_TRUE(console.waitForTextGone(kTeskDialog));
 }
 
 }  // namespace
