@@ -41,19 +41,7 @@ void WaitForWorkersAtExit() {
     w.ended.wait_for(lock, std::chrono::seconds(5), [&] { return w.running == 0; });
 }
 
-void* WorkerMain(void*) {
-    CollectLiveCore();
-    Workers& w = TheWorkers();
-    {
-        std::lock_guard lock(w.mutex);
-        --w.running;
-    }
-    w.ended.notify_all();
-    return nullptr;
-}
-
-}  // namespace
-
+// The capture, then the alert or the error line.
 void CollectLiveCore() {
     try {
         Platform::Log(LOG_INFO, "%s", "Executing zrkbacktrace -c against hagentd");
@@ -69,6 +57,19 @@ void CollectLiveCore() {
     }
 }
 
+void* WorkerMain(void*) {
+    CollectLiveCore();
+    Workers& w = TheWorkers();
+    {
+        std::lock_guard lock(w.mutex);
+        --w.running;
+    }
+    w.ended.notify_all();
+    return nullptr;
+}
+
+}  // namespace
+
 bool StartLiveCoreWorker(std::string* error) {
     Workers& w = TheWorkers();
     std::lock_guard lock(w.mutex);
@@ -82,12 +83,6 @@ bool StartLiveCoreWorker(std::string* error) {
     pthread_detach(thread);
     ++w.running;
     return true;
-}
-
-int RunningLiveCoreWorkers() {
-    Workers& w = TheWorkers();
-    std::lock_guard lock(w.mutex);
-    return w.running;
 }
 
 }  // namespace Tesk

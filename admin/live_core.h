@@ -13,12 +13,4 @@ namespace Tesk {
 // made.
 bool StartLiveCoreWorker(std::string* error);
 
-// The worker's body (exposed for tests): "Executing zrkbacktrace -c against
-// hagentd", the capture, then the alert "Hagentd core dump completed" or the
-// error line.
-void CollectLiveCore();
-
-// How many workers are running now.
-int RunningLiveCoreWorkers();
-
 }  // namespace Tesk

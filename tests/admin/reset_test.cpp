@@ -68,16 +68,6 @@ TEST(Reset, FailingCommandReturnsToTheMenuSilently) {
     EXPECT_EQ(console.status(), ExitStatus::Running());
 }
 
-TEST(Reset, EscCancelsWithoutTouchingTheHost) {
-    SimRoot root;
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(OpenReset(console, "Reset System Configuration"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Reset System Configuration: Confirm"));
-    EXPECT_TRUE(root.logLinesWith("Restoring factory defaults").empty());
-    EXPECT_EQ(StateText(root, "/factoryConfig/resets"), "");
-}
-
 TEST(CustomExtensions, OfferedOnlyWhileInstalledAndRemovedBeforeARestart) {
     {
         // No custom extensions: no entry.
