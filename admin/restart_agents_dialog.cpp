@@ -31,10 +31,9 @@ std::string Running(const std::string& done, const char* step) {
 }  // namespace
 
 RestartAgentsDialog::RestartAgentsDialog(Window* opener)
-    : Dialog(opener, {kWidth, 20, 9}),
+    : ProgressDialog(opener, {kWidth, 20, 9}, Str(StrId::RestartManagementAgentsConfirm),
+                     Str(StrId::RestartManagementAgentsWarning), nullptr),
       items_(&ItemParent(*this), 0, 0, itemArea() ? kWidth - 4 : 0, itemArea() ? 1 : 0) {
-    title_ = Str(StrId::RestartManagementAgentsConfirm);
-    body_ = Str(StrId::RestartManagementAgentsWarning);
     footer_ = Footer::kF11OkCancel;
     collect_ = &items_.emplace<CheckItem>(Str(StrId::CollectTroubleshootingInformation), false);
     if (Window* area = itemArea())

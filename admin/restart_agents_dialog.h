@@ -1,19 +1,21 @@
 // Restarting the management agents: a confirmation on <F11>, optionally the
 // live-core collection on its own thread, then the services stopped and
 // started, each step shown as it runs (finished steps grey, the running one
-// black). The screen says "Done." whatever the service commands return.
+// black). The screen says "Done." whatever the service commands return. It is
+// a progress dialog (so no wait notice covers it) that draws its own steps
+// below its check item.
 #pragma once
 
 #include <memory>
 #include <string>
 
-#include "ui/dialog.h"
 #include "ui/items.h"
+#include "ui/progress_dialog.h"
 #include "ui/textarea.h"
 
 namespace Tesk {
 
-class RestartAgentsDialog : public Dialog {
+class RestartAgentsDialog : public ProgressDialog {
 public:
     explicit RestartAgentsDialog(Window* opener);
     // 1 after the restart (once <Enter> closed the final screen), 0 on <Esc>.
