@@ -17,8 +17,9 @@ namespace Tesk {
 namespace {
 
 constexpr int kWidth = 71;
-// Below the check item in the item area.
+// Below the check item in the item area, in line with its text.
 constexpr int kProgressRow = 2;
+constexpr int kTextColumn = 1;
 
 Window& ItemParent(Dialog& d) {
     return d.itemArea() ? *d.itemArea() : d.lowerBand();
@@ -37,8 +38,9 @@ RestartAgentsDialog::RestartAgentsDialog(Window* opener)
     footer_ = Footer::kF11OkCancel;
     collect_ = &items_.emplace<CheckItem>(Str(StrId::CollectTroubleshootingInformation), false);
     if (Window* area = itemArea())
-        progress_ = std::make_unique<TextArea>(area, 0, kProgressRow, area->width(),
-                                               area->height() - kProgressRow, ColourBlack);
+        progress_ =
+            std::make_unique<TextArea>(area, kTextColumn, kProgressRow, area->width() - kTextColumn,
+                                       area->height() - kProgressRow, ColourBlack);
 }
 
 void RestartAgentsDialog::show(const std::string& text) {
