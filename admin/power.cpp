@@ -3,8 +3,11 @@
 // has started the screen stays and every key is discarded.
 #include "admin/power.h"
 
+#include <cstdint>
+
 #include "admin/acting_user.h"
 #include "host/runner.h"
+#include "platform/waiting.h"
 #include "ui/progress_dialog.h"
 #include "ui/string_ids.h"
 #include "ui/strings.h"
@@ -17,7 +20,10 @@ bool TakeHostDown(Window* opener, std::uint32_t titleId, std::uint32_t messageId
     ProgressDialog progress(opener, {70, 10, 7}, Str(titleId), Str(messageId),
                             [&](ProgressDialog& p) -> int {
                                 PowerOffVms(ActingUser(), graceful);
-                                if (RunShellCommand(command) == -1) return 0;
+                                // A command cut short because the host is ending the console is
+                                // no failure: the screen stays until the end.
+                                if (RunShellCommand(command) == -1 && !Platform::QuitRequested())
+                                    return 0;
                                 p.holdScreen();
                             });
     return Run(progress) != 0;

@@ -5,6 +5,7 @@
 
 #include "host/runner.h"
 #include "platform/events.h"
+#include "platform/waiting.h"
 #include "ui/footers.h"
 #include "ui/key_loop.h"
 #include "ui/keys.h"
@@ -59,7 +60,8 @@ int Steps(ProgressDialog& p, const ResetSteps& steps) {
     p.setBody(Str(steps.doneMessage));
     // The host must restart: only <Enter> leaves.
     p.waitForEnter(Footer::kRestartHost);
-    if (RunShellCommand("reboot -f") == -1) return 0;
+    // Cut short because the host ends the console: no failure.
+    if (RunShellCommand("reboot -f") == -1 && !Platform::QuitRequested()) return 0;
     p.holdScreen();
 }
 

@@ -24,12 +24,12 @@ extern const ResetSteps kFactoryReset;
 // "Remove Custom Extensions".
 extern const ResetSteps kRemoveCustomExtensions;
 
+// Its run answers 0 when cancelled, when the command failed (silently, after
+// its log line) or when the restart could not be started; once the restart
+// started it never returns.
 class RestoreDialog : public ProgressDialog {
 public:
     RestoreDialog(Window* opener, const ResetSteps& steps = kFactoryReset);
-    // 0: cancelled, or the command failed (silently, after its log line) or
-    // the restart could not be started. Once the restart started it never
-    // returns.
 };
 
 }  // namespace Tesk
