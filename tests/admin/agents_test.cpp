@@ -58,6 +58,24 @@ TEST(Agents, F11RestartsTheServicesWithoutAWorkerUnlessAsked) {
     EXPECT_TRUE(WaitSettled(console, "Troubleshooting Mode Options"));
 }
 
+TEST(Agents, FinishedStepsAreGreyAndTheRunningStepIsNot) {
+    SimRoot root;
+    // The start never ends: the screen stays on the running step.
+    root.setFault("services.sh:start", {{"hang", true}});
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(OpenAgentsDialog(console));
+    console.key(FKey(11));
+    ASSERT_TRUE(WaitSettled(console, "Starting management agents."));
+    auto finished = console.find("Stopping management agents. Done.");
+    auto running = console.find("Starting management agents.");
+    ASSERT_TRUE(finished && running);
+    EXPECT_FALSE(console.find("Starting management agents. Done."));
+    EXPECT_NE(console.cell(finished->col, finished->row).fg,
+              console.cell(running->col, running->row).fg);
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+}
+
 TEST(Agents, FailingStopStillSaysDoneAndTheWorkerRaisesItsAlert) {
     SimRoot root;
     // The stop fails (the agents keep running, so the live core can be taken).
