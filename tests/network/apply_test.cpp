@@ -325,6 +325,15 @@ TEST_F(ApplyTest, SwitchingIpv6RestartsTheHostLast) {
     EXPECT_NE(screens_[0].find("Disable IPv6: Restart Required"), std::string::npos);
     EXPECT_FALSE(Net()["ipv6EnabledAfterReboot"]);
     EXPECT_EQ(RestartRequests().size(), 2u);
+
+    // A switch the host refused needs no restart: only the error is shown.
+    root().setFault("network.setZrkIpv6Enabled", {{"exception", "locked"}});
+    auto r = Seed();
+    r.ipv6Pending = false;
+    Apply(r, {Tesk::KeyEnter});
+    ASSERT_EQ(screens_.size(), 1u);
+    EXPECT_NE(screens_[0].find("Setting ipv6 configuration failed: locked"), std::string::npos);
+    EXPECT_EQ(RestartRequests().size(), 2u);
 }
 
 }  // namespace
