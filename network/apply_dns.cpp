@@ -2,6 +2,8 @@
 // (only when they are not obtained by DHCP), the search domains, and saving
 // what is now running so that it survives a restart.
 #include <cctype>
+#include <string>
+#include <vector>
 
 #include "network/apply_steps.h"
 #include "platform/syslog.h"
@@ -27,8 +29,8 @@ void RefreshIfStale(HN::DnsConfig& dns) {
     if (dns.IsStale()) dns.Refresh();
 }
 
-}  // namespace
-
+// The suffix text cut at white space and commas; runs of separators count
+// once.
 std::vector<std::string> SplitSuffixes(const std::string& text) {
     std::vector<std::string> pieces;
     std::string piece;
@@ -43,6 +45,8 @@ std::vector<std::string> SplitSuffixes(const std::string& text) {
     if (!piece.empty()) pieces.push_back(std::move(piece));
     return pieces;
 }
+
+}  // namespace
 
 void ApplyDnsSettings(ApplyRun& run, HN::DnsConfig& dns) {
     PendingNetworkConfig& p = run.pending;

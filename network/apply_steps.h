@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "hostctl/network.h"
 #include "network/pending_config.h"
@@ -41,9 +40,5 @@ void ApplyAdaptersAndVlan(ApplyRun& run);
 // Host name and name servers (unless DNS comes from DHCP), the search
 // domains, and saving the DNS settings; each its own guarded group.
 void ApplyDnsSettings(ApplyRun& run, HostCtl::Network::DnsConfig& dns);
-
-// The suffix text cut at white space and commas; runs of separators count
-// once, empty pieces are dropped.
-std::vector<std::string> SplitSuffixes(const std::string& text);
 
 }  // namespace Tesk

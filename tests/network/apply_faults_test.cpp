@@ -94,6 +94,11 @@ INSTANTIATE_TEST_SUITE_P(
     Groups, ApplyFaultTest,
     ::testing::Values(
         FaultCase{"portGroup.addUplink", "Setting adapters failed: boom", {"adapters"}},
+        FaultCase{"vswitchInfo.getVirtualSwitches", "Setting adapters failed: boom", {"adapters"}},
+        FaultCase{"pnic.refresh", "Setting mac address of pnic failed: boom", {"mac"}},
+        FaultCase{
+            "routing.getZerkelDefaultGateway", "Setting default gateway failed: boom", {"gateway"}},
+        FaultCase{"dns.addUserSearchDomain", "Setting DNS failed: boom", {"suffixes"}},
         FaultCase{
             "zrkNic.setMacAddressFromPnic", "Setting mac address of pnic failed: boom", {"mac"}},
         FaultCase{"portGroup.setVlanId", "Setting VlanID failed: boom", {"vlan"}},
