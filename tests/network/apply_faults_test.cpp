@@ -26,22 +26,6 @@ void PrintTo(const FaultCase& c, std::ostream* os) {
 
 class ApplyFaultTest : public ApplyTest, public ::testing::WithParamInterface<FaultCase> {
 protected:
-    // Adapters, VLAN, static address, both gateways, names: every group.
-    Tesk::PendingNetworkConfig FullChange() {
-        auto p = Seed();
-        p.adapters = {"pnic2", "pnic0"};
-        p.vlanId = 30;
-        p.address.SetIpv4Address(Ipv4Address("192.168.10.50"));
-        p.address.SetIpv4Gateway(Ipv4Address("192.168.10.254"));
-        p.address.SetIpv6Gateway(Ipv6Address("2001:db8:10::fe"));
-        p.ipv6GatewayChanged = true;
-        p.hostname = "tesk-host05";
-        p.primaryDns = std::make_unique<Ipv4Address>("192.168.10.9");
-        p.alternateDns.reset();
-        p.suffixText = "a.example b.example";
-        return p;
-    }
-
     bool Has(const std::string& effect) {
         const Json net = Net();
         const Json nic = Nic();

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "hostctl/backend.h"
+#include "hostctl/network_types.h"
 #include "network/apply_changes.h"
 #include "tests/hostctl/fixture.h"
 #include "tests/ui/screen.h"
@@ -81,6 +82,22 @@ protected:
         auto v6 = dns->GetIpv6NameServers(false);
         if (!v4.empty()) p.primaryDns = v4[0].Clone();
         if (!v6.empty()) p.alternateDns = v6[0].Clone();
+        return p;
+    }
+
+    // Adapters, VLAN, static address, both gateways, names: every group.
+    Tesk::PendingNetworkConfig FullChange() {
+        auto p = Seed();
+        p.adapters = {"pnic2", "pnic0"};
+        p.vlanId = 30;
+        p.address.SetIpv4Address(HN::Ipv4Address("192.168.10.50"));
+        p.address.SetIpv4Gateway(HN::Ipv4Address("192.168.10.254"));
+        p.address.SetIpv6Gateway(HN::Ipv6Address("2001:db8:10::fe"));
+        p.ipv6GatewayChanged = true;
+        p.hostname = "tesk-host05";
+        p.primaryDns = std::make_unique<HN::Ipv4Address>("192.168.10.9");
+        p.alternateDns.reset();
+        p.suffixText = "a.example b.example";
         return p;
     }
 

@@ -99,6 +99,30 @@ TEST_F(ApplyTest, HostnameOnlyWritesNamesSuffixesAndSavesButNoAddresses) {
     EXPECT_TRUE(RestartRequests().empty());
 }
 
+TEST_F(ApplyTest, EveryStepLogsBeforeItActsInTheFixedOrder) {
+    auto p = FullChange();
+    Apply(p);
+    const std::vector<std::string> order = {
+        "Setting adapters to pnic2 pnic0",
+        "Setting ipv4 configuration to 192.168.10.50 255.255.255.0 on zrk0",
+        "Setting ipv6 configuration",
+        "Setting default gateway to 192.168.10.254",
+        "Setting default ipv6 gateway to 2001:db8:10::fe",
+        "Changed vlan, restarting management interface",
+        "Setting hostname to tesk-host05",
+        "Setting nameservers to 192.168.10.9 ",
+        "Setting suffixes to a.example b.example",
+        "rux-cmd internalsvc/refresh",
+    };
+    int previous = -1;
+    for (const auto& line : order) {
+        const int at = LineOf(line);
+        EXPECT_GT(at, previous) << line << "\n" << root().logTail("/var/log/syslog.log", 30);
+        previous = at;
+    }
+    EXPECT_FALSE(Logged("failed"));
+}
+
 TEST_F(ApplyTest, NamesAndSuffixes) {
     auto p = Seed();
     // A dotted name is a fully qualified one: the domain follows it, and the
