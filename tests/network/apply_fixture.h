@@ -24,13 +24,6 @@ namespace TeskTest {
 
 namespace HN = HostCtl::Network;
 
-// What the restart of the host was asked with; the host is not restarted here.
-struct RestartRequest {
-    bool graceful;
-    Json state;  // the host's state at that moment
-};
-std::vector<RestartRequest>& RestartRequests();
-
 class ApplyTest : public HostRootTest {
 protected:
     void SetUp() override {
@@ -39,7 +32,6 @@ protected:
         Tesk::SetCurrentWindow(nullptr);
         Tesk::SetKeySession(&keySession_);
         Tesk::ResetHooks();
-        RestartRequests().clear();
         erase();
         refresh();
     }

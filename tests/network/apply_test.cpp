@@ -1,30 +1,7 @@
 // Applying the management network: what each kind of change writes to the
 // host, in which order, and what it leaves alone.
-#include <fstream>
-
-#include "platform/hostroot.h"
 #include "tests/network/apply_fixture.h"
 #include "ui/keys.h"
-
-namespace TeskTest {
-
-std::vector<RestartRequest>& RestartRequests() {
-    static std::vector<RestartRequest> requests;
-    return requests;
-}
-
-}  // namespace TeskTest
-
-// The host restart belongs to the administration screens and is tested there;
-// here it only notes when it was asked for.
-namespace Tesk {
-bool RestartHost(Window*, bool graceful) {
-    TeskTest::RestartRequests().push_back(
-        {graceful,
-         nlohmann::json::parse(std::ifstream(Platform::HostPath("/var/lib/simhost/state.json")))});
-    return true;
-}
-}  // namespace Tesk
 
 namespace TeskTest {
 namespace {
@@ -96,7 +73,6 @@ TEST_F(ApplyTest, HostnameOnlyWritesNamesSuffixesAndSavesButNoAddresses) {
     EXPECT_EQ(dns["ipv6NameServers"], Json({"2001:db8:10::53"}));
     EXPECT_EQ(dns["searchDomains"], Json({"lab.example"}));
     EXPECT_EQ(Refreshes(root().state()), refreshesBefore + 1);
-    EXPECT_TRUE(RestartRequests().empty());
 }
 
 TEST_F(ApplyTest, EveryStepLogsBeforeItActsInTheFixedOrder) {
@@ -298,6 +274,9 @@ TEST_F(ApplyTest, DistributedSwitchSkipsAdaptersAndVlan) {
     EXPECT_EQ(Net()["dns"]["hostname"], "qds-host");
 }
 
+// Switching IPv6 ends with the host's restart: the notice waits for <Enter>
+// once everything is written and saved, then the restart screen keeps the
+// screen for good (here the keys run out, which ends the run).
 TEST_F(ApplyTest, SwitchingIpv6RestartsTheHostLast) {
     root().editState([](Json& s) {
         s["network"]["ipv6Enabled"] = false;
@@ -308,31 +287,34 @@ TEST_F(ApplyTest, SwitchingIpv6RestartsTheHostLast) {
     p.ipv6Pending = true;
     p.mode.SetUseIpv6RouterAdvertised(true);
     p.hostname = "tesk-host04";
-    Apply(p, {'x', Tesk::KeyEscape, Tesk::KeyEnter});
+    Json atNotice;
+    onWait = [&] {
+        if (atNotice.is_null()) atNotice = root().state();
+    };
+    EXPECT_THROW(Apply(p, {'x', Tesk::KeyEscape, Tesk::KeyEnter}), std::runtime_error);
 
-    // The notice waited for <Enter> (other keys and <Esc> do nothing).
-    ASSERT_EQ(screens_.size(), 3u);
+    // Other keys and <Esc> do nothing; <Enter> leads to the restart screen.
+    ASSERT_EQ(screens_.size(), 4u);
     EXPECT_NE(screens_[0].find("Enable IPv6: Restart Required"), std::string::npos);
     EXPECT_NE(screens_[0].find("This host must be restarted before IPv6 will be enabled."),
               std::string::npos);
-    // By the time of the restart everything was written and saved.
-    ASSERT_EQ(RestartRequests().size(), 1u);
-    EXPECT_TRUE(RestartRequests()[0].graceful);
-    const Json& net = RestartRequests()[0].state["network"];
+    EXPECT_NE(screens_[3].find("Restart in progress..."), std::string::npos) << screens_[3];
+    const Json& net = atNotice["network"];
     EXPECT_TRUE(net["ipv6EnabledAfterReboot"]);
     EXPECT_TRUE(net["zrkNics"][0]["config"]["ipv6Enabled"]);
     EXPECT_TRUE(net["zrkNics"][0]["config"]["routerAdvertised"]);
     EXPECT_EQ(net["dns"]["saved"]["hostname"], "tesk-host04");
+    EXPECT_EQ(root().state()["power"]["lastCommand"], "reboot");
+    const Json reboots = root().state()["power"]["reboots"];
 
-    // Switching it off asks in the other words.
+    // Switching it off says so in other words.
     root().editState([](Json& s) { s["network"]["ipv6Enabled"] = true; });
     auto q = Seed();
     q.ipv6Pending = false;
-    Apply(q, {Tesk::KeyEnter});
-    ASSERT_EQ(screens_.size(), 1u);
+    EXPECT_THROW(Apply(q, {Tesk::KeyEnter}), std::runtime_error);
     EXPECT_NE(screens_[0].find("Disable IPv6: Restart Required"), std::string::npos);
     EXPECT_FALSE(Net()["ipv6EnabledAfterReboot"]);
-    EXPECT_EQ(RestartRequests().size(), 2u);
+    EXPECT_EQ(root().state()["power"]["reboots"], reboots.get<int>() + 1);
 
     // A switch the host refused needs no restart: only the error is shown.
     root().setFault("network.setZrkIpv6Enabled", {{"exception", "locked"}});
@@ -341,7 +323,7 @@ TEST_F(ApplyTest, SwitchingIpv6RestartsTheHostLast) {
     Apply(r, {Tesk::KeyEnter});
     ASSERT_EQ(screens_.size(), 1u);
     EXPECT_NE(screens_[0].find("Setting ipv6 configuration failed: locked"), std::string::npos);
-    EXPECT_EQ(RestartRequests().size(), 2u);
+    EXPECT_EQ(root().state()["power"]["reboots"], reboots.get<int>() + 1);
 }
 
 }  // namespace
