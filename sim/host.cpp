@@ -13,6 +13,7 @@
 #include "sim/profiles.h"
 #include "sim/tools.h"
 #include "sim/tools/consoles.h"
+#include "sim/tools/toolkit.h"
 #include "store/state.h"
 
 namespace Sim {
@@ -91,6 +92,11 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
     for (const char* sub : {"bin", "sbin", "etc/init.d", "var/run", "var/log", "tmp"})
         fs::create_directories(root / sub);
     Save(state);
+    // What the host's factory reset goes back to (sim/tools/factoryconfig.cpp);
+    // the accounts are not part of it.
+    Json factory = state;
+    factory.erase("users");
+    WriteFile(root / kFactoryStatePath, factory.dump(2) + "\n");
 
     if (state.value("loginEnabled", true)) WriteFile(root / "var/run/brelt/show-tesk-login", "");
     WriteFile(root / "etc/brelt/support", state.value("support", std::string()));
@@ -135,6 +141,39 @@ std::pair<std::string, std::string> DemoLogin() {
     Json state = Json::parse(FindProfile("default")->json);
     const Json& user = state["users"][0];
     return {user["name"].get<std::string>(), user["password"].get<std::string>()};
+}
+
+PowerState ReadPowerState(const std::string& root) {
+    Tesk::Platform::SetHostRootForTesting(fs::absolute(root).string());
+    const Json state = *Snapshot();
+    const Json power = state.value("power", Json::object());
+    const Json st = power.is_object() ? power.value("state", Json()) : Json();
+    if (st == "poweredOff") return PowerState::Off;
+    if (st == "rebooting") return PowerState::Restarting;
+    return PowerState::On;
+}
+
+bool BootHost(const std::string& root) {
+    if (ReadPowerState(root) == PowerState::On) return false;
+    Update([](Json& state) {
+        Json& power = Tools::Section(state, "power");
+        power["state"] = "on";
+        power["boots"] = power.value("boots", 0) + 1;
+        Json& network = Tools::Section(state, "network");
+        if (network.contains("ipv6EnabledAfterReboot"))
+            network["ipv6Enabled"] = network["ipv6EnabledAfterReboot"];
+        Json& services = Tools::Section(state, "services");
+        for (const char* name : {"KovaShell", "SSH"}) {
+            Json& service = Tools::Section(services, name);
+            service["running"] = service.value("enabled", false);
+        }
+        Tools::Section(state, "hostAgent")["running"] = true;
+        Json& vms = state["vms"];
+        if (vms.is_array())
+            for (auto& vm : vms)
+                if (vm.is_object()) vm["running"] = vm.value("autoStart", false);
+    });
+    return true;
 }
 
 bool ChangeCard(const std::string& root, const std::string& userId, std::string& message) {

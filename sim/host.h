@@ -7,6 +7,10 @@
 
 namespace Sim {
 
+// The profile's state as the root was made, relative to the root: what the
+// factory reset restores.
+inline constexpr const char kFactoryStatePath[] = "var/lib/simhost/factory.json";
+
 // The seven log files of a host, in the log viewer's order.
 const std::vector<std::string>& LogFiles();
 
@@ -28,6 +32,17 @@ std::pair<std::string, std::string> DemoLogin();
 // (Tools::RunningConsoles). Returns false with a message when there was none
 // to tell.
 bool ChangeCard(const std::string& root, const std::string& userId, std::string& message);
+
+// Where the simulated host's power stands ("power.state").
+enum class PowerState { On, Off, Restarting };
+PowerState ReadPowerState(const std::string& root);
+
+// A host that is off or restarting boots, as its init would: the power state
+// is on again and "power.boots" counts, the pending IPv6 setting takes
+// effect, enabled services and the management agents run, virtual machines
+// that start with the host run. False (and nothing changed) for a host that
+// is on.
+bool BootHost(const std::string& root);
 
 // The folder holding tesk-sim, where tesk is built or installed beside it.
 std::string OwnDirectory();
