@@ -45,6 +45,7 @@ TEST(AdaptersDialog, RowsCutLongNamesLabelsAndMacAddresses) {
     EXPECT_TRUE(Contains(console.text(), "Used By: None"));
     console.key(Key::Enter);
     ASSERT_TRUE(console.waitForTextGone("Adapter Details"));
+    ASSERT_TRUE(WaitSettled(console, kDialogText));
     ASSERT_TRUE(Close(console, Key::Esc, kDialogText));
 
     // Adapters that cannot be listed: no dialog, the window stays.

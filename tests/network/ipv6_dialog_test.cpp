@@ -114,15 +114,6 @@ TEST_F(Ipv6DialogTest, SpaceMovesBetweenOffDynamicAndStatic) {
         EXPECT_FALSE(dialog.dhcpv6());
         EXPECT_TRUE(dialog.routerAdvertised());
     }
-    {
-        // Static mode: the box cannot be reached, so Down from dynamic goes
-        // straight to the static radio; switched off, Enter asks nothing.
-        IPv6ConfigurationDialog dialog(nullptr, true, HN::IpConfig(), Addresses());
-        ScriptedKeys keys({KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_UP, KEY_UP, KEY_UP, ' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_FALSE(dialog.enabled());
-        EXPECT_TRUE(keys.messages(kTitle).empty());
-    }
 }
 
 }  // namespace
