@@ -203,26 +203,29 @@ namespace ZrkCtl::System {
 
 void StoreUserAccountsToCs() {
     ZrkCtl::Sim::CheckFault("authentication.storeUserAccountsToCs");
-    // The user file the host authenticates against: "name:password:outcome"
-    // per line.
+    // The user file the host authenticates against: "name:hash:outcome" per
+    // line.
     std::string failure;
     const auto text =
         Tesk::Platform::ReadRegularFile(Tesk::Platform::HostPath("/etc/simhost/users"), &failure);
     if (!text) throw HostCtlException("Cannot read the user accounts: " + failure);
     std::istringstream in(*text);
-    std::map<std::string, std::string> passwords;
+    std::map<std::string, std::string> hashes;
     for (std::string line; std::getline(in, line);) {
         auto first = line.find(':');
         auto second = line.find(':', first == std::string::npos ? first : first + 1);
         if (first == std::string::npos || second == std::string::npos) continue;
-        passwords[line.substr(0, first)] = line.substr(first + 1, second - first - 1);
+        hashes[line.substr(0, first)] = line.substr(first + 1, second - first - 1);
     }
     ZrkCtl::Sim::Update([&](Json& state) {
         Json& users = state["users"];
         if (!users.is_array()) users = Json::array();
         for (auto& user : users) {
-            auto it = passwords.find(Text(user, "name"));
-            if (it != passwords.end()) user["password"] = it->second;
+            if (!user.is_object()) continue;
+            auto it = hashes.find(Text(user, "name"));
+            if (it == hashes.end()) continue;
+            user["passwordHash"] = it->second;
+            user.erase("password");
         }
         Json& store = state["userAccountStore"];
         if (!store.is_object()) store = Json::object();
