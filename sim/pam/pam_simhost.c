@@ -16,7 +16,10 @@
  * A missing user or a wrong password is PAM_AUTH_ERR.
  *
  * A password change asks the current password, the new one and the new one
- * again (one hidden prompt per call). It refuses a wrong current password and
+ * again (one hidden prompt per call); after an authentication in the same
+ * exchange it takes the password authenticated with as the current one and
+ * asks only the new one twice, so an exchange that authenticates first still
+ * sees three prompts: current, new, new again. It refuses a wrong current password and
  * a mismatch (PAM_AUTHTOK_ERR), and a new password that is not complex enough
  * (PAM_AUTHTOK_ERR): at least 7 characters, from at least two of the classes
  * lower-case letters, upper-case letters, digits and everything else. The
@@ -182,6 +185,14 @@ static void wipe_free(char* s) {
     free(s);
 }
 
+/* The password of a successful authentication, kept with the handle. */
+static const char kAuthenticatedData[] = "pam_simhost.authenticated";
+
+static void forget_password(pam_handle_t* pamh, void* data, int status) {
+    (void)pamh, (void)status;
+    wipe_free(data);
+}
+
 /* Asks `count` hidden prompts in one conversation call; answers[i] gets copies. */
 static int ask(pam_handle_t* pamh, int count, const char** prompts, char** answers) {
     const struct pam_conv* conv = NULL;
@@ -220,6 +231,15 @@ PAM_EXTERN int pam_sm_authenticate(pam_handle_t* pamh, int flags, int argc, cons
     char* answers[2] = {NULL, NULL};
     int rc = ask(pamh, two ? 2 : 1, prompts, answers);
     int ok = rc == PAM_SUCCESS && known && password_matches(answers[0], e.hash);
+    /* A password change in the same exchange takes this as the current
+     * password instead of asking for it again. */
+    if (ok) {
+        char* kept = strdup(answers[0]);
+        if (!kept || pam_set_data(pamh, kAuthenticatedData, kept, forget_password) != PAM_SUCCESS) {
+            wipe_free(kept);
+            ok = 0;
+        }
+    }
     wipe_free(answers[0]);
     wipe_free(answers[1]);
     explicit_bzero(&e, sizeof e);
@@ -249,7 +269,14 @@ PAM_EXTERN int pam_sm_chauthtok(pam_handle_t* pamh, int flags, int argc, const c
     char* answers[3] = {NULL, NULL, NULL};
     char hash[sizeof e.hash];
     int rc = PAM_SUCCESS;
-    for (int i = 0; i < 3 && rc == PAM_SUCCESS; ++i) rc = ask(pamh, 1, &prompts[i], &answers[i]);
+    /* After an authentication in this exchange the current password is known. */
+    const void* known = NULL;
+    if (pam_get_data(pamh, kAuthenticatedData, &known) == PAM_SUCCESS && known) {
+        answers[0] = strdup((const char*)known);
+        if (!answers[0]) rc = PAM_BUF_ERR;
+    }
+    for (int i = answers[0] ? 1 : 0; i < 3 && rc == PAM_SUCCESS; ++i)
+        rc = ask(pamh, 1, &prompts[i], &answers[i]);
     if (rc == PAM_SUCCESS) {
         if (!password_matches(answers[0], e.hash))
             rc = PAM_AUTHTOK_ERR;

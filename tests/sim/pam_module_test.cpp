@@ -88,6 +88,15 @@ TEST_F(SimulatedPam, PasswordChangeChecksOldAndNewAndClearsExpiry) {
     EXPECT_EQ(Pam("login root 'pässwort'"), "0 0 1");
 }
 
+TEST_F(SimulatedPam, AfterAuthenticationAChangeAsksOnlyTheNewPasswordTwice) {
+    // Current (to authenticate), new, new again: three calls in all.
+    EXPECT_EQ(Pam("authchange old secret1 Newpass1 Newpass1"),
+              "0 " + std::to_string(PAM_NEW_AUTHTOK_REQD) + " 0 3");
+    EXPECT_EQ(Pam("login old Newpass1"), "0 0 1");
+    EXPECT_EQ(Pam("authchange root secret1 Newpass1 other12"),
+              "0 0 " + std::to_string(PAM_AUTHTOK_ERR) + " 3");
+}
+
 TEST(SimulatedHostInit, UsersKeepHashesNeverClearText) {
     TeskTest::SimRoot root;
     const Json users = root.state()["users"];
