@@ -79,9 +79,14 @@ TEST_F(SystemTest, RunningVirtualMachines) {
 TEST_F(SystemTest, AccountStoreTakesThePasswordHashesInUse) {
     EXPECT_FALSE(root().stateValue("/users/0/password")) << "no clear text in the state";
     const std::string hash = TeskTest::PasswordHash("n3w-Secret");
-    root().writeFile("/etc/simhost/users", "root:" + hash + ":success\n");
+    root().writeFile("/etc/simhost/users",
+                     "root:" + hash + ":success\nexpired:" + hash + ":success\n");
     HostCtl::Authentication::StoreUserAccountsToCs();
     EXPECT_EQ(root().stateValue("/users/0/passwordHash"), Json(hash));
+    const Json expired = root().stateValue("/users/2").value();
+    ASSERT_EQ(expired["name"], "expired");
+    EXPECT_EQ(expired["outcome"], "success");
+    EXPECT_EQ(expired["passwordHash"], hash);
     EXPECT_EQ(root().stateValue("/userAccountStore/storeCount"), Json(1));
 }
 
