@@ -35,6 +35,8 @@ public:
     const std::string& user() const { return user_; }
     // The password (or PIN) of the login was empty.
     bool emptyPasswordLogin() const { return emptyPassword_; }
+    // The user's password was changed: whether the new one is empty.
+    void setEmptyPasswordLogin(bool empty) { emptyPassword_ = empty; }
     bool cardBound() const { return cardBound_; }
     // A restart was asked for while the user was logged in.
     bool restartPending() const { return restartPending_; }

@@ -1,5 +1,6 @@
 #include "sim/host.h"
 
+#include <crypt.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -42,13 +43,23 @@ std::string ProfileNames() {
     return names;
 }
 
-// The user file of the root's PAM module: "name:password:outcome" per line
-// (outcomes: success, denied, expired, twoprompts; see sim/pam/pam_simhost.c).
-std::string UserFile(const Json& state) {
+// The profile's users as the state keeps them: each clear-text "password"
+// becomes its hash ("passwordHash"). The user file of the root's PAM module
+// gets "name:hash:outcome" per line (outcomes: success, denied, expired,
+// twoprompts; see sim/pam/pam_simhost.c).
+std::string HashUsers(Json& state) {
     std::string db;
-    for (const auto& user : state.value("users", Json::array()))
-        db += user.value("name", "") + ":" + user.value("password", "") + ":" +
+    Json& users = state["users"];
+    if (!users.is_array()) users = Json::array();
+    for (auto& user : users) {
+        if (!user.is_object()) continue;
+        if (user.contains("password")) {
+            user["passwordHash"] = HashPassword(user.value("password", ""));
+            user.erase("password");
+        }
+        db += user.value("name", "") + ":" + user.value("passwordHash", "") + ":" +
               user.value("outcome", "success") + "\n";
+    }
     return db;
 }
 
@@ -63,6 +74,21 @@ std::string PamModulePath() {
 }
 
 }  // namespace
+
+std::string HashPassword(const std::string& password) {
+    if (password.empty()) return {};
+    char setting[CRYPT_GENSALT_OUTPUT_SIZE];
+    if (!crypt_gensalt_rn("$y$", 0, nullptr, 0, setting, sizeof setting))
+        throw std::runtime_error("cannot make a password hash setting: " +
+                                 std::string(std::strerror(errno)));
+    crypt_data data{};
+    const char* hash = crypt_r(password.c_str(), setting, &data);
+    if (hash == nullptr || hash[0] != '$')
+        throw std::runtime_error("cannot hash a password: " + std::string(std::strerror(errno)));
+    std::string result = hash;
+    ::explicit_bzero(&data, sizeof data);
+    return result;
+}
 
 const std::vector<std::string>& LogFiles() {
     static const std::vector<std::string> files = {"/var/log/syslog.log",  "/var/log/zerkel.log",
@@ -91,6 +117,7 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 
     for (const char* sub : {"bin", "sbin", "etc/init.d", "var/run", "var/log", "tmp"})
         fs::create_directories(root / sub);
+    const std::string userFile = HashUsers(state);
     Save(state);
     // What the host's factory reset goes back to (sim/tools/factoryconfig.cpp);
     // the accounts are not part of it.
@@ -108,7 +135,8 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 
     // PAM through pam_wrapper: the service "tesk" and the root's own users.
     fs::path users = root / "etc/simhost/users";
-    WriteFile(users, UserFile(state));
+    WriteFile(users, userFile);
+    fs::permissions(users, fs::perms::owner_read | fs::perms::owner_write);
     std::string module = PamModulePath() + " db=" + users.string();
     auto stack = [](const std::string& m) {
         return "auth required " + m + "\naccount required " + m + "\npassword required " + m +

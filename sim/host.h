@@ -24,6 +24,11 @@ void InitRoot(const std::string& dir, const std::string& profile = "default");
 // the switches that turn off deep binding (for sanitizer builds).
 std::vector<std::pair<std::string, std::string>> PamEnvironment(const std::string& root);
 
+// A crypt(3) hash (yescrypt) of password, as the root's PAM module keeps it;
+// the empty password gives the empty text (an account without a password).
+// Throws std::runtime_error when libcrypt fails.
+std::string HashPassword(const std::string& password);
+
 // The demo login of a root made from the default profile ("root", its password).
 std::pair<std::string, std::string> DemoLogin();
 
