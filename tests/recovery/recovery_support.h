@@ -66,6 +66,22 @@ inline bool OpenRestoreWindow(ConsoleSession& console,
            WaitSettled(console, "Create Standard Switch", where);
 }
 
+// Presses key to close the dialog on top and waits for the window: after
+// every dialog it shows its own footer until the selection moves.
+inline bool BackToWindow(ConsoleSession& console, std::string_view key = Key::Enter,
+                         std::source_location where = std::source_location::current()) {
+    console.key(key, where);
+    const bool back = console.waitFor(
+        [&] {
+            return PaneFooter(console).find("<Enter> Change") != std::string::npos &&
+                   console.text().find("<Esc> Cancel") == std::string::npos &&
+                   console.text().find("<Enter> OK") == std::string::npos;
+        },
+        "the restore window", TeskTest::DefaultTimeout(), where);
+    return back &&
+           console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where);
+}
+
 // Presses Down n times, each time waiting for the pane to change.
 inline void Down(ConsoleSession& console, int n = 1,
                  std::source_location where = std::source_location::current()) {
