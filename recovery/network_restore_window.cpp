@@ -104,7 +104,7 @@ void NetworkRestoreWindow::enter(int row) {
             break;
         }
         case StrId::RestoreQds:
-            OpenDialog<RestoreqDSDialog>(this);
+            RestoreQds(this);
             break;
         default:
             break;

@@ -29,54 +29,71 @@ std::string Joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-RestoreqDSDialog::RestoreqDSDialog(Window* opener) : FormDialog(opener, {70, 15, 7}) {
+namespace {
+
+void Refuse(Window* opener, std::uint32_t textId) {
+    MessageDialog refused(opener, StrId::RestoreQdsError, textId);
+    Run(refused);
+}
+
+}  // namespace
+
+std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener) {
+    QdsRepairTarget t;
+    try {
+        t.management = GetManagementInterface();
+        if (!t.management) {
+            Platform::Log(LOG_ERR, "Restore qDS: no management interface");
+            Refuse(opener, StrId::UnableToRestoreQds);
+            return std::nullopt;
+        }
+        const HN::ConnectionPoint point = t.management->GetPortConnection();
+        if (point.GetType() != HN::ConnectionType::QdsPort) {
+            Platform::Log(LOG_ERR, "Restore qDS: %s is not on a distributed switch",
+                          t.management->GetName().c_str());
+            Refuse(opener, StrId::UnableToRestoreQds);
+            return std::nullopt;
+        }
+        t.qds = HostCtl::TheBackend().GetQdsSwitch(point.GetSwitchName());
+        t.port = point.GetPortId();
+        if (!t.qds->IsOwnKind()) {
+            Platform::Log(LOG_ERR,
+                          "Restore qDS refused: distributed switch %s is not the host's own kind",
+                          t.qds->GetName().c_str());
+            Refuse(opener, StrId::UnableToRestoreThirdPartyQds);
+            return std::nullopt;
+        }
+        t.current = t.qds->GetPortSettings(t.port);
+        t.uplinks = t.qds->GetUplinkMap();
+    } catch (const HostCtlException& e) {
+        Platform::Log(LOG_ERR, "Restore qDS failed: %s", e.what());
+        Refuse(opener, StrId::UnableToRestoreQds);
+        return std::nullopt;
+    }
+    return t;
+}
+
+int RestoreQds(Window* opener) {
+    auto target = LocateQdsRepair(opener);
+    if (!target) return 0;
+    RestoreqDSDialog dialog(opener, std::move(*target));
+    return Run(dialog);
+}
+
+RestoreqDSDialog::RestoreqDSDialog(Window* opener, QdsRepairTarget target)
+    : FormDialog(opener, {70, 15, 7}), target_(std::move(target)) {
     setTitle(str(StrId::RestoreQdsTitle));
     setBody(str(StrId::RestoreQdsPropertiesHelp));
     setFooter(Footer::kSelectToggleOkCancel);
-    vlan_ = &items().emplace<NumericInputItem>("VLAN ID (1-4094): ", "", 6, 4);
+    const std::uint16_t vlan = target_.current.vlanId;
+    vlan_ = &items().emplace<NumericInputItem>(
+        "VLAN ID (1-4094): ", vlan >= 1 && vlan <= 4094 ? std::to_string(vlan) : "", 6, 4);
     items().emplace<LabelItem>("");
     unblock_ = &items().emplace<CheckItem>(str(StrId::RestoreDefaultBlockedSetting), false);
 }
 
 void RestoreqDSDialog::fail(std::uint32_t textId) {
-    MessageDialog failed(this, StrId::RestoreQdsError, textId);
-    Run(failed);
-}
-
-bool RestoreqDSDialog::locate() {
-    try {
-        management_ = GetManagementInterface();
-        if (!management_) {
-            Platform::Log(LOG_ERR, "Restore qDS: no management interface");
-            fail(StrId::UnableToRestoreQds);
-            return false;
-        }
-        const HN::ConnectionPoint point = management_->GetPortConnection();
-        if (point.GetType() != HN::ConnectionType::QdsPort) {
-            Platform::Log(LOG_ERR, "Restore qDS: %s is not on a distributed switch",
-                          management_->GetName().c_str());
-            fail(StrId::UnableToRestoreQds);
-            return false;
-        }
-        qds_ = HostCtl::TheBackend().GetQdsSwitch(point.GetSwitchName());
-        port_ = point.GetPortId();
-        if (!qds_->IsOwnKind()) {
-            Platform::Log(LOG_ERR,
-                          "Restore qDS refused: distributed switch %s is not the host's own kind",
-                          qds_->GetName().c_str());
-            fail(StrId::UnableToRestoreThirdPartyQds);
-            return false;
-        }
-        current_ = qds_->GetPortSettings(port_);
-        uplinkMap_ = qds_->GetUplinkMap();
-    } catch (const HostCtlException& e) {
-        Platform::Log(LOG_ERR, "Restore qDS failed: %s", e.what());
-        fail(StrId::UnableToRestoreQds);
-        return false;
-    }
-    if (current_.vlanId >= 1 && current_.vlanId <= 4094)
-        vlan_->setValue(std::to_string(current_.vlanId));
-    return true;
+    Refuse(this, textId);
 }
 
 std::optional<std::vector<std::string>> RestoreqDSDialog::chooseUplinks() {
@@ -86,7 +103,7 @@ std::optional<std::vector<std::string>> RestoreqDSDialog::chooseUplinks() {
     form.setFooter(Footer::kSelectToggleOkCancel);
     form.items().emplace<LabelItem>(str(StrId::SelectQdsUplinks));
     std::vector<std::pair<CheckItem*, std::string>> checks;
-    for (const auto& [pnic, port] : uplinkMap_)
+    for (const auto& [pnic, port] : target_.uplinks)
         checks.emplace_back(&form.items().emplace<CheckItem>(
                                 EscapeHostText(pnic) + " (" + EscapeHostText(port) + ")", false),
                             port);
@@ -105,7 +122,7 @@ std::optional<std::vector<std::string>> RestoreqDSDialog::chooseUplinks() {
 }
 
 bool RestoreqDSDialog::apply(std::uint16_t vlanId, const std::vector<std::string>& uplinks) {
-    HN::QdsPortSettings settings = current_;
+    HN::QdsPortSettings settings = target_.current;
     settings.vlanId = vlanId;
     if (unblock_->checked()) settings.blocked = false;
     settings.activeUplinks = uplinks;
@@ -113,20 +130,22 @@ bool RestoreqDSDialog::apply(std::uint16_t vlanId, const std::vector<std::string
         return std::find(uplinks.begin(), uplinks.end(), u) != uplinks.end();
     });
     try {
-        const std::string id = qds_->AddHostLocalPort(settings);
+        const std::string id = target_.qds->AddHostLocalPort(settings);
         Platform::Log(
             LOG_INFO,
             "Restore qDS: created host-local port %s on %s (VLAN %u, %s, active uplinks %s) "
             "from port %s",
-            id.c_str(), qds_->GetName().c_str(), static_cast<unsigned>(vlanId),
-            settings.blocked ? "blocked" : "unblocked", Joined(uplinks).c_str(), port_.c_str());
-        management_->ConnectToQdsPort(qds_->GetName(), id);
+            id.c_str(), target_.qds->GetName().c_str(), static_cast<unsigned>(vlanId),
+            settings.blocked ? "blocked" : "unblocked", Joined(uplinks).c_str(),
+            target_.port.c_str());
+        target_.management->ConnectToQdsPort(target_.qds->GetName(), id);
         Platform::Log(LOG_INFO, "Restore qDS: moved %s to port %s of %s",
-                      management_->GetName().c_str(), id.c_str(), qds_->GetName().c_str());
+                      target_.management->GetName().c_str(), id.c_str(),
+                      target_.qds->GetName().c_str());
         MessageDialog done(this, str(StrId::OperationSucceeded),
-                           "Management interface " + EscapeHostText(management_->GetName()) +
+                           "Management interface " + EscapeHostText(target_.management->GetName()) +
                                " moved to port " + EscapeHostText(id) + " of " +
-                               EscapeHostText(qds_->GetName()) + ".");
+                               EscapeHostText(target_.qds->GetName()) + ".");
         Run(done);
         return true;
     } catch (const HostCtlException& e) {
@@ -137,7 +156,6 @@ bool RestoreqDSDialog::apply(std::uint16_t vlanId, const std::vector<std::string
 }
 
 int RestoreqDSDialog::run() {
-    if (!locate()) return 0;
     for (;;) {
         if (FormDialog::run() != 1) return 0;
         const std::string& text = vlan_->value();
@@ -148,9 +166,9 @@ int RestoreqDSDialog::run() {
             Run(refused);
             continue;
         }
-        if (uplinkMap_.empty()) {
+        if (target_.uplinks.empty()) {
             Platform::Log(LOG_ERR, "Restore qDS: no uplinks of %s on the host",
-                          qds_->GetName().c_str());
+                          target_.qds->GetName().c_str());
             MessageDialog none(this, StrId::NoQdsUplinksError, StrId::NoUplinksConfigured);
             Run(none);
             return 0;

@@ -17,18 +17,28 @@
 
 namespace Tesk {
 
-// run(): 1 when the management interface was moved, 0 when refused,
-// cancelled or failed. Only a distributed switch of the host's own kind can
-// be repaired; every failure is logged and shown.
+// What the repair works on: the management interface, its distributed
+// switch and port, the port's settings and the switch's uplinks.
+struct QdsRepairTarget {
+    std::unique_ptr<HostCtl::Network::ZrkNic> management;
+    std::unique_ptr<HostCtl::Network::QdsSwitch> qds;
+    std::string port;
+    HostCtl::Network::QdsPortSettings current;
+    std::map<std::string, std::string> uplinks;  // physical NIC to uplink port
+};
+
+// Finds the target; none, after saying why over opener, when the interface is
+// not on a distributed switch of the host's own kind or the host fails.
+std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener);
+
+// The properties form, then the uplink choice, then the repair. run(): 1 when
+// the management interface was moved, 0 when cancelled or failed (said).
 class RestoreqDSDialog : public FormDialog {
 public:
-    explicit RestoreqDSDialog(Window* opener);
+    RestoreqDSDialog(Window* opener, QdsRepairTarget target);
     int run() override;
 
 private:
-    // Reads the management interface, its switch and port; false (said) when
-    // the repair cannot be done.
-    bool locate();
     // The uplink ports chosen; none when the administrator went back.
     std::optional<std::vector<std::string>> chooseUplinks();
     bool apply(std::uint16_t vlanId, const std::vector<std::string>& uplinks);
@@ -36,12 +46,10 @@ private:
 
     NumericInputItem* vlan_ = nullptr;
     CheckItem* unblock_ = nullptr;
-
-    std::unique_ptr<HostCtl::Network::ZrkNic> management_;
-    std::unique_ptr<HostCtl::Network::QdsSwitch> qds_;
-    std::string port_;
-    HostCtl::Network::QdsPortSettings current_;
-    std::map<std::string, std::string> uplinkMap_;  // physical NIC to uplink port
+    QdsRepairTarget target_;
 };
+
+// The whole repair over opener: the target found, then the dialog.
+int RestoreQds(Window* opener);
 
 }  // namespace Tesk
