@@ -14,6 +14,20 @@
 
 namespace Tesk {
 
+namespace {
+
+// The new uplink carries the switch's traffic: it joins the active uplinks.
+bool MakeActive(const std::string& vswitch, const std::string& uplink) {
+    return TryHost("Making the uplink active failed: %s", [&] {
+        auto portset = HostCtl::TheBackend().GetPortset(vswitch);
+        HostCtl::Network::NicTeamingPolicy policy = portset->GetTeamingPolicy();
+        if (!policy.HasUplink(uplink)) policy.AddActiveUplink(uplink);
+        portset->SetTeamingPolicy(policy);
+    });
+}
+
+}  // namespace
+
 CreateVssDialog::CreateVssDialog(Window* opener) : FormDialog(opener, {70, 19, 7}) {
     setTitle(str(StrId::CreateStandardSwitch));
     setBody(str(StrId::CreateStandardSwitchPropertiesHelp));
@@ -67,7 +81,9 @@ int CreateVssDialog::run() {
             continue;
         }
         const bool created = AddStandardVswitch(name);
-        const bool linked = created && (uplink.empty() || AddVswitchUplink(name, uplink));
+        const bool linked =
+            created &&
+            (uplink.empty() || (AddVswitchUplink(name, uplink) && MakeActive(name, uplink)));
         if (!linked) {
             if (created)
                 Platform::Log(LOG_ERR, "Adding uplink %s to standard switch %s failed",

@@ -58,6 +58,7 @@ TEST(CreateVss, RefusesBadNamesAndUsedUplinksThenCreates) {
     const Json* created = FindNamed(net["standardSwitches"], "zSwitch9");
     ASSERT_TRUE(created);
     EXPECT_EQ((*created)["uplinks"], Json::array({"pnic3"}));
+    EXPECT_EQ((*created)["teamingPolicy"]["activeUplinks"], Json::array({"pnic3"}));
     ASSERT_TRUE(BackToWindow(console));
 }
 

@@ -65,7 +65,9 @@ TEST(SafeMode, MovesTheManagementNetworkOntoTheNextFreeNames) {
     ASSERT_TRUE(zrk0);
     EXPECT_EQ((*zrk0)["connection"],
               Json({{"type", "portGroup"}, {"portGroup", "Management Network2"}}));
+    // The management interface can be used again.
     EXPECT_EQ((*zrk0)["enabled"], true);
+    EXPECT_EQ((*zrk0)["up"], true);
     // Every other Zerkel NIC stays disabled.
     EXPECT_EQ((*FindNamed(net["zrkNics"], "zrk1"))["enabled"], false);
 }
