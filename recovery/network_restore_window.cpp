@@ -4,6 +4,8 @@
 
 #include <syslog.h>
 
+#include <cstdint>
+
 #include "host/queries.h"
 #include "host/runner.h"
 #include "hostctl/exception.h"
@@ -14,30 +16,13 @@
 #include "recovery/restore_network_dialog.h"
 #include "recovery/restore_qds_dialog.h"
 #include "recovery/safe_mode_network.h"
+#include "ui/dialog.h"
 #include "ui/footers.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
 
 namespace {
-
-// The footer of a row, by its id.
-const char* RowFooter(std::uint32_t id) {
-    switch (id) {
-        case StrId::CreateStandardSwitch:
-        case StrId::CreatePortGroup:
-            return Footer::kCreateExit;
-        case StrId::MigrateNicToStandardSwitch:
-            return Footer::kMigrateExit;
-        case StrId::RestoreNetworkSettings:
-            return Footer::kRestartExitOpen;
-        case StrId::RestoreStandardSwitch:
-        case StrId::RestoreQds:
-            return Footer::kRestoreExit;
-        default:
-            return "";
-    }
-}
 
 // A dialog made over the window, run, and gone when it returns.
 template <typename Dialog>
@@ -46,32 +31,50 @@ void OpenDialog(Window* window) {
     Run(dialog);
 }
 
-bool Known(std::uint32_t id) {
-    return id >= StrId::CreateStandardSwitch && id <= StrId::RestoreQds;
-}
-
 }  // namespace
+
+struct NetworkRestoreWindow::Row {
+    enum class Needs { Nothing, AgentV3, ManagementOnQds };
+    std::uint32_t id;
+    const char* footer;
+    Needs needs;
+    void (NetworkRestoreWindow::*open)(int row);
+};
+
+const std::vector<NetworkRestoreWindow::Row>& NetworkRestoreWindow::Rows() {
+    using W = NetworkRestoreWindow;
+    using N = Row::Needs;
+    static const std::vector<Row> rows = {
+        {StrId::CreateStandardSwitch, Footer::kCreateExit, N::Nothing, &W::createStandardSwitch},
+        {StrId::CreatePortGroup, Footer::kCreateExit, N::Nothing, &W::createPortGroup},
+        {StrId::MigrateNicToStandardSwitch, Footer::kMigrateExit, N::AgentV3, &W::migrateZrknic},
+        {StrId::RestoreNetworkSettings, Footer::kRestartExitOpen, N::Nothing,
+         &W::restoreNetworkSettings},
+        {StrId::RestoreStandardSwitch, Footer::kRestoreExit, N::ManagementOnQds,
+         &W::restoreStandardSwitch},
+        {StrId::RestoreQds, Footer::kRestoreExit, N::ManagementOnQds, &W::restoreQds},
+    };
+    return rows;
+}
 
 NetworkRestoreWindow::NetworkRestoreWindow(Window* opener) : PaneWindow(opener, Footer::kSelect) {
     setTitle(str(StrId::NetworkRestoreOptionsTitle));
     const bool onQds = IsManagementOnQds();
     const bool agentV3 = PlexOpsAgentV3Present();
-    ids_ = {StrId::CreateStandardSwitch,       StrId::CreatePortGroup,
-            StrId::MigrateNicToStandardSwitch, StrId::RestoreNetworkSettings,
-            StrId::RestoreStandardSwitch,      StrId::RestoreQds};
-    for (std::uint32_t id : ids_) addRow(str(id));
-    if (!agentV3) disableRow(2);
-    if (!onQds) {
-        disableRow(4);
-        disableRow(5);
+    for (const Row& row : Rows()) addRow(str(row.id));
+    for (int i = 0; i < rowCount(); ++i) {
+        const Row::Needs needs = Rows()[static_cast<std::size_t>(i)].needs;
+        if ((needs == Row::Needs::AgentV3 && !agentV3) ||
+            (needs == Row::Needs::ManagementOnQds && !onQds))
+            disableRow(i);
     }
     selectRow(0);
 }
 
 void NetworkRestoreWindow::disableRow(int row) {
     setRowEnabled(row, false);
-    setRowText(row, std::string("{color:dark-grey}") + str(ids_[static_cast<std::size_t>(row)]) +
-                        "{/color}");
+    setRowText(row, std::string("{color:dark-grey}") +
+                        str(Rows()[static_cast<std::size_t>(row)].id) + "{/color}");
 }
 
 PaneText NetworkRestoreWindow::describe(int row) {
@@ -79,43 +82,31 @@ PaneText NetworkRestoreWindow::describe(int row) {
         if (describedRow_ >= 0) ownFooter_ = false;
         describedRow_ = row;
     }
-    const std::uint32_t id = ids_[static_cast<std::size_t>(row)];
-    if (!Known(id)) return {};
-    return {str(id + 6), ownFooter_ ? Footer::kChangeExitSpaced : RowFooter(id)};
+    const Row& r = Rows()[static_cast<std::size_t>(row)];
+    return {str(r.id + 6), ownFooter_ ? Footer::kChangeExitSpaced : r.footer};
 }
 
 void NetworkRestoreWindow::enter(int row) {
-    switch (ids_[static_cast<std::size_t>(row)]) {
-        case StrId::CreateStandardSwitch:
-            OpenDialog<CreateVssDialog>(this);
-            break;
-        case StrId::CreatePortGroup:
-            OpenDialog<CreatePortGroupDialog>(this);
-            break;
-        case StrId::MigrateNicToStandardSwitch:
-            OpenDialog<MigrateZrknicDialog>(this);
-            break;
-        case StrId::RestoreNetworkSettings:
-            restoreNetworkSettings();
-            break;
-        case StrId::RestoreStandardSwitch: {
-            SafeModeNetworkDialog dialog(this);
-            if (Run(dialog) == 1) disableRow(row);
-            break;
-        }
-        case StrId::RestoreQds:
-            RestoreQds(this);
-            break;
-        default:
-            break;
-    }
+    (this->*Rows()[static_cast<std::size_t>(row)].open)(row);
     // The window is drawn again as when it opened: its own footer until the
     // selection moves.
     describedRow_ = selectedRow();
     ownFooter_ = true;
 }
 
-void NetworkRestoreWindow::restoreNetworkSettings() {
+void NetworkRestoreWindow::createStandardSwitch(int) {
+    OpenDialog<CreateVssDialog>(this);
+}
+
+void NetworkRestoreWindow::createPortGroup(int) {
+    OpenDialog<CreatePortGroupDialog>(this);
+}
+
+void NetworkRestoreWindow::migrateZrknic(int) {
+    OpenDialog<MigrateZrknicDialog>(this);
+}
+
+void NetworkRestoreWindow::restoreNetworkSettings(int) {
     try {
         RestoreNetworkDialog dialog(this);
         Run(dialog);
@@ -127,6 +118,15 @@ void NetworkRestoreWindow::restoreNetworkSettings() {
         MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);
         Run(failed);
     }
+}
+
+void NetworkRestoreWindow::restoreStandardSwitch(int row) {
+    SafeModeNetworkDialog dialog(this);
+    if (Run(dialog) == 1) disableRow(row);
+}
+
+void NetworkRestoreWindow::restoreQds(int) {
+    RestoreQds(this);
 }
 
 }  // namespace Tesk

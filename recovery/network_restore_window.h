@@ -2,7 +2,6 @@
 // management network, each opening its dialog.
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "ui/pane_window.h"
@@ -17,16 +16,25 @@ public:
     explicit NetworkRestoreWindow(Window* opener);
 
 private:
+    // One row: its string id (the description is id + 6), its footer, when
+    // it can be chosen and what <Enter> opens.
+    struct Row;
+    static const std::vector<Row>& Rows();
+
     PaneText describe(int row) override;
     void enter(int row) override;
 
     // Greys a row out for good: disabled, its text in dark-grey.
     void disableRow(int row);
+    void createStandardSwitch(int row);
+    void createPortGroup(int row);
+    void migrateZrknic(int row);
     // The factory restore; a host failure escaping it is logged and shown.
-    void restoreNetworkSettings();
+    void restoreNetworkSettings(int row);
+    // Greys its own row after <F11>.
+    void restoreStandardSwitch(int row);
+    void restoreQds(int row);
 
-    // The string id of each row, in display order.
-    std::vector<std::uint32_t> ids_;
     // The window's own footer stands in the pane until the selection moves
     // (after it opens and after each dialog).
     bool ownFooter_ = true;
