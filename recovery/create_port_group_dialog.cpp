@@ -3,6 +3,8 @@
 
 #include <syslog.h>
 
+#include <algorithm>
+
 #include "host/queries.h"
 #include "host/runner.h"
 #include "hostctl/backend.h"

@@ -31,37 +31,34 @@ KeyResult MigrateZrknicDialog::onKey(int key) {
 }
 
 int MigrateZrknicDialog::run() {
-    for (;;) {
-        if (FormDialog::run() != 1) return 0;
-        if (nics_->empty() || portGroups_->empty()) {
-            Platform::Log(LOG_ERR, "Migrate Zerkel NIC: no %s to choose",
-                          nics_->empty() ? "Zerkel NIC" : "port group");
-            MessageDialog refused(this, StrId::InvalidArgument, StrId::ChooseNicToMigrate);
-            Run(refused);
-            if (nics_->empty() || portGroups_->empty()) return 0;
-            continue;
-        }
-        const std::string nic = nics_->current().name;
-        const std::string portGroup = portGroups_->current().name;
-        bool stopped = false;
-        StopPlexOpsAgent(stopped);
-        const bool migrated = PlexCfgVswitchMigrate(portGroup, nic);
-        StartPlexOpsAgent(stopped);
-        if (!migrated) {
-            Platform::Log(LOG_ERR, "Migrating Zerkel NIC %s to port group %s failed", nic.c_str(),
-                          portGroup.c_str());
-            MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);
-            Run(failed);
-            return 0;
-        }
-        Platform::Log(LOG_INFO, "Migrated Zerkel NIC %s to port group %s", nic.c_str(),
-                      portGroup.c_str());
-        MessageDialog succeeded(this, str(StrId::OperationSucceeded),
-                                "Zerkel NIC " + EscapeHostText(nic) + " migrated to port group " +
-                                    EscapeHostText(portGroup));
-        Run(succeeded);
-        return 1;
+    if (FormDialog::run() != 1) return 0;
+    if (nics_->empty() || portGroups_->empty()) {
+        Platform::Log(LOG_ERR, "Migrate Zerkel NIC: no %s to choose",
+                      nics_->empty() ? "Zerkel NIC" : "port group");
+        MessageDialog refused(this, StrId::InvalidArgument, StrId::ChooseNicToMigrate);
+        Run(refused);
+        return 0;
     }
+    const std::string nic = nics_->current().name;
+    const std::string portGroup = portGroups_->current().name;
+    bool stopped = false;
+    StopPlexOpsAgent(stopped);
+    const bool migrated = PlexCfgVswitchMigrate(portGroup, nic);
+    StartPlexOpsAgent(stopped);
+    if (!migrated) {
+        Platform::Log(LOG_ERR, "Migrating Zerkel NIC %s to port group %s failed", nic.c_str(),
+                      portGroup.c_str());
+        MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);
+        Run(failed);
+        return 0;
+    }
+    Platform::Log(LOG_INFO, "Migrated Zerkel NIC %s to port group %s", nic.c_str(),
+                  portGroup.c_str());
+    MessageDialog succeeded(this, str(StrId::OperationSucceeded),
+                            "Zerkel NIC " + EscapeHostText(nic) + " migrated to port group " +
+                                EscapeHostText(portGroup));
+    Run(succeeded);
+    return 1;
 }
 
 }  // namespace Tesk
