@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "hostctl/network_recovery.h"
 #include "hostctl/network_types.h"
 
 namespace HostCtl::Network {
@@ -178,6 +179,9 @@ public:
     // Asks for a new lease; with release the current lease is dropped first,
     // so without an answer the NIC is left at 0.0.0.0.
     virtual void RequestRenewal(bool release) = 0;
+
+    // Connects the NIC to a port of a distributed switch.
+    virtual void ConnectToQdsPort(const std::string& switchName, const std::string& portId) = 0;
 };
 
 // A standard switch, by name. Each call reads or changes the host at once.
@@ -233,6 +237,16 @@ public:
     virtual std::int64_t GetNumPorts() const = 0;
     // Drops the physical NIC from the uplink map; nothing when absent.
     virtual void RemoveUplink(const std::string& pnic) const = 0;
+
+    // Whether the switch is of the host's own kind, whose ports the host may
+    // make and change itself (a foreign one is managed by its maker only).
+    virtual bool IsOwnKind() const = 0;
+    // The settings of one port; throws when the switch has no such port.
+    virtual QdsPortSettings GetPortSettings(const std::string& portId) const = 0;
+    // Makes a host-local port ("hlp-" and the next free number) with the
+    // settings and answers its id. Throws on a foreign switch, or when an
+    // uplink is not one of the switch's.
+    virtual std::string AddHostLocalPort(const QdsPortSettings& settings) const = 0;
 };
 
 class VirtualSwitchInfo {

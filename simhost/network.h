@@ -59,6 +59,7 @@ public:
     void RenewDhcp() override;
     void RenewDhcpv6() override;
     void RequestRenewal(bool release) override;
+    void ConnectToQdsPort(const std::string& switchName, const std::string& portId) override;
 
 private:
     const Sim::Json& Data();
@@ -109,6 +110,9 @@ public:
     std::vector<std::string> GetPortIds() const override;
     std::int64_t GetNumPorts() const override;
     void RemoveUplink(const std::string& pnic) const override;
+    bool IsOwnKind() const override;
+    HN::QdsPortSettings GetPortSettings(const std::string& portId) const override;
+    std::string AddHostLocalPort(const HN::QdsPortSettings& settings) const override;
 
 private:
     std::string name_;

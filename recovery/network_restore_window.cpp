@@ -1,0 +1,132 @@
+// The network restore window: its rows, their enable rules, descriptions and
+// footers, and the dialog each opens.
+#include "recovery/network_restore_window.h"
+
+#include <syslog.h>
+
+#include <cstdint>
+
+#include "host/queries.h"
+#include "host/runner.h"
+#include "hostctl/exception.h"
+#include "platform/syslog.h"
+#include "recovery/create_port_group_dialog.h"
+#include "recovery/create_vss_dialog.h"
+#include "recovery/migrate_zrknic_dialog.h"
+#include "recovery/restore_network_dialog.h"
+#include "recovery/restore_qds_dialog.h"
+#include "recovery/safe_mode_network.h"
+#include "ui/dialog.h"
+#include "ui/footers.h"
+#include "ui/string_ids.h"
+
+namespace Tesk {
+
+namespace {
+
+// A dialog made over the window, run, and gone when it returns.
+template <typename Dialog>
+void OpenDialog(Window* window) {
+    Dialog dialog(window);
+    Run(dialog);
+}
+
+}  // namespace
+
+struct NetworkRestoreWindow::Row {
+    enum class Needs { Nothing, AgentV3, ManagementOnQds };
+    std::uint32_t id;
+    const char* footer;
+    Needs needs;
+    void (NetworkRestoreWindow::*open)(int row);
+};
+
+const std::vector<NetworkRestoreWindow::Row>& NetworkRestoreWindow::Rows() {
+    using W = NetworkRestoreWindow;
+    using N = Row::Needs;
+    static const std::vector<Row> rows = {
+        {StrId::CreateStandardSwitch, Footer::kCreateExit, N::Nothing, &W::createStandardSwitch},
+        {StrId::CreatePortGroup, Footer::kCreateExit, N::Nothing, &W::createPortGroup},
+        {StrId::MigrateNicToStandardSwitch, Footer::kMigrateExit, N::AgentV3, &W::migrateZrknic},
+        {StrId::RestoreNetworkSettings, Footer::kRestartExitOpen, N::Nothing,
+         &W::restoreNetworkSettings},
+        {StrId::RestoreStandardSwitch, Footer::kRestoreExit, N::ManagementOnQds,
+         &W::restoreStandardSwitch},
+        {StrId::RestoreQds, Footer::kRestoreExit, N::ManagementOnQds, &W::restoreQds},
+    };
+    return rows;
+}
+
+NetworkRestoreWindow::NetworkRestoreWindow(Window* opener) : PaneWindow(opener, Footer::kSelect) {
+    setTitle(str(StrId::NetworkRestoreOptionsTitle));
+    const bool onQds = IsManagementOnQds();
+    const bool agentV3 = PlexOpsAgentV3Present();
+    for (const Row& row : Rows()) addRow(str(row.id));
+    for (int i = 0; i < rowCount(); ++i) {
+        const Row::Needs needs = Rows()[static_cast<std::size_t>(i)].needs;
+        if ((needs == Row::Needs::AgentV3 && !agentV3) ||
+            (needs == Row::Needs::ManagementOnQds && !onQds))
+            disableRow(i);
+    }
+    selectRow(0);
+}
+
+void NetworkRestoreWindow::disableRow(int row) {
+    setRowEnabled(row, false);
+    setRowText(row, std::string("{color:dark-grey}") +
+                        str(Rows()[static_cast<std::size_t>(row)].id) + "{/color}");
+}
+
+PaneText NetworkRestoreWindow::describe(int row) {
+    if (row != describedRow_) {
+        if (describedRow_ >= 0) ownFooter_ = false;
+        describedRow_ = row;
+    }
+    const Row& r = Rows()[static_cast<std::size_t>(row)];
+    return {str(r.id + 6), ownFooter_ ? Footer::kChangeExitSpaced : r.footer};
+}
+
+void NetworkRestoreWindow::enter(int row) {
+    (this->*Rows()[static_cast<std::size_t>(row)].open)(row);
+    // The window is drawn again as when it opened: its own footer until the
+    // selection moves.
+    describedRow_ = selectedRow();
+    ownFooter_ = true;
+}
+
+void NetworkRestoreWindow::createStandardSwitch(int) {
+    OpenDialog<CreateVssDialog>(this);
+}
+
+void NetworkRestoreWindow::createPortGroup(int) {
+    OpenDialog<CreatePortGroupDialog>(this);
+}
+
+void NetworkRestoreWindow::migrateZrknic(int) {
+    OpenDialog<MigrateZrknicDialog>(this);
+}
+
+void NetworkRestoreWindow::restoreNetworkSettings(int) {
+    try {
+        RestoreNetworkDialog dialog(this);
+        Run(dialog);
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        // The dialogs were left by the failure: this window takes the screen
+        // back before it says what happened.
+        Platform::Log(LOG_ERR, "Restoring factory network settings failed: %s", e.what());
+        setActive(true);
+        MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);
+        Run(failed);
+    }
+}
+
+void NetworkRestoreWindow::restoreStandardSwitch(int row) {
+    SafeModeNetworkDialog dialog(this);
+    if (Run(dialog) == 1) disableRow(row);
+}
+
+void NetworkRestoreWindow::restoreQds(int) {
+    RestoreQds(this);
+}
+
+}  // namespace Tesk

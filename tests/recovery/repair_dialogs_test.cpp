@@ -1,0 +1,147 @@
+// The repair dialogs for standard switches, port groups and Zerkel NICs:
+// what they refuse, what they create, and how a failing tool is reported.
+#include "tests/recovery/recovery_support.h"
+
+using namespace RecoveryTest;
+
+namespace {
+
+// Shows a message with text after <Enter> on the form, then closes it with
+// <Enter> and waits for the form to take keys again.
+void ExpectMessage(ConsoleSession& console, std::string_view text,
+                   std::source_location where = std::source_location::current()) {
+    ASSERT_TRUE(KeyThen(console, Key::Enter, text, where));
+    console.key(Key::Enter, where);
+    ASSERT_TRUE(console.waitForTextGone(text, TeskTest::DefaultTimeout(), where));
+    ASSERT_TRUE(
+        console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where));
+}
+
+// Puts text into the form's first field, which the selection leaves and
+// takes again so that typing replaces what was there.
+void ReplaceName(ConsoleSession& console, std::string_view text) {
+    console.keys({Key::Down, Key::Up});
+    console.waitForQuiet(std::chrono::milliseconds(300));
+    TypeSettled(console, text);
+}
+
+constexpr char kInvalidSwitch[] = "Please enter a valid standard switch name.";
+constexpr char kInvalidGroup[] = "Please enter a valid port group name.";
+
+}  // namespace
+
+TEST(CreateVss, RefusesBadNamesAndUsedUplinksThenCreates) {
+    SimRoot root("default");
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(OpenRestoreWindow(console));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Switch Name:"));
+    EXPECT_TRUE(console.waitForText("pnic0  (used by zSwitch0)"));
+
+    ExpectMessage(console, kInvalidSwitch);  // empty
+    for (const char* name : {"bad name!", "a234567890123456789012345678901x", "zSwitch1"}) {
+        SCOPED_TRACE(name);
+        ReplaceName(console, name);
+        ExpectMessage(console, kInvalidSwitch);
+    }
+    ReplaceName(console, "zSwitch9");
+    console.keys({Key::Down, Key::Down, " "});  // pnic0, used by zSwitch0
+    console.waitForQuiet(std::chrono::milliseconds(300));
+    ExpectMessage(console, "Uplink is already in use");
+    EXPECT_FALSE(FindNamed(root.state()["network"]["standardSwitches"], "zSwitch9"));
+
+    console.keys({Key::Down, Key::Down, Key::Down, " "});  // pnic3, free
+    console.waitForQuiet(std::chrono::milliseconds(300));
+    ASSERT_TRUE(
+        KeyThen(console, Key::Enter, "Successfully created standard virtual switch: zSwitch9"));
+    EXPECT_TRUE(root.hasLogLine("Created standard switch zSwitch9 with uplink pnic3"));
+    const Json net = root.state()["network"];
+    const Json* created = FindNamed(net["standardSwitches"], "zSwitch9");
+    ASSERT_TRUE(created);
+    EXPECT_EQ((*created)["uplinks"], Json::array({"pnic3"}));
+    EXPECT_EQ((*created)["teamingPolicy"]["activeUplinks"], Json::array({"pnic3"}));
+    ASSERT_TRUE(BackToWindow(console));
+}
+
+TEST(CreatePortGroup, RefusesBadAndTakenNamesThenCreates) {
+    SimRoot root("default");
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(OpenRestoreWindow(console));
+    Down(console);
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Portgroup Name:"));
+
+    ExpectMessage(console, kInvalidGroup);  // empty
+    for (const char* name : {"VM Network", "Net{work}"}) {
+        SCOPED_TRACE(name);
+        ReplaceName(console, name);
+        ExpectMessage(console, kInvalidGroup);
+    }
+    ReplaceName(console, "Backup Net");
+    console.keys({Key::Down, Key::Down, " "});  // zSwitch1
+    console.waitForQuiet(std::chrono::milliseconds(300));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Successfully created portgroup: Backup Net"));
+    EXPECT_TRUE(root.hasLogLine("Created port group Backup Net on standard switch zSwitch1"));
+    const Json net = root.state()["network"];
+    const Json* vswitch = FindNamed(net["standardSwitches"], "zSwitch1");
+    ASSERT_TRUE(vswitch);
+    EXPECT_TRUE(FindNamed((*vswitch)["portGroups"], "Backup Net"));
+    ASSERT_TRUE(BackToWindow(console));
+}
+
+TEST(RepairDialogs, FailingSwitchCommandsAreReportedAndChangeNothing) {
+    SimRoot root("default");
+    root.setFault("kovacli.vswitch.add", {{"exitStatus", 1}});
+    root.setFault("kovacli.portgroup.add", {{"exitStatus", 1}});
+    const Json before = root.state()["network"];
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(OpenRestoreWindow(console));
+
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Switch Name:"));
+    TypeSettled(console, "zSwitch9");
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Please check the syslog for more information."));
+    EXPECT_TRUE(console.waitForText("Operation Failed"));
+    ASSERT_TRUE(BackToWindow(console));
+    EXPECT_TRUE(root.hasLogLine("Creating standard switch zSwitch9 failed"));
+
+    Down(console);
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Portgroup Name:"));
+    TypeSettled(console, "Backup Net");
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Operation Failed"));
+    ASSERT_TRUE(BackToWindow(console));
+    EXPECT_TRUE(
+        root.hasLogLine("Creating port group Backup Net on standard switch zSwitch0 failed"));
+    EXPECT_EQ(root.state()["network"], before);
+}
+
+TEST(MigrateZrknic, ConnectsTheNicAroundAStoppedAgent) {
+    SimRoot root("qds");
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(OpenRestoreWindow(console));
+    Down(console, 2);
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Portgroup Name: VM Network"));
+    EXPECT_TRUE(console.waitForText("Zerkel NIC Name: zrk0"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Zerkel NIC zrk0 migrated to port group VM Network"));
+    ASSERT_TRUE(BackToWindow(console));
+
+    EXPECT_TRUE(root.hasLogLine("Stopping plex-opsagent."));
+    EXPECT_TRUE(root.hasLogLine("Starting plex-opsagent."));
+    EXPECT_EQ(root.state()["network"]["zrkNics"][0]["connection"],
+              Json({{"type", "portGroup"}, {"portGroup", "VM Network"}}));
+}
+
+TEST(MigrateZrknic, FailingMigrationStartsOnlyAStoppedAgent) {
+    SimRoot root("qds");
+    root.setFault("plexcfg-vswitch", {{"exitStatus", 1}});
+    root.setFault("plex-opsagent:stop", {{"exitStatus", 1}});
+    const Json before = root.state()["network"];
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(OpenRestoreWindow(console));
+    Down(console, 2);
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Zerkel NIC Name: zrk0"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Operation Failed"));
+    ASSERT_TRUE(BackToWindow(console));
+
+    EXPECT_TRUE(root.hasLogLine("Failed to stop plex-opsagent."));
+    EXPECT_TRUE(root.hasLogLine("Skipping plex-opsagent start."));
+    EXPECT_TRUE(root.hasLogLine("Migrating Zerkel NIC zrk0 to port group VM Network failed"));
+    EXPECT_EQ(root.state()["network"], before);
+}
