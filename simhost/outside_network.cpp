@@ -124,8 +124,8 @@ Attachment Attach(const Json& state) {
         vlan = ZrkCtl::Sim::Integer<int>(*group, "vlanId", 0);
         uplinks = Model::EffectivePolicy(*vswitch, *group).GetActiveUplinks();
     } else if (Text(connection, "type") == "qdsPort") {
-        const Json* qds = Model::FindByName(Model::List(net, "distributedSwitches"),
-                                            Text(connection, "switch"));
+        const Json* qds =
+            Model::FindByName(Model::List(net, "distributedSwitches"), Text(connection, "switch"));
         if (!qds) return {nic, {}, "distributed switch of " + name + " not found"};
         for (const auto& [pnic, port] : Object(*qds, "uplinks").items()) uplinks.push_back(pnic);
     } else {
@@ -162,8 +162,8 @@ bool ReachesIpv4(const Json& state, const Json& outside, const Json& network, co
     if ((*own & subnet->second) != subnet->first) return false;  // wrong subnet for this VLAN
     if (target == *own) return true;
     const std::string text = HN::Ipv4Address::FromHostOrder(target).GetStringAddress();
-    const bool onLink = (target & *mask) == (*own & *mask) &&
-                        (target & subnet->second) == subnet->first;
+    const bool onLink =
+        (target & *mask) == (*own & *mask) && (target & subnet->second) == subnet->first;
     if (onLink) return Lists(Members(network), text);
     // Beyond the subnet: through the default gateway, when it is this VLAN's
     // router and lies on the interface's subnet.
@@ -214,7 +214,8 @@ Reach Reaches(const Json& state, const std::string& targetText) {
     if (const Json* list = Member(state, "reachable")) {
         if (list->is_array())
             for (const Json& entry : *list)
-                if (entry.is_string() && SameAddress(entry.get<std::string>(), target)) return {true, {}};
+                if (entry.is_string() && SameAddress(entry.get<std::string>(), target))
+                    return {true, {}};
         return {false, "not in the reachable list"};
     }
     auto v4 = Ipv4Value(target);
