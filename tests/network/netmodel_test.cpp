@@ -2,8 +2,14 @@
 // what resolves, as configuration and cabling change.
 #include <gtest/gtest.h>
 
+#include <chrono>
+
+#include "hostctl/backend.h"
+#include "hostctl/exception.h"
+#include "platform/waiting.h"
 #include "simhost/outside_network.h"
 #include "tests/harness/sim_root.h"
+#include "tests/harness/sim_root_test.h"
 
 namespace {
 
@@ -105,6 +111,46 @@ TEST(OutsideNetwork, ReachableListOverridesTheModel) {
     EXPECT_TRUE(Reaches(s, "192.0.2.1"));
     EXPECT_TRUE(Reaches(s, "fe80::5%zrk0"));
     EXPECT_FALSE(Reaches(s, "192.168.10.1"));
+}
+
+}  // namespace
+
+namespace {
+
+using TeskTest::Json;
+
+class Resolver : public TeskTest::SimRootTest {
+protected:
+    bool Resolve(const std::string& name) {
+        return HostCtl::TheBackend().GetResolver("defaultNetStack")->Resolve(name);
+    }
+};
+
+TEST_F(Resolver, AnswersFromTheNameServersNeverFromTheHostsFile) {
+    EXPECT_TRUE(Resolve("tesk-host01"));
+    EXPECT_FALSE(Resolve("localhost"));  // only the hosts file knows it
+    sim().editState([](Json& s) {
+        s["network"]["dns"]["nameServers"] = {"192.168.10.99"};
+        s["network"]["dns"]["ipv6NameServers"] = Json::array();
+    });
+    EXPECT_FALSE(Resolve("tesk-host01"));  // nobody serves DNS there
+}
+
+TEST_F(Resolver, FaultsFailOrSlowTheCallAndAQuitCutsTheWaitShort) {
+    sim().setFault("resolver.resolve", {{"exception", "DNS down"}});
+    EXPECT_THROW(Resolve("tesk-host01"), HostCtl::Lib::HostCtlException);
+
+    sim().setFault("resolver.resolve", {{"delayMs", 300}});
+    auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(Resolve("tesk-host01"));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(300));
+
+    sim().setFault("resolver.resolve", {{"delayMs", 60000}});
+    Tesk::Platform::NoteQuitRequest();
+    start = std::chrono::steady_clock::now();
+    EXPECT_THROW(Resolve("tesk-host01"), HostCtl::Lib::HostCtlException);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    Tesk::Platform::ResetQuitRequestForTesting();
 }
 
 }  // namespace
