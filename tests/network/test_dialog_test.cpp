@@ -195,4 +195,19 @@ TEST(TestNetwork, KilledDuringResolutionLeavesTheHostsFileAlone) {
     EXPECT_FALSE(m.root.exists("/etc/hosts.backup"));
 }
 
+TEST(TestNetwork, QuitDuringASlowResolutionEndsTheConsoleCleanly) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    m.root.setFault("resolver.resolve", {{"delayMs", 60000}});
+    ASSERT_TRUE(OpenTest(m.console));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Resolving hostname tesk-host01"));
+    ASSERT_TRUE(m.console.waitForQuiet(std::chrono::milliseconds(300)));
+    m.console.key(Key::Esc);
+    ASSERT_TRUE(m.console.waitForTextGone("Testing Management Network"));
+    ASSERT_TRUE(WaitSettled(m.console, "<Enter> Run Test"));
+    m.console.signal(SIGTERM);
+    EXPECT_EQ(m.console.waitExit(Scaled(std::chrono::seconds(5))), ExitStatus::Exited(0));
+}
+
 }  // namespace
