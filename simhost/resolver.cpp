@@ -19,9 +19,10 @@ constexpr char kFault[] = "resolver.resolve";
 bool Delay(std::int64_t ms) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
     for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-                              end - std::chrono::steady_clock::now())
-                              .count();
+        // Rounded up, so the wait never ends before its time.
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now())
+                .count();
         if (left <= 0) return true;
         if (Tesk::Platform::QuitRequested()) return false;
         pollfd quit{Tesk::Platform::QuitDescriptor(), POLLIN, 0};
