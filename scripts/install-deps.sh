@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config clang
   libncurses-dev ncurses-base ncurses-term
-  libpam0g-dev libpam-wrapper libpam-modules
+  libpam0g-dev libpam-wrapper libpam-modules libcrypt-dev
   libvterm-dev
   nlohmann-json3-dev
   libgtest-dev libgmock-dev googletest

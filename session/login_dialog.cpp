@@ -2,13 +2,15 @@
 
 #include <security/pam_appl.h>
 
+#include "admin/change_password_dialog.h"
+#include "admin/keyboard_dialog.h"
+#include "admin/pam_auth.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "hostctl/try_call.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "session/host_identity.h"
-#include "session/pam_login.h"
 #include "session/session.h"
 #include "ui/footers.h"
 #include "ui/input_items.h"
@@ -88,6 +90,8 @@ KeyResult LoginDialog::onKey(int key) {
         return KeyResult::Redraw();
     }
     if (key == KeyEnter && keyboard_ && item == keyboard_) {
+        KeyboardDialog dialog(this);
+        Run(dialog);
         // The label shows the layout configured now.
         keyboard_->setLabel(KeyboardLabel());
         return KeyResult::Redraw();
@@ -141,6 +145,11 @@ bool LoginDialog::authenticate() {
     }
     MessageDialog message(this, StrId::AuthenticationFailed, text);
     Run(message);
+    if (status == PAM_NEW_AUTHTOK_REQD) {
+        // The user sets a new password, then logs in with it from here.
+        ChangePasswordDialog change(this, user_);
+        Run(change);
+    }
     // After an expired password the user logs in again from here.
     password_->wipe();
     password_->setMasked(true);

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "admin/acting_user.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
@@ -18,6 +19,7 @@ Session::~Session() {
 
 void Session::loggedIn(const std::string& user, bool emptyPassword) {
     user_ = user;
+    SetActingUser(user);
     emptyPassword_ = emptyPassword;
     cardUserId_ = user;
     cardBound_ = CardWithUserIdPresent(user);
@@ -30,6 +32,7 @@ void Session::begin() {
 
 void Session::end() {
     active_ = false;
+    SetActingUser({});
 }
 
 bool Session::holdRestart() {

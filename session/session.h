@@ -23,7 +23,8 @@ public:
     bool localConsole() const { return localConsole_; }
 
     // A user was authenticated: the session is bound to a smart card when one
-    // that lists the user is present.
+    // that lists the user is present, and the administration screens act as
+    // that user (admin/acting_user.h) until the session ends.
     void loggedIn(const std::string& user, bool emptyPassword);
     // The user's session (the customization menu) begins: the idle timeout is
     // read again.
@@ -34,6 +35,8 @@ public:
     const std::string& user() const { return user_; }
     // The password (or PIN) of the login was empty.
     bool emptyPasswordLogin() const { return emptyPassword_; }
+    // The user's password was changed: whether the new one is empty.
+    void setEmptyPasswordLogin(bool empty) { emptyPassword_ = empty; }
     bool cardBound() const { return cardBound_; }
     // A restart was asked for while the user was logged in.
     bool restartPending() const { return restartPending_; }

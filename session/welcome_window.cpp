@@ -8,6 +8,7 @@
 #include <sstream>
 #include <vector>
 
+#include "admin/shutdown_dialog.h"
 #include "host/product_line.h"
 #include "host/queries.h"
 #include "hostctl/backend.h"
@@ -341,7 +342,18 @@ void WelcomeWindow::login(bool shutdownPath) {
         setActive(true);
         return;
     }
-    if (!authenticated || shutdownPath) return;
+    if (!authenticated) return;
+    if (shutdownPath) {
+        // A login before the power question starts no session and records no
+        // logout.
+        try {
+            ShutdownDialog dialog(this);
+            Run(dialog);
+        } catch (const TeskTimeout&) {
+            setActive(true);
+        }
+        return;
+    }
 
     session_.begin();
     const std::string user = session_.user();

@@ -1,5 +1,6 @@
 #include "sim/host.h"
 
+#include <crypt.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 #include "sim/profiles.h"
 #include "sim/tools.h"
 #include "sim/tools/consoles.h"
+#include "sim/tools/toolkit.h"
 #include "store/state.h"
 
 namespace Sim {
@@ -41,13 +43,23 @@ std::string ProfileNames() {
     return names;
 }
 
-// The user file of the root's PAM module: "name:password:outcome" per line
-// (outcomes: success, denied, expired, twoprompts; see sim/pam/pam_simhost.c).
-std::string UserFile(const Json& state) {
+// The profile's users as the state keeps them: each clear-text "password"
+// becomes its hash ("passwordHash"). The user file of the root's PAM module
+// gets "name:hash:outcome" per line (outcomes: success, denied, expired,
+// twoprompts; see sim/pam/pam_simhost.c).
+std::string HashUsers(Json& state) {
     std::string db;
-    for (const auto& user : state.value("users", Json::array()))
-        db += user.value("name", "") + ":" + user.value("password", "") + ":" +
+    Json& users = state["users"];
+    if (!users.is_array()) users = Json::array();
+    for (auto& user : users) {
+        if (!user.is_object()) continue;
+        if (user.contains("password")) {
+            user["passwordHash"] = HashPassword(user.value("password", ""));
+            user.erase("password");
+        }
+        db += user.value("name", "") + ":" + user.value("passwordHash", "") + ":" +
               user.value("outcome", "success") + "\n";
+    }
     return db;
 }
 
@@ -62,6 +74,21 @@ std::string PamModulePath() {
 }
 
 }  // namespace
+
+std::string HashPassword(const std::string& password) {
+    if (password.empty()) return {};
+    char setting[CRYPT_GENSALT_OUTPUT_SIZE];
+    if (!crypt_gensalt_rn("$y$", 0, nullptr, 0, setting, sizeof setting))
+        throw std::runtime_error("cannot make a password hash setting: " +
+                                 std::string(std::strerror(errno)));
+    crypt_data data{};
+    const char* hash = crypt_r(password.c_str(), setting, &data);
+    if (hash == nullptr || hash[0] != '$')
+        throw std::runtime_error("cannot hash a password: " + std::string(std::strerror(errno)));
+    std::string result = hash;
+    ::explicit_bzero(&data, sizeof data);
+    return result;
+}
 
 const std::vector<std::string>& LogFiles() {
     static const std::vector<std::string> files = {"/var/log/syslog.log",  "/var/log/zerkel.log",
@@ -90,7 +117,13 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 
     for (const char* sub : {"bin", "sbin", "etc/init.d", "var/run", "var/log", "tmp"})
         fs::create_directories(root / sub);
+    const std::string userFile = HashUsers(state);
     Save(state);
+    // What the host's factory reset goes back to (sim/tools/factoryconfig.cpp);
+    // the accounts are not part of it.
+    Json factory = state;
+    factory.erase("users");
+    WriteFile(root / kFactoryStatePath, factory.dump(2) + "\n");
 
     if (state.value("loginEnabled", true)) WriteFile(root / "var/run/brelt/show-tesk-login", "");
     WriteFile(root / "etc/brelt/support", state.value("support", std::string()));
@@ -102,7 +135,8 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 
     // PAM through pam_wrapper: the service "tesk" and the root's own users.
     fs::path users = root / "etc/simhost/users";
-    WriteFile(users, UserFile(state));
+    WriteFile(users, userFile);
+    fs::permissions(users, fs::perms::owner_read | fs::perms::owner_write);
     std::string module = PamModulePath() + " db=" + users.string();
     auto stack = [](const std::string& m) {
         return "auth required " + m + "\naccount required " + m + "\npassword required " + m +
@@ -135,6 +169,39 @@ std::pair<std::string, std::string> DemoLogin() {
     Json state = Json::parse(FindProfile("default")->json);
     const Json& user = state["users"][0];
     return {user["name"].get<std::string>(), user["password"].get<std::string>()};
+}
+
+PowerState ReadPowerState(const std::string& root) {
+    Tesk::Platform::SetHostRootForTesting(fs::absolute(root).string());
+    const Json state = *Snapshot();
+    const Json power = state.value("power", Json::object());
+    const Json st = power.is_object() ? power.value("state", Json()) : Json();
+    if (st == "poweredOff") return PowerState::Off;
+    if (st == "rebooting") return PowerState::Restarting;
+    return PowerState::On;
+}
+
+bool BootHost(const std::string& root) {
+    if (ReadPowerState(root) == PowerState::On) return false;
+    Update([](Json& state) {
+        Json& power = Tools::Section(state, "power");
+        power["state"] = "on";
+        power["boots"] = power.value("boots", 0) + 1;
+        Json& network = Tools::Section(state, "network");
+        if (network.contains("ipv6EnabledAfterReboot"))
+            network["ipv6Enabled"] = network["ipv6EnabledAfterReboot"];
+        Json& services = Tools::Section(state, "services");
+        for (const char* name : {"KovaShell", "SSH"}) {
+            Json& service = Tools::Section(services, name);
+            service["running"] = service.value("enabled", false);
+        }
+        Tools::Section(state, "hostAgent")["running"] = true;
+        Json& vms = state["vms"];
+        if (vms.is_array())
+            for (auto& vm : vms)
+                if (vm.is_object()) vm["running"] = vm.value("autoStart", false);
+    });
+    return true;
 }
 
 bool ChangeCard(const std::string& root, const std::string& userId, std::string& message) {

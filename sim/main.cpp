@@ -61,6 +61,39 @@ int Init(const Options& o) {
     return 0;
 }
 
+// Starts program on the root in this terminal, waits for it and says how it
+// ended; its exit status (128 + signal when a signal ended it).
+int RunConsoleOnce(const std::string& root, const std::string& console, const std::string& program,
+                   const Options& o) {
+    pid_t child = ::fork();
+    if (child < 0) {
+        std::perror("tesk-sim: fork");
+        return 1;
+    }
+    if (child == 0) {
+        ::signal(SIGINT, SIG_DFL);
+        ::signal(SIGQUIT, SIG_DFL);
+        ::setenv("TESK_ROOT", root.c_str(), 1);
+        for (const auto& [name, value] : Sim::PamEnvironment(root))
+            ::setenv(name.c_str(), value.c_str(), 1);
+        std::vector<char*> args{const_cast<char*>(program.c_str())};
+        if (!o.vt.empty()) args.push_back(const_cast<char*>(o.vt.c_str()));
+        args.push_back(nullptr);
+        ::execv(console.c_str(), args.data());
+        std::perror(("tesk-sim: cannot start " + console).c_str());
+        ::_exit(127);
+    }
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (WIFEXITED(status)) {
+        std::cout << "\nConsole ended with status " << WEXITSTATUS(status) << ".\n";
+        return WEXITSTATUS(status);
+    }
+    std::cout << "\nConsole ended by signal " << WTERMSIG(status) << ".\n";
+    return 128 + WTERMSIG(status);
+}
+
 // Starts program (beside tesk-sim) on a host root in this terminal and waits.
 int Run(const Options& o, const std::string& program) {
     if (o.positional.size() > 1) return Usage(std::cerr, 2);
@@ -95,37 +128,24 @@ int Run(const Options& o, const std::string& program) {
     // The console ends on SIGINT and SIGQUIT itself; this process waits for it.
     ::signal(SIGINT, SIG_IGN);
     ::signal(SIGQUIT, SIG_IGN);
-    pid_t child = ::fork();
-    if (child < 0) {
-        std::perror("tesk-sim: fork");
-        return 1;
-    }
-    if (child == 0) {
-        ::signal(SIGINT, SIG_DFL);
-        ::signal(SIGQUIT, SIG_DFL);
-        ::setenv("TESK_ROOT", root.c_str(), 1);
-        for (const auto& [name, value] : Sim::PamEnvironment(root))
-            ::setenv(name.c_str(), value.c_str(), 1);
-        std::vector<char*> args{const_cast<char*>(program.c_str())};
-        if (!o.vt.empty()) args.push_back(const_cast<char*>(o.vt.c_str()));
-        args.push_back(nullptr);
-        ::execv(console.c_str(), args.data());
-        std::perror(("tesk-sim: cannot start " + console).c_str());
-        ::_exit(127);
-    }
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    int result = 0;
+    for (;;) {
+        // A host that was off or restarting boots first, as its init would.
+        if (Sim::BootHost(root)) std::cout << "The simulated host has booted.\n" << std::flush;
+        result = RunConsoleOnce(root, console, program, o);
+        const Sim::PowerState power = Sim::ReadPowerState(root);
+        if (power == Sim::PowerState::Off) {
+            std::cout << "The simulated host is powered off.\n";
+            break;
+        }
+        if (power != Sim::PowerState::Restarting) break;
+        std::cout << "The simulated host restarts.\n" << std::flush;
     }
     if (temporary) {
         std::error_code ec;
         fs::remove_all(root, ec);
     }
-    if (WIFEXITED(status)) {
-        std::cout << "\nConsole ended with status " << WEXITSTATUS(status) << ".\n";
-        return WEXITSTATUS(status);
-    }
-    std::cout << "\nConsole ended by signal " << WTERMSIG(status) << ".\n";
-    return 128 + WTERMSIG(status);
+    return result;
 }
 
 int Card(const Options& o) {

@@ -38,8 +38,9 @@ public:
 // The host object; fails with the fault "host.getHost".
 std::unique_ptr<HostCtl::Host> GetHost();
 
-// Copies the passwords of the root's PAM user file ("/etc/simhost/users")
-// into the state's "users" and counts the store in "userAccountStore".
+// Copies the password hashes and outcomes of the root's PAM user file
+// ("/etc/simhost/users") into the state's "users" ("passwordHash",
+// "outcome") and counts the store in "userAccountStore".
 void StoreUserAccountsToCs();
 
 }  // namespace ZrkCtl::System

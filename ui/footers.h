@@ -42,6 +42,10 @@ inline constexpr char kDetailsToggleOkCancel[] =
     "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} "
     "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
+inline constexpr char kToggleOkCancel[] =
+    "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}{align:right}"
+    "{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
+    "{color:dark-grey}Cancel{/color}{/align}";
 inline constexpr char kConfirmCancel[] =
     "{color:black}<Enter>{/color} {color:dark-grey}Confirm{/color}{align:right}"
     "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";

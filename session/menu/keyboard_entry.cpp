@@ -1,4 +1,6 @@
-// "Configure Keyboard": only on the host's own console.
+// "Configure Keyboard": only on the host's own console; <Enter> chooses the
+// layout.
+#include "admin/keyboard_dialog.h"
 #include "session/menu/menu_entry.h"
 #include "session/session.h"
 #include "ui/footers.h"
@@ -13,6 +15,10 @@ public:
         : FixedTextEntry(StrId::ConfigureKeyboard, StrId::ConfigureKeyboardHelp,
                          Footer::kMoreLogOut) {}
     bool shown(MenuContext& c) const override { return c.session.localConsole(); }
+    void open(MenuContext& c) override {
+        KeyboardDialog dialog(&c.menu);
+        Run(dialog);
+    }
 };
 
 }  // namespace

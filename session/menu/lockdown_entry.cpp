@@ -1,5 +1,6 @@
 // "Configure Lockdown Mode": whether lockdown is on; usable when it is, or
-// when the host says it could be.
+// when the host says it could be. <Enter> switches it.
+#include "admin/lockdown_dialog.h"
 #include "host/runner.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
@@ -23,6 +24,11 @@ public:
                c.menu.str(StrId::ConfigureLockdownModeHelp);
     }
     std::string footer(MenuContext&) override { return Footer::kChangeLogOutOpen; }
+    void open(MenuContext& c) override {
+        LockdownDialog dialog(&c.menu);
+        // A command ran: the host's state is read again.
+        if (Run(dialog) == 1) reload(c);
+    }
 
 private:
     bool enabled_ = false;

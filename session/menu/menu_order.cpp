@@ -18,6 +18,7 @@ std::unique_ptr<MenuEntry> MakeTroubleshootingEntry();
 std::unique_ptr<MenuEntry> MakeLogsEntry();
 std::unique_ptr<MenuEntry> MakeSupportEntry();
 std::unique_ptr<MenuEntry> MakeResetEntry();
+std::unique_ptr<MenuEntry> MakeExtensionsEntry();
 
 namespace {
 std::unique_ptr<MenuEntry> Separator() {
@@ -43,6 +44,7 @@ std::vector<std::unique_ptr<MenuEntry>> MakeMenuEntries() {
         MakeSupportEntry,
         Separator,
         MakeResetEntry,
+        MakeExtensionsEntry,
     };
     std::vector<std::unique_ptr<MenuEntry>> entries;
     for (MenuEntryFactory make : kOrder) entries.push_back(make());

@@ -1,4 +1,5 @@
-// "Configure Password": the state of the root password.
+// "Configure Password": the state of the root password; <Enter> changes it.
+#include "admin/change_password_dialog.h"
 #include "session/menu/menu_entry.h"
 #include "session/session.h"
 #include "ui/dialog.h"
@@ -19,6 +20,11 @@ public:
                "\n\n" + c.menu.str(StrId::ConfigurePasswordHelp);
     }
     std::string footer(MenuContext&) override { return Footer::kChangeLogOut; }
+    void open(MenuContext& c) override {
+        ChangePasswordDialog dialog(&c.menu, c.session.user());
+        // Empty passwords are refused, so the new one never is.
+        if (Run(dialog) == 1) c.session.setEmptyPasswordLogin(false);
+    }
 };
 
 }  // namespace

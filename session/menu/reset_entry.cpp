@@ -1,5 +1,6 @@
 // "Reset System Configuration": not offered on a host that boots from the
 // network.
+#include "admin/reset_dialog.h"
 #include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "session/menu/menu_entry.h"
@@ -19,6 +20,10 @@ public:
                     return HostCtl::TheBackend().GetUserAdvancedOptions()->HasUserOption(
                         "PXEBootEnabled");
                 }).value_or(false);
+    }
+    void open(MenuContext& c) override {
+        RestoreDialog dialog(&c.menu);
+        Run(dialog);
     }
 };
 

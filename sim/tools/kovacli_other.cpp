@@ -3,6 +3,8 @@
 //   [--formatter=keyvalue] system settings advanced set -o NAME (-i N | -s TEXT)
 //   [--formatter=keyvalue] system settings advanced list -o NAME
 //   [--formatter=keyvalue] software vib get -n NAME
+//   software vib list [--custom]     one name a line: the packages in "vibs"
+//                                    and the custom extensions, or only these
 #include <charconv>
 #include <iostream>
 
@@ -105,6 +107,23 @@ int VibGet(const Command& c) {
     return 0;
 }
 
+int VibList(const Command& c) {
+    bool customOnly = false;
+    for (size_t i = 3; i < c.words.size(); ++i) {
+        if (c.words[i] != "--custom") return Fail(c.tool, "Unknown option " + c.words[i], 2);
+        customOnly = true;
+    }
+    const Json state = *Sim::Snapshot();
+    const Json vibs = state.value("vibs", Json::object());
+    const Json extensions = state.value("customExtensions", Json::array());
+    if (!customOnly && vibs.is_object())
+        for (auto it = vibs.begin(); it != vibs.end(); ++it) std::cout << it.key() << "\n";
+    if (extensions.is_array())
+        for (const auto& extension : extensions)
+            if (extension.is_object()) std::cout << extension.value("name", "?") << "\n";
+    return 0;
+}
+
 }  // namespace
 
 int KovacliLocalMain(int argc, char** argv) {
@@ -128,6 +147,7 @@ int KovacliOther(int argc, char** argv) {
     if (Starts(c.words, {"system", "settings", "advanced", "set"})) return AdvancedSet(c);
     if (Starts(c.words, {"system", "settings", "advanced", "list"})) return AdvancedList(c);
     if (Starts(c.words, {"software", "vib", "get"})) return VibGet(c);
+    if (Starts(c.words, {"software", "vib", "list"})) return VibList(c);
     std::string joined;
     for (const auto& w : c.words) joined += (joined.empty() ? "" : " ") + w;
     return Fail(c.tool, "Unknown command or namespace '" + joined + "'", 2);

@@ -22,8 +22,8 @@ namespace fs = std::filesystem;
 const fs::path kSources = TESK_SOURCE_DIR;
 
 // The folders built into the console program (not tesk-sim, not the gallery).
-const char* const kConsoleFolders[] = {"app",     "ui",       "session", "network", "host",
-                                       "hostctl", "platform", "simhost", "store"};
+const char* const kConsoleFolders[] = {"app",  "ui",      "session",  "admin",   "network",
+                                       "host", "hostctl", "platform", "simhost", "store"};
 
 // Calls that reach past the host root: devices and kernel interfaces, other
 // processes, the system log, the machine's accounts, terminal control.
@@ -55,7 +55,7 @@ const Listed kListed[] = {
     {"session/log_viewer.cpp", "kill", "SIGCONT / ending signals to the pager's own process group"},
     {"session/log_viewer.cpp", "ioctl", "TIOCGWINSZ on the console's own terminal: reads its size"},
     {"session/log_viewer.cpp", "syscall", "pidfd_open on the pager, its own child"},
-    {"session/pam_login.cpp", "pam_start",
+    {"admin/pam_auth.cpp", "pam_start",
      "through pam_wrapper to the root's users; refused on a simulated root without it"},
     {"host/runner.cpp", "fork", "a child for a host tool of the host root"},
     {"host/runner.cpp", "execve",

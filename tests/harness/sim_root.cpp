@@ -1,5 +1,6 @@
 #include "tests/harness/sim_root.h"
 
+#include <crypt.h>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -121,6 +122,17 @@ std::chrono::milliseconds Scaled(std::chrono::milliseconds timeout) {
     }();
     return std::chrono::milliseconds(
         static_cast<long long>(static_cast<double>(timeout.count()) * scale));
+}
+
+std::string PasswordHash(const std::string& password) {
+    if (password.empty()) return {};
+    char setting[CRYPT_GENSALT_OUTPUT_SIZE];
+    crypt_data data{};
+    const char* hash = crypt_gensalt_rn("$y$", 0, nullptr, 0, setting, sizeof setting)
+                           ? crypt_r(password.c_str(), setting, &data)
+                           : nullptr;
+    if (hash == nullptr || hash[0] != '$') throw std::runtime_error("libcrypt cannot hash");
+    return hash;
 }
 
 std::chrono::milliseconds DefaultTimeout() {

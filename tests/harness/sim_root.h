@@ -28,6 +28,10 @@ std::chrono::milliseconds DefaultTimeout();
 // A timeout scaled by TESK_TEST_TIMEOUT_SCALE.
 std::chrono::milliseconds Scaled(std::chrono::milliseconds timeout);
 
+// A crypt(3) hash of password as the root's PAM user file keeps it
+// ("name:hash:outcome" per line); the empty password gives the empty text.
+std::string PasswordHash(const std::string& password);
+
 class SimRoot {
 public:
     // Makes the root in a new temporary directory by running

@@ -76,14 +76,17 @@ TEST_F(SystemTest, RunningVirtualMachines) {
     EXPECT_FALSE(resources.HasRunningVirtualMachines());
 }
 
-TEST_F(SystemTest, AccountStoreTakesThePasswordsInUse) {
-    std::string users = root().readFile("/etc/simhost/users");
-    auto at = users.find("root:tesk-demo:");
-    ASSERT_NE(at, std::string::npos) << users;
-    users.replace(at, std::strlen("root:tesk-demo:"), "root:n3w-Secret:");
-    root().writeFile("/etc/simhost/users", users);
+TEST_F(SystemTest, AccountStoreTakesThePasswordHashesInUse) {
+    EXPECT_FALSE(root().stateValue("/users/0/password")) << "no clear text in the state";
+    const std::string hash = TeskTest::PasswordHash("n3w-Secret");
+    root().writeFile("/etc/simhost/users",
+                     "root:" + hash + ":success\nexpired:" + hash + ":success\n");
     HostCtl::Authentication::StoreUserAccountsToCs();
-    EXPECT_EQ(root().stateValue("/users/0/password"), Json("n3w-Secret"));
+    EXPECT_EQ(root().stateValue("/users/0/passwordHash"), Json(hash));
+    const Json expired = root().stateValue("/users/2").value();
+    ASSERT_EQ(expired["name"], "expired");
+    EXPECT_EQ(expired["outcome"], "success");
+    EXPECT_EQ(expired["passwordHash"], hash);
     EXPECT_EQ(root().stateValue("/userAccountStore/storeCount"), Json(1));
 }
 

@@ -91,12 +91,13 @@ TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
     ConsoleSession console(root, LocalConsole(kCols, kRows));
     ASSERT_TRUE(LogIn(console));
     EXPECT_TRUE(console.find("<Up/Down> Select"));
-    EXPECT_EQ(Entries(console),
-              (std::vector<std::string>{
-                  "Configure Password", "Configure Lockdown Mode", "Configure Management Network",
-                  "Restart Management Network", "Test Management Network",
-                  "Network Restore Options", "Configure Keyboard", "Troubleshooting Options",
-                  "View System Logs", "View Support Information", "Reset System Configuration"}));
+    EXPECT_EQ(
+        Entries(console),
+        (std::vector<std::string>{
+            "Configure Password", "Configure Lockdown Mode", "Configure Management Network",
+            "Restart Management Network", "Test Management Network", "Network Restore Options",
+            "Configure Keyboard", "Troubleshooting Options", "View System Logs",
+            "View Support Information", "Reset System Configuration", "Remove Custom Extensions"}));
 
     const PaneCase cases[] = {
         {"Configure Password", {"Set", "To prevent unauthorized access to"}, "<Enter> Change"},
@@ -123,6 +124,9 @@ TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
         {"Reset System Configuration",
          {"Warning!", "All system parameters will be reverted"},
          "<Enter> Reset"},
+        {"Remove Custom Extensions",
+         {"Warning!", "All custom extensions will be removed."},
+         "<Enter> Reset"},
     };
     for (const PaneCase& c : cases) {
         SCOPED_TRACE(c.entry);
@@ -140,12 +144,9 @@ TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
         // A password was typed: no warning about an empty one.
         EXPECT_EQ(pane.find("Change default password"), std::string::npos);
     }
-    // The last entry stays selected; <Enter> on entries without a dialog yet
-    // leaves the menu as it is.
+    // The last entry stays selected.
     EXPECT_FALSE(Down(console));
-    console.key(Key::Enter);
-    EXPECT_FALSE(Down(console));
-    EXPECT_EQ(Heading(console), "Reset System Configuration");
+    EXPECT_EQ(Heading(console), "Remove Custom Extensions");
 }
 
 TEST(Menu, LockdownEntryFollowsWhatTheHostAllows) {
@@ -180,7 +181,10 @@ TEST(Menu, LockdownEntryFollowsWhatTheHostAllows) {
 
 TEST(Menu, NetworkBootedHostCannotBeReset) {
     SimRoot root;
-    root.editState([](Json& s) { s["userOptions"]["PXEBootEnabled"] = {{"value", "1"}}; });
+    root.editState([](Json& s) {
+        s["userOptions"]["PXEBootEnabled"] = {{"value", "1"}};
+        s.erase("customExtensions");
+    });
     ConsoleSession console(root, RemoteShell(kCols, kRows));
     ASSERT_TRUE(LogIn(console));
     EXPECT_FALSE(EntryCell(console, "Reset System Configuration").fg ==

@@ -17,7 +17,8 @@ const std::string kUtf8Password = "p\xC3\xA4sswort\xE2\x82\xAC";  // "p√§sswort‚
 
 TEST(Typing, Utf8CharactersReachTheFieldAndPam) {
     SimRoot root;
-    root.writeFile("/etc/simhost/users", "root:" + kUtf8Password + ":success\n");
+    root.writeFile("/etc/simhost/users",
+                   "root:" + TeskTest::PasswordHash(kUtf8Password) + ":success\n");
     ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
     console.key(FKey(2));

@@ -1,6 +1,8 @@
 // Runs one PAM exchange for the service "tesk" and prints the statuses:
 //   pam_check login USER PASSWORD           -> "<authenticate> <acct_mgmt>"
 //   pam_check change USER OLD NEW [AGAIN]   -> "<chauthtok>"
+//   pam_check authchange USER OLD NEW AGAIN -> "<authenticate> <acct_mgmt> <chauthtok> <calls>"
+//     (the console's sequence: authenticate, check the account, change)
 // Every hidden prompt is answered in turn from the given passwords.
 #include <security/pam_appl.h>
 
@@ -49,6 +51,13 @@ int main(int argc, char** argv) {
         std::printf("%d %d %d\n", auth, acct, answers.calls);
         std::fflush(stdout);
         rc = acct;
+    } else if (mode == "authchange") {
+        int auth = pam_authenticate(pamh, PAM_SILENT);
+        int acct = auth == PAM_SUCCESS ? pam_acct_mgmt(pamh, PAM_SILENT) : -1;
+        rc = acct == PAM_SUCCESS || acct == PAM_NEW_AUTHTOK_REQD ? pam_chauthtok(pamh, PAM_SILENT)
+                                                                 : -1;
+        std::printf("%d %d %d %d\n", auth, acct, rc, answers.calls);
+        std::fflush(stdout);
     } else {
         rc = pam_chauthtok(pamh, PAM_SILENT);
         std::printf("%d\n", rc);

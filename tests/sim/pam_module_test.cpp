@@ -17,17 +17,18 @@
 #include "tests/harness/sim_root.h"
 
 namespace fs = std::filesystem;
+using TeskTest::Json;
 
 namespace {
 
 class SimulatedPam : public ::testing::Test {
 protected:
     void SetUp() override {
-        root_.writeFile("/etc/simhost/users",
-                        "root:secret1:success\n"
-                        "nobody:secret1:denied\n"
-                        "old:secret1:expired\n"
-                        "picky:secret1:twoprompts\n");
+        const std::string hash = TeskTest::PasswordHash("secret1");
+        root_.writeFile("/etc/simhost/users", "root:" + hash + ":success\n" + "nobody:" + hash +
+                                                  ":denied\n" + "old:" + hash + ":expired\n" +
+                                                  "picky:" + hash + ":twoprompts\n" +
+                                                  "open::success\n" + "clear:secret1:success\n");
     }
 
     std::string Pam(const std::string& args) {
@@ -54,17 +55,62 @@ TEST_F(SimulatedPam, EachUserGetsItsOutcome) {
     // Two prompts arrive in one call; answering only the first is not enough
     // to be refused here, the console's conversation refuses such calls.
     EXPECT_EQ(Pam("login picky secret1"), "0 0 1");
+    // No hash: only the empty password opens the account. A clear-text
+    // password in the file is no hash and opens nothing.
+    EXPECT_EQ(Pam("login open ''"), "0 0 1");
+    EXPECT_EQ(Pam("login open x"), std::to_string(PAM_AUTH_ERR) + " -1 1");
+    EXPECT_EQ(Pam("login clear secret1"), std::to_string(PAM_AUTH_ERR) + " -1 1");
 }
 
 TEST_F(SimulatedPam, PasswordChangeChecksOldAndNewAndClearsExpiry) {
-    EXPECT_EQ(Pam("change old wrong newpass1 newpass1"), std::to_string(PAM_AUTHTOK_ERR));
-    EXPECT_EQ(Pam("change old secret1 newpass1 newpass2"), std::to_string(PAM_AUTHTOK_ERR));
-    EXPECT_EQ(Pam("change old secret1 short short"), std::to_string(PAM_AUTHTOK_ERR));
+    const std::string refused = std::to_string(PAM_AUTHTOK_ERR);
+    EXPECT_EQ(Pam("change old wrong newpass1 newpass1"), refused);
+    EXPECT_EQ(Pam("change old secret1 newpass1 newpass2"), refused);
+    // Complexity: seven characters from two classes.
+    EXPECT_EQ(Pam("change old secret1 abc12 abc12"), refused);
+    EXPECT_EQ(Pam("change old secret1 abcdefgh abcdefgh"), refused);
+    EXPECT_EQ(Pam("change old secret1 'äöüßäöü' 'äöüßäöü'"), refused);
     EXPECT_EQ(Pam("login old secret1"), "0 " + std::to_string(PAM_NEW_AUTHTOK_REQD) + " 1");
+    const std::string before = root_.readFile("/etc/simhost/users");
 
     EXPECT_EQ(Pam("change old secret1 newpass1 newpass1"), "0");
     EXPECT_EQ(Pam("login old secret1"), std::to_string(PAM_AUTH_ERR) + " -1 1");
     EXPECT_EQ(Pam("login old newpass1"), "0 0 1");
+    // Only that user's line changed, to a fresh hash that holds no clear text.
+    const std::string after = root_.readFile("/etc/simhost/users");
+    EXPECT_EQ(after.find("newpass1"), std::string::npos);
+    EXPECT_NE(after.find("old:$y$"), std::string::npos) << after;
+    EXPECT_EQ(after.substr(0, after.find("old:")), before.substr(0, before.find("old:")));
+    // A letter and a character beyond ASCII make two classes; the same
+    // password again is allowed.
+    EXPECT_EQ(Pam("change root secret1 'pässwort' 'pässwort'"), "0");
+    EXPECT_EQ(Pam("change root 'pässwort' 'pässwort' 'pässwort'"), "0");
+    EXPECT_EQ(Pam("login root 'pässwort'"), "0 0 1");
+}
+
+TEST_F(SimulatedPam, AfterAuthenticationAChangeAsksOnlyTheNewPasswordTwice) {
+    // Current (to authenticate), new, new again: three calls in all.
+    EXPECT_EQ(Pam("authchange old secret1 Newpass1 Newpass1"),
+              "0 " + std::to_string(PAM_NEW_AUTHTOK_REQD) + " 0 3");
+    EXPECT_EQ(Pam("login old Newpass1"), "0 0 1");
+    EXPECT_EQ(Pam("authchange root secret1 Newpass1 other12"),
+              "0 0 " + std::to_string(PAM_AUTHTOK_ERR) + " 3");
+}
+
+TEST(SimulatedHostInit, UsersKeepHashesNeverClearText) {
+    TeskTest::SimRoot root;
+    const Json users = root.state()["users"];
+    ASSERT_FALSE(users.empty());
+    for (const auto& user : users) {
+        EXPECT_FALSE(user.contains("password")) << user;
+        EXPECT_TRUE(user.value("passwordHash", "").starts_with("$y$")) << user;
+    }
+    const std::string file = root.readFile("/etc/simhost/users");
+    EXPECT_EQ(file.find(Sim::DemoLogin().second), std::string::npos);
+    EXPECT_EQ(root.state().dump().find(Sim::DemoLogin().second), std::string::npos);
+    EXPECT_EQ(std::filesystem::status(root.path("/etc/simhost/users")).permissions() &
+                  (fs::perms::group_all | fs::perms::others_all),
+              fs::perms::none);
 }
 
 }  // namespace

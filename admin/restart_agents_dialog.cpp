@@ -1,0 +1,96 @@
+// The management agents' restart.
+#include "admin/restart_agents_dialog.h"
+
+#include <syslog.h>
+
+#include "admin/live_core.h"
+#include "host/zrkctl_exec.h"
+#include "platform/events.h"
+#include "platform/syslog.h"
+#include "ui/footers.h"
+#include "ui/key_loop.h"
+#include "ui/keys.h"
+#include "ui/string_ids.h"
+#include "ui/strings.h"
+
+namespace Tesk {
+namespace {
+
+constexpr int kWidth = 71;
+// Below the check item in the item area, in line with its text.
+constexpr int kProgressRow = 2;
+constexpr int kTextColumn = 1;
+
+Window& ItemParent(Dialog& d) {
+    return d.itemArea() ? *d.itemArea() : d.lowerBand();
+}
+
+std::string Running(const std::string& done, const char* step) {
+    return done + "{/color}{color:black}" + step + "{/color}";
+}
+
+}  // namespace
+
+RestartAgentsDialog::RestartAgentsDialog(Window* opener)
+    : ProgressDialog(opener, {kWidth, 20, 9}, Str(StrId::RestartManagementAgentsConfirm),
+                     Str(StrId::RestartManagementAgentsWarning), nullptr),
+      items_(&ItemParent(*this), 0, 0, itemArea() ? kWidth - 4 : 0, itemArea() ? 1 : 0) {
+    footer_ = Footer::kF11OkCancel;
+    collect_ = &items_.emplace<CheckItem>(Str(StrId::CollectTroubleshootingInformation), false);
+    if (Window* area = itemArea())
+        progress_ =
+            std::make_unique<TextArea>(area, kTextColumn, kProgressRow, area->width() - kTextColumn,
+                                       area->height() - kProgressRow, ColourBlack);
+}
+
+void RestartAgentsDialog::show(const std::string& text) {
+    if (progress_) progress_->setText(text);
+}
+
+int RestartAgentsDialog::run() {
+    showTexts();
+    show(Str(StrId::RestartManagementAgentsNow));
+    items_.draw();
+    const int confirmed =
+        RunKeyLoop(*this, {.focused = [this](int key) { return items_.selectedKey(key); },
+                           .handler =
+                               [](int key) {
+                                   if (key == KEY_F(11)) return KeyResult::Leave(1);
+                                   if (key == KeyEscape) return KeyResult::Leave(0);
+                                   return KeyResult::Handled();
+                               },
+                           .afterKey = [this] { items_.draw(); }});
+    if (!confirmed) return 0;
+    restart();
+    return 1;
+}
+
+void RestartAgentsDialog::restart() {
+    setFooter("");
+    PostEvent(LOG_INFO, "Restarting host agents", nullptr,
+              "@&!*@*@(nox.user.tesk.restarting.hostagents)Restarting host agents");
+    std::string done = "{color:dark-grey}";
+    if (collect_->checked()) {
+        std::string error;
+        if (StartLiveCoreWorker(&error)) {
+            done += std::string(Str(StrId::CollectingLiveCore)) + " " + Str(StrId::Done) + "\n";
+            show(done);
+        } else {
+            Platform::Log(LOG_ERR, "Failed to create live core generation thread: %s",
+                          error.c_str());
+        }
+    }
+    show(Running(done, Str(StrId::StoppingManagementAgents)));
+    ZrkCtl::Util::ZrkCtl_Exec("/bin/sh /sbin/services.sh stop", false, true, false);
+    done += std::string(Str(StrId::StoppingManagementAgents)) + " " + Str(StrId::Done) + "\n";
+
+    show(Running(done, Str(StrId::StartingManagementAgents)));
+    ZrkCtl::Util::ZrkCtl_Exec("/bin/sh /sbin/services.sh start", false, true, false);
+    done += std::string(Str(StrId::StartingManagementAgents)) + " " + Str(StrId::Done) + "{/color}";
+
+    show(done);
+    setFooter(Footer::kOk);
+    WaitForEnter(*this);
+}
+
+}  // namespace Tesk

@@ -1,0 +1,39 @@
+// The troubleshooting options: switching the local shell and SSH, their
+// timeouts, the console's idle timeout and the management agents' restart.
+// The services' states are read once, when the window is made.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "ui/pane_window.h"
+
+namespace Tesk {
+
+// The console's own idle timeout, in seconds: how to read it and how to make
+// a new value take effect at once.
+struct IdleTimeoutAccess {
+    std::function<int()> current;
+    std::function<void(int)> rearm;
+};
+
+class TroubleShootingWindow : public PaneWindow {
+public:
+    // user: the logged-in user the management tool runs as.
+    TroubleShootingWindow(Window* opener, std::string user, IdleTimeoutAccess idle);
+
+protected:
+    PaneText describe(int row) override;
+    void enter(int row) override;
+
+private:
+    enum Row { kShell, kSsh, kShellTimeouts, kTeskTimeout, kAgents };
+    void showSwitches();
+
+    std::string user_;
+    IdleTimeoutAccess idle_;
+    bool shellEnabled_;
+    bool sshEnabled_;
+};
+
+}  // namespace Tesk

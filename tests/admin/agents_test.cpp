@@ -1,0 +1,134 @@
+// Restarting the management agents: <F11> to confirm, the services stopped
+// and started whatever they answer, the optional live-core worker with its
+// alert, and a console that ends while the worker still runs.
+#include <algorithm>
+
+#include "tests/admin/admin_support.h"
+
+using namespace AdminTest;
+
+namespace {
+
+constexpr std::string_view kConfirm = "Restart Management Agents: Confirm";
+
+bool OpenAgentsDialog(ConsoleSession& console) {
+    if (!LogIn(console)) return false;
+    if (!SelectMenuEntry(console, "Troubleshooting Options")) return false;
+    console.key(Key::Enter);
+    if (!WaitSettled(console, "<Esc> Exit")) return false;
+    for (int i = 0; i < 4; ++i)
+        if (!MenuDown(console)) return false;
+    console.key(Key::Enter);
+    return WaitSettled(console, kConfirm);
+}
+
+bool HasAlert(const SimRoot& root, const std::string& text) {
+    auto alerts = root.stateValue("/systemInfo/alerts");
+    return alerts && std::find(alerts->begin(), alerts->end(), text) != alerts->end();
+}
+
+TEST(Agents, F11RestartsTheServicesWithoutAWorkerUnlessAsked) {
+    SimRoot root;
+    ConsoleSession console(root, LocalConsole());
+    ASSERT_TRUE(OpenAgentsDialog(console));
+    EXPECT_TRUE(console.find("Restart management agents now?"));
+    EXPECT_TRUE(console.find("[ ] Collect extra troubleshooting information"));
+    console.key(Key::Enter);
+    EXPECT_TRUE(console.waitForQuiet());
+    EXPECT_EQ(StateText(root, "/hostAgent/stops"), "");
+
+    console.key(FKey(11));
+    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    EXPECT_TRUE(console.find("Stopping management agents. Done."));
+    EXPECT_FALSE(console.find("Collecting host agent live core"));
+    EXPECT_EQ(StateText(root, "/hostAgent/stops"), "1");
+    EXPECT_EQ(StateText(root, "/hostAgent/starts"), "1");
+    EXPECT_EQ(StateText(root, "/hostAgent/running"), "true");
+    EXPECT_FALSE(root.logLinesWith("Restarting host agents").empty());
+    EXPECT_FALSE(
+        root.logLinesWith("nox.user.tesk.restarting.hostagents", "/var/log/noxd.log").empty());
+    EXPECT_TRUE(root.logLinesWith("Executing zrkbacktrace").empty());
+
+    // Only <Enter> closes the last screen.
+    console.key(Key::Esc);
+    std::this_thread::sleep_for(TeskTest::Scaled(std::chrono::milliseconds(300)));
+    EXPECT_TRUE(console.find("Starting management agents. Done."));
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    EXPECT_TRUE(WaitSettled(console, "Troubleshooting Mode Options"));
+}
+
+TEST(Agents, FinishedStepsAreGreyAndTheRunningStepIsNot) {
+    SimRoot root;
+    // The start never ends: the screen stays on the running step.
+    root.setFault("services.sh:start", {{"hang", true}});
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(OpenAgentsDialog(console));
+    console.key(FKey(11));
+    ASSERT_TRUE(WaitSettled(console, "Starting management agents."));
+    auto finished = console.find("Stopping management agents. Done.");
+    auto running = console.find("Starting management agents.");
+    ASSERT_TRUE(finished && running);
+    EXPECT_FALSE(console.find("Starting management agents. Done."));
+    EXPECT_NE(console.cell(finished->col, finished->row).fg,
+              console.cell(running->col, running->row).fg);
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+}
+
+TEST(Agents, FailingStopStillSaysDoneAndTheWorkerRaisesItsAlert) {
+    SimRoot root;
+    // The stop fails (the agents keep running, so the live core can be taken).
+    root.setFault("services.sh:stop", {{"exitStatus", 1}});
+    ConsoleSession console(root, LocalConsole());
+    ASSERT_TRUE(OpenAgentsDialog(console));
+    console.type(" ");
+    ASSERT_TRUE(console.waitForText("[X] Collect extra troubleshooting information"));
+    console.key(FKey(11));
+    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    EXPECT_TRUE(console.find("Collecting host agent live core information. Done."));
+    EXPECT_TRUE(console.find("Stopping management agents. Done."));
+    ASSERT_TRUE(console.waitFor([&] { return HasAlert(root, "Hagentd core dump completed"); },
+                                "the live core alert"));
+    EXPECT_FALSE(root.logLinesWith("Executing zrkbacktrace -c against hagentd").empty());
+    EXPECT_EQ(root.stateValue("/backtraces")->size(), 1u);
+}
+
+TEST(Agents, WorkerThatFailsLogsItAndRaisesNoAlert) {
+    SimRoot root;
+    root.setFault("zrkbacktrace", {{"exitStatus", 1}});
+    ConsoleSession console(root, LocalConsole());
+    ASSERT_TRUE(OpenAgentsDialog(console));
+    console.type(" ");
+    ASSERT_TRUE(console.waitForText("[X]"));
+    console.key(FKey(11));
+    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    ASSERT_TRUE(root.waitForLogLine("zrkbacktrace failed, probably hagentd was down"));
+    EXPECT_FALSE(HasAlert(root, "Hagentd core dump completed"));
+}
+
+// The worker outlives its dialog; the console ends at once all the same.
+TEST(Agents, ConsoleEndsWhileTheWorkerStillRuns) {
+    SimRoot root;
+    root.setFault("zrkbacktrace", {{"hang", true}});
+    ConsoleSession console(root, LocalConsole());
+    ASSERT_TRUE(OpenAgentsDialog(console));
+    console.type(" ");
+    ASSERT_TRUE(console.waitForText("[X]"));
+    console.key(FKey(11));
+    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    ASSERT_TRUE(root.waitForLogLine("Executing zrkbacktrace -c against hagentd"));
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(400)));
+    // Still usable while the worker waits for its command.
+    console.key(Key::Up);
+    ASSERT_TRUE(console.waitFor(
+        [&] { return MenuHeading(console).rfind("Modify TESK idle timeout", 0) == 0; },
+        "the row above selected"));
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+    EXPECT_FALSE(root.logLinesWith("zrkbacktrace failed").empty());
+}
+
+}  // namespace

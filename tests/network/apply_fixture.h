@@ -1,0 +1,165 @@
+// Applying the management network in this process: a simulated host root,
+// the pending configuration read from it the way the management network
+// window reads it, and a key reader that answers the procedure's dialogs and
+// notes what each one showed.
+#pragma once
+
+#include <curses.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "hostctl/backend.h"
+#include "hostctl/network_types.h"
+#include "network/apply_changes.h"
+#include "tests/hostctl/fixture.h"
+#include "tests/ui/screen.h"
+#include "ui/keys.h"
+
+namespace TeskTest {
+
+namespace HN = HostCtl::Network;
+
+class ApplyTest : public HostRootTest {
+protected:
+    void SetUp() override {
+        HostRootTest::SetUp();
+        OpenCursesScreen();
+        Tesk::SetCurrentWindow(nullptr);
+        Tesk::SetKeySession(&keySession_);
+        Tesk::ResetHooks();
+        erase();
+        refresh();
+    }
+    void TearDown() override {
+        Tesk::ResetHooks();
+        Tesk::SetKeySession(nullptr);
+        HostRootTest::TearDown();
+    }
+
+    // The pending configuration as the window seeds it from the host.
+    Tesk::PendingNetworkConfig Seed() {
+        auto& backend = HostCtl::TheBackend();
+        Tesk::PendingNetworkConfig p;
+        auto info = backend.GetNetworkInfo();
+        info->UpdateManagementInterface();
+        p.nic = info->GetManagementInterface();
+        EXPECT_TRUE(p.nic);
+        p.ipv6Pending = p.ipv6Host = info->IsZrkIpv6Enabled();
+        p.nic->Refresh();
+        p.mode = p.nic->GetConfiguredIpConfig();
+        p.address = p.nic->GetIpConfig();
+        auto connection = p.nic->GetPortConnection();
+        p.onDistributedSwitch = connection.GetType() == HN::ConnectionType::QdsPort;
+        if (!p.onDistributedSwitch) {
+            auto group = connection.GetPortGroup();
+            p.adapters = group.GetTeamingPolicy().GetActiveUplinks();
+            p.activeUplinks = group.GetTeamingPolicy().GetMaxActiveUplinks();
+            p.vlanId = group.GetVlanId();
+        }
+        auto routing = backend.GetRoutingInfo("defaultNetStack");
+        p.address.SetIpv4Gateway(routing->GetZerkelDefaultGateway());
+        p.address.SetIpv6Gateway(routing->GetIpv6ZerkelDefaultGateway());
+        auto dns = backend.GetDnsConfig("defaultNetStack");
+        dns->Refresh();
+        p.hostname = dns->GetHostname();
+        p.suffixes = dns->GetSearchDomains();
+        for (const auto& s : p.suffixes) p.suffixText += (p.suffixText.empty() ? "" : ", ") + s;
+        // Enough of the window's choice of servers for the profiles used here.
+        auto v4 = dns->GetNameServers();
+        auto v6 = dns->GetIpv6NameServers(false);
+        if (!v4.empty()) p.primaryDns = v4[0].Clone();
+        if (!v6.empty()) p.alternateDns = v6[0].Clone();
+        return p;
+    }
+
+    // Adapters, VLAN, static address, both gateways, names: every group.
+    Tesk::PendingNetworkConfig FullChange() {
+        auto p = Seed();
+        p.adapters = {"pnic2", "pnic0"};
+        p.vlanId = 30;
+        p.address.SetIpv4Address(HN::Ipv4Address("192.168.10.50"));
+        p.address.SetIpv4Gateway(HN::Ipv4Address("192.168.10.254"));
+        p.address.SetIpv6Gateway(HN::Ipv6Address("2001:db8:10::fe"));
+        p.ipv6GatewayChanged = true;
+        p.hostname = "tesk-host05";
+        p.primaryDns = std::make_unique<HN::Ipv4Address>("192.168.10.9");
+        p.alternateDns.reset();
+        p.suffixText = "a.example b.example";
+        return p;
+    }
+
+    // Runs the procedure; each dialog it waits on gets the next key (<Enter>
+    // unless told), and the screen it waited on is kept in screens_. Running
+    // out of keys fails the test.
+    void Apply(Tesk::PendingNetworkConfig& p, std::deque<int> keys = {}) {
+        logBefore_ = root().logLines().size();
+        screens_.clear();
+        summaryRebuilt_ = 0;
+        FakeInput clock({});
+        Tesk::Hooks().wait = [&](const timeval*) -> int {
+            screens_.push_back(ScreenText());
+            if (onWait) onWait();
+            if (keys.empty()) throw std::runtime_error("a dialog too many: " + screens_.back());
+            int key = keys.front();
+            keys.pop_front();
+            return key;
+        };
+        Tesk::ApplyNetworkChanges(nullptr, p, [this] { ++summaryRebuilt_; });
+        EXPECT_TRUE(keys.empty()) << keys.size() << " dialog(s) fewer than expected";
+    }
+
+    // The syslog lines the last Apply wrote.
+    std::vector<std::string> Written() {
+        auto lines = root().logLines();
+        return {lines.begin() + static_cast<long>(std::min(logBefore_, lines.size())), lines.end()};
+    }
+    // The position of the first line written by the last Apply that contains
+    // text; -1 when none does.
+    int LineOf(const std::string& text) {
+        auto lines = Written();
+        for (size_t i = 0; i < lines.size(); ++i)
+            if (lines[i].find(text) != std::string::npos) return static_cast<int>(i);
+        return -1;
+    }
+    bool Logged(const std::string& text) { return LineOf(text) >= 0; }
+
+    Json Net() { return root().state()["network"]; }
+    Json Nic(const std::string& name = "zrk0") {
+        const Json net = Net();
+        for (const auto& n : net["zrkNics"])
+            if (n["name"] == name) return n;
+        return {};
+    }
+    Json PortGroup(const std::string& name) {
+        const Json net = Net();
+        for (const auto& s : net["standardSwitches"])
+            for (const auto& g : s["portGroups"])
+                if (g["name"] == name) return g;
+        return {};
+    }
+
+    static std::string ScreenText() {
+        std::string text;
+        for (int row = 0; row < getmaxy(curscr); ++row) {
+            for (int col = 0; col < getmaxx(curscr); ++col)
+                text.push_back(static_cast<char>(mvwinch(curscr, row, col) & A_CHARTEXT));
+            text.push_back('\n');
+        }
+        return text;
+    }
+
+    std::vector<std::string> screens_;
+    std::function<void()> onWait;
+    int summaryRebuilt_ = 0;
+
+private:
+    TestKeySession keySession_;
+    size_t logBefore_ = 0;
+};
+
+}  // namespace TeskTest

@@ -1,0 +1,330 @@
+// Applying the management network: what each kind of change writes to the
+// host, in which order, and what it leaves alone.
+#include "tests/network/apply_fixture.h"
+#include "ui/keys.h"
+
+namespace TeskTest {
+namespace {
+
+using HN::Ipv4Address;
+using HN::Ipv6Address;
+
+int Refreshes(Json state) {
+    return state["hostAgent"].is_object() ? state["hostAgent"].value("refreshes", 0) : 0;
+}
+
+// The question's answers, and its wording when the host has to restart.
+TEST_F(ApplyTest, ConfirmationAnswers) {
+    auto ask = [this](bool reboot, std::deque<int> keys) {
+        FakeInput input(std::move(keys));
+        std::string screen;
+        auto wait = Tesk::Hooks().wait;
+        Tesk::Hooks().wait = [&](const timeval* t) {
+            screen = ScreenText();
+            return wait(t);
+        };
+        auto answer = Tesk::AskToApplyNetworkChanges(nullptr, reboot);
+        EXPECT_EQ(input.left(), 0u);
+        return std::make_pair(answer, screen);
+    };
+    using Tesk::ApplyAnswer;
+    EXPECT_EQ(ask(false, {'x', Tesk::KeyEnter, 'y'}).first, ApplyAnswer::Yes);
+    EXPECT_EQ(ask(false, {'n'}).first, ApplyAnswer::No);
+    EXPECT_EQ(ask(false, {Tesk::KeyEscape}).first, ApplyAnswer::Cancel);
+
+    const auto [answer, network] = ask(false, {Tesk::KeyEscape});
+    EXPECT_NE(network.find("Configure Management Network: Confirm"), std::string::npos);
+    EXPECT_NE(network.find("Apply changes and restart management network?"), std::string::npos);
+    EXPECT_NE(network.find("<Y> Yes  <N> No"), std::string::npos) << network;
+    const auto reboot = ask(true, {Tesk::KeyEscape}).second;
+    EXPECT_NE(reboot.find("Apply changes and reboot host?"), std::string::npos) << reboot;
+}
+
+TEST_F(ApplyTest, HostnameOnlyWritesNamesSuffixesAndSavesButNoAddresses) {
+    auto p = Seed();
+    const Json nicBefore = Nic();
+    const Json routingBefore = Net()["routing"];
+    const int refreshesBefore = Refreshes(root().state());
+    p.hostname = "tesk-host02";
+    Apply(p);
+
+    EXPECT_FALSE(Logged("Setting ipv4 configuration"));
+    EXPECT_FALSE(Logged("Setting default gateway"));
+    EXPECT_FALSE(Logged("Setting default ipv6 gateway"));
+    EXPECT_FALSE(Logged("Changed vlan"));
+    EXPECT_EQ(summaryRebuilt_, 0);
+    EXPECT_EQ(Nic()["config"], nicBefore["config"]);
+    EXPECT_EQ(Net()["routing"], routingBefore);
+
+    // Adapters first; then host name, name servers and suffixes in this order.
+    const int adapters = LineOf("Setting adapters to pnic0 pnic1");
+    const int hostname = LineOf("Setting hostname to tesk-host02");
+    const int servers = LineOf("Setting nameservers to 192.168.10.2 2001:db8:10::53");
+    const int suffixes = LineOf("Setting suffixes to lab.example");
+    EXPECT_GE(adapters, 0);
+    EXPECT_GT(hostname, adapters);
+    EXPECT_GT(servers, hostname);
+    EXPECT_GT(suffixes, servers);
+
+    const Json dns = Net()["dns"];
+    EXPECT_EQ(dns["hostname"], "tesk-host02");
+    EXPECT_EQ(dns["saved"]["hostname"], "tesk-host02");
+    EXPECT_EQ(dns["nameServers"], Json({"192.168.10.2"}));
+    EXPECT_EQ(dns["ipv6NameServers"], Json({"2001:db8:10::53"}));
+    EXPECT_EQ(dns["searchDomains"], Json({"lab.example"}));
+    EXPECT_EQ(Refreshes(root().state()), refreshesBefore + 1);
+}
+
+TEST_F(ApplyTest, EveryStepLogsBeforeItActsInTheFixedOrder) {
+    auto p = FullChange();
+    Apply(p);
+    const std::vector<std::string> order = {
+        "Setting adapters to pnic2 pnic0",
+        "Setting ipv4 configuration to 192.168.10.50 255.255.255.0 on zrk0",
+        "Setting ipv6 configuration",
+        "Setting default gateway to 192.168.10.254",
+        "Setting default ipv6 gateway to 2001:db8:10::fe",
+        "Changed vlan, restarting management interface",
+        "Setting hostname to tesk-host05",
+        "Setting nameservers to 192.168.10.9 ",
+        "Setting suffixes to a.example b.example",
+        "rux-cmd internalsvc/refresh",
+    };
+    int previous = -1;
+    for (const auto& line : order) {
+        const int at = LineOf(line);
+        EXPECT_GT(at, previous) << line << "\n" << root().logTail("/var/log/syslog.log", 30);
+        previous = at;
+    }
+    EXPECT_FALSE(Logged("failed"));
+}
+
+TEST_F(ApplyTest, NamesAndSuffixes) {
+    auto p = Seed();
+    // A dotted name is a fully qualified one: the domain follows it, and the
+    // search list starts with the new domain.
+    p.hostname = "esx7.corp.example";
+    p.suffixText = " a.example, b.example  c.example,";
+    p.primaryDns = std::make_unique<Ipv4Address>("0.0.0.0");
+    p.alternateDns = std::make_unique<Ipv6Address>("2001:db8:10::54");
+    Apply(p);
+
+    const Json dns = Net()["dns"];
+    EXPECT_EQ(dns["hostname"], "esx7");
+    EXPECT_EQ(dns["domain"], "corp.example");
+    EXPECT_EQ(dns["searchDomains"], Json({"corp.example", "a.example", "b.example", "c.example"}));
+    // 0.0.0.0 is no server; the other one is the only one left.
+    EXPECT_EQ(dns["nameServers"], Json::array());
+    EXPECT_EQ(dns["ipv6NameServers"], Json({"2001:db8:10::54"}));
+    EXPECT_TRUE(Logged("Setting nameservers to 0.0.0.0 2001:db8:10::54"));
+    EXPECT_EQ(dns["saved"]["searchDomains"], dns["searchDomains"]);
+    EXPECT_EQ(dns["saved"]["domain"], "corp.example");
+
+    // "::" is no server either, and no server at all empties both lists.
+    auto q = Seed();
+    q.primaryDns = std::make_unique<Ipv6Address>("::");
+    q.alternateDns.reset();
+    q.suffixText = "";
+    Apply(q);
+    EXPECT_EQ(Net()["dns"]["ipv6NameServers"], Json::array());
+    EXPECT_EQ(Net()["dns"]["searchDomains"], Json({"corp.example"}));
+    EXPECT_TRUE(Logged("Setting nameservers to :: "));
+}
+
+TEST_F(ApplyTest, DnsByDhcpWritesNoNamesButSuffixes) {
+    auto p = Seed();
+    p.mode.SetUseDhcp(true);
+    p.mode.SetDhcpDns(true);
+    p.hostname = "ignored";
+    p.suffixText = "x.example";
+    Apply(p);
+
+    EXPECT_FALSE(Logged("Setting hostname"));
+    EXPECT_FALSE(Logged("Setting nameservers"));
+    EXPECT_TRUE(Logged("Setting suffixes to x.example"));
+    // Static to DHCP: the lease is taken and with it the name servers.
+    EXPECT_TRUE(Logged("Switching to DHCP on zrk0"));
+    const Json nic = Nic();
+    EXPECT_TRUE(nic["config"]["dhcp"]);
+    EXPECT_TRUE(nic["config"]["dhcpDns"]);
+    EXPECT_EQ(nic["current"]["ipv4Address"], "192.168.10.150");
+    EXPECT_EQ(nic.value("leaseRenewals", 0), 1);
+    const Json dns = Net()["dns"];
+    EXPECT_NE(dns["hostname"], "ignored");
+    EXPECT_EQ(dns["nameServers"], Json({"192.168.10.2"}));
+    EXPECT_EQ(dns["searchDomains"], Json({"lab.example", "x.example"}));
+    // A DHCP interface has no static gateway to set.
+    EXPECT_FALSE(Logged("Setting default gateway"));
+}
+
+TEST_F(ApplyTest, DnsByDhcpNeedsAnAddressFromDhcp) {
+    // Static IPv4 and no DHCPv6: the names are the console's to set.
+    auto p = Seed();
+    p.mode.SetDhcpDns(true);
+    p.hostname = "tesk-host09";
+    Apply(p);
+    EXPECT_FALSE(Nic()["config"]["dhcpDns"]);
+    EXPECT_TRUE(Logged("Setting hostname to tesk-host09"));
+    EXPECT_EQ(Net()["dns"]["hostname"], "tesk-host09");
+}
+
+TEST_F(ApplyTest, StaticAddressGatewayAndStateOnDisk) {
+    auto p = Seed();
+    p.address.SetIpv4Address(Ipv4Address("192.168.10.50"));
+    p.address.SetIpv4Netmask(Ipv4Address("255.255.0.0"));
+    p.address.SetIpv4Gateway(Ipv4Address("192.168.10.254"));
+    Apply(p);
+
+    const int address = LineOf("Setting ipv4 configuration to 192.168.10.50 255.255.0.0 on zrk0");
+    const int gateway = LineOf("Setting default gateway to 192.168.10.254");
+    EXPECT_GE(address, 0);
+    EXPECT_GT(gateway, address);
+    EXPECT_EQ(summaryRebuilt_, 1);
+    const Json nic = Nic();
+    EXPECT_EQ(nic["config"]["ipv4Address"], "192.168.10.50");
+    EXPECT_EQ(nic["config"]["ipv4Netmask"], "255.255.0.0");
+    EXPECT_FALSE(nic["config"]["dhcp"]);
+    EXPECT_EQ(nic["current"]["ipv4Address"], "192.168.10.50");
+    // The static IPv6 address is kept.
+    EXPECT_EQ(nic["config"]["ipv6Addresses"][0]["address"], "2001:db8:10::21");
+    EXPECT_EQ(Net()["routing"]["ipv4Gateway"], "192.168.10.254");
+
+    // The gateway alone is written when it alone changed.
+    auto q = Seed();
+    q.address.SetIpv4Gateway(Ipv4Address("192.168.10.1"));
+    Apply(q);
+    EXPECT_FALSE(Logged("Setting ipv4 configuration"));
+    EXPECT_TRUE(Logged("Setting default gateway to 192.168.10.1"));
+    EXPECT_EQ(Net()["routing"]["ipv4Gateway"], "192.168.10.1");
+}
+
+TEST_F(ApplyTest, Ipv4SwitchedOffOnceOnly) {
+    auto p = Seed();
+    p.address.SetUseDhcp(false, true);
+    Apply(p);
+    EXPECT_TRUE(Logged("Setting ipv4 configuration to none on zrk0"));
+    EXPECT_TRUE(Nic()["config"]["ipv4None"]);
+    EXPECT_EQ(Nic()["current"]["ipv4Address"], "0.0.0.0");
+    EXPECT_FALSE(Logged("Setting default gateway"));
+
+    auto q = Seed();
+    EXPECT_TRUE(q.address.GetIpv4UseNone());
+    Apply(q);
+    EXPECT_FALSE(Logged("Setting ipv4 configuration"));
+    EXPECT_TRUE(Nic()["config"]["ipv4None"]);
+}
+
+TEST_F(ApplyTest, AdaptersAreMovedAndTheMacFollowsTheFirst) {
+    auto p = Seed();
+    // pnic2 belongs to the storage switch; pnic1 leaves.
+    p.adapters = {"pnic2", "pnic0"};
+    Apply(p);
+
+    EXPECT_TRUE(Logged("Setting adapters to pnic2 pnic0"));
+    EXPECT_TRUE(Logged("Moving adapter pnic2 from zSwitch1 to zSwitch0"));
+    const Json net = Net();
+    EXPECT_EQ(net["standardSwitches"][0]["teamingPolicy"]["activeUplinks"],
+              Json({"pnic0", "pnic2"}));
+    EXPECT_EQ(net["standardSwitches"][0]["uplinks"], Json({"pnic0", "pnic2"}));
+    EXPECT_EQ(net["standardSwitches"][1]["uplinks"], Json::array());
+    std::string pnic2Mac;
+    for (const auto& pnic : net["pnics"])
+        if (pnic["name"] == "pnic2") pnic2Mac = pnic["mac"];
+    EXPECT_EQ(Nic()["mac"], pnic2Mac);
+
+    // Same list again: nothing moves and the MAC stays.
+    auto q = Seed();
+    const Json before = Net()["standardSwitches"];
+    Apply(q);
+    EXPECT_EQ(Net()["standardSwitches"], before);
+    EXPECT_FALSE(Logged("Moving adapter"));
+}
+
+TEST_F(ApplyTest, VlanChangeRestartsTheInterfaceBeforeTheNames) {
+    auto p = Seed();
+    p.vlanId = 30;
+    p.hostname = "tesk-host03";
+    Apply(p);
+
+    EXPECT_EQ(PortGroup("Management Network")["vlanId"], 30);
+    const int restart = LineOf("Changed vlan, restarting management interface");
+    EXPECT_GE(restart, 0);
+    EXPECT_GT(LineOf("Setting hostname to tesk-host03"), restart);
+    EXPECT_TRUE(Nic()["up"]);
+    EXPECT_TRUE(Nic()["enabled"]);
+
+    // The same VLAN again is no change.
+    auto q = Seed();
+    Apply(q);
+    EXPECT_FALSE(Logged("Changed vlan"));
+}
+
+TEST_F(ApplyTest, DistributedSwitchSkipsAdaptersAndVlan) {
+    UseProfile("qds");
+    auto p = Seed();
+    // Any switch query would fail and say so.
+    root().setFault("portGroup.getVlanId", {{"exception", "no"}});
+    root().setFault("zrkNic.getPortConnection", {{"exception", "no"}});
+    p.hostname = "qds-host";
+    const Json switches = Net()["standardSwitches"];
+    Apply(p);
+    EXPECT_FALSE(Logged("Setting adapters to"));
+    EXPECT_FALSE(Logged("failed"));
+    EXPECT_EQ(Net()["standardSwitches"], switches);
+    EXPECT_EQ(Net()["dns"]["hostname"], "qds-host");
+}
+
+// Switching IPv6 ends with the host's restart: the notice waits for <Enter>
+// once everything is written and saved, then the restart screen keeps the
+// screen for good (here the keys run out, which ends the run).
+TEST_F(ApplyTest, SwitchingIpv6RestartsTheHostLast) {
+    root().editState([](Json& s) {
+        s["network"]["ipv6Enabled"] = false;
+        s["network"]["ipv6EnabledAfterReboot"] = false;
+    });
+    auto p = Seed();
+    ASSERT_FALSE(p.ipv6Host);
+    p.ipv6Pending = true;
+    p.mode.SetUseIpv6RouterAdvertised(true);
+    p.hostname = "tesk-host04";
+    Json atNotice;
+    onWait = [&] {
+        if (atNotice.is_null()) atNotice = root().state();
+    };
+    EXPECT_THROW(Apply(p, {'x', Tesk::KeyEscape, Tesk::KeyEnter}), std::runtime_error);
+
+    // Other keys and <Esc> do nothing; <Enter> leads to the restart screen.
+    ASSERT_EQ(screens_.size(), 4u);
+    EXPECT_NE(screens_[0].find("Enable IPv6: Restart Required"), std::string::npos);
+    EXPECT_NE(screens_[0].find("This host must be restarted before IPv6 will be enabled."),
+              std::string::npos);
+    EXPECT_NE(screens_[3].find("Restart in progress..."), std::string::npos) << screens_[3];
+    const Json& net = atNotice["network"];
+    EXPECT_TRUE(net["ipv6EnabledAfterReboot"]);
+    EXPECT_TRUE(net["zrkNics"][0]["config"]["ipv6Enabled"]);
+    EXPECT_TRUE(net["zrkNics"][0]["config"]["routerAdvertised"]);
+    EXPECT_EQ(net["dns"]["saved"]["hostname"], "tesk-host04");
+    EXPECT_EQ(root().state()["power"]["lastCommand"], "reboot");
+    const Json reboots = root().state()["power"]["reboots"];
+
+    // Switching it off says so in other words.
+    root().editState([](Json& s) { s["network"]["ipv6Enabled"] = true; });
+    auto q = Seed();
+    q.ipv6Pending = false;
+    EXPECT_THROW(Apply(q, {Tesk::KeyEnter}), std::runtime_error);
+    EXPECT_NE(screens_[0].find("Disable IPv6: Restart Required"), std::string::npos);
+    EXPECT_FALSE(Net()["ipv6EnabledAfterReboot"]);
+    EXPECT_EQ(root().state()["power"]["reboots"], reboots.get<int>() + 1);
+
+    // A switch the host refused needs no restart: only the error is shown.
+    root().setFault("network.setZrkIpv6Enabled", {{"exception", "locked"}});
+    auto r = Seed();
+    r.ipv6Pending = false;
+    Apply(r, {Tesk::KeyEnter});
+    ASSERT_EQ(screens_.size(), 1u);
+    EXPECT_NE(screens_[0].find("Setting ipv6 configuration failed: locked"), std::string::npos);
+    EXPECT_EQ(root().state()["power"]["reboots"], reboots.get<int>() + 1);
+}
+
+}  // namespace
+}  // namespace TeskTest
