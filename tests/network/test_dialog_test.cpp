@@ -74,7 +74,7 @@ TEST(TestNetwork, DefaultHostTestsGreenOutOfTheBox) {
                                                                    << m.console.dump();
     }
     EXPECT_FALSE(m.console.find("Failed."));
-    EXPECT_TRUE(m.console.find("<Enter> OK"));
+    EXPECT_TRUE(m.console.waitForText("<Enter> OK"));
     EXPECT_TRUE(m.root.hasLogLine("Command \"zrkping -c 3 192.168.10.1\" succeeded"));
     // Only <Enter> closes the result.
     m.console.key(Key::Esc);
