@@ -11,6 +11,7 @@
 #include "hostctl/adv.h"
 #include "hostctl/hardware.h"
 #include "hostctl/network.h"
+#include "hostctl/resolver.h"
 #include "hostctl/smartcard.h"
 #include "hostctl/system.h"
 
@@ -43,6 +44,8 @@ public:
     virtual std::unique_ptr<Network::DnsConfig> GetDnsConfig(const std::string& netStack) const = 0;
     // A hosts file by its host path ("/etc/hosts").
     virtual std::unique_ptr<Network::HostsFile> GetHostsFile(const std::string& hostPath) const = 0;
+    // Name resolution through the DNS settings of a network stack.
+    virtual std::unique_ptr<Network::Resolver> GetResolver(const std::string& netStack) const = 0;
 
     // Hardware.
     virtual std::unique_ptr<Hardware::HardwareInfo> GetHardwareInfo() const = 0;

@@ -5,6 +5,7 @@
 #include "simhost/hardware.h"
 #include "simhost/network.h"
 #include "simhost/platform_nodes.h"
+#include "simhost/resolver.h"
 #include "simhost/system.h"
 
 namespace ZrkCtl {
@@ -46,6 +47,9 @@ public:
     }
     std::unique_ptr<HN::HostsFile> GetHostsFile(const std::string& hostPath) const override {
         return std::make_unique<Network::HostsFileImpl>(hostPath);
+    }
+    std::unique_ptr<HN::Resolver> GetResolver(const std::string& netStack) const override {
+        return Network::MakeResolver(netStack);
     }
 
     std::unique_ptr<HostCtl::Hardware::HardwareInfo> GetHardwareInfo() const override {

@@ -1,6 +1,7 @@
 #include "ui/key_loop.h"
 
 #include "ui/keyreader.h"
+#include "ui/keys.h"
 
 namespace Tesk {
 
@@ -13,8 +14,22 @@ KeyResult DispatchKey(const KeyLoop& loop, int key) {
 }
 
 int RunKeyLoop(Window& w, const KeyLoop& loop) {
+    const bool polling = loop.pollMs > 0 && loop.onPoll;
+    timeval lastKey = Hooks().now();
+    bool dimmed = false;
     for (;;) {
-        const KeyResult answer = DispatchKey(loop, ReadKey(&w, loop.allowIdleTimeout));
+        KeyResult answer = KeyResult::Ignored();
+        if (polling) {
+            const int key = ReadKeyPolling(&w, loop.allowIdleTimeout, loop.pollMs, lastKey, dimmed);
+            if (key == EventTimeout) {
+                answer = loop.onPoll();
+            } else {
+                lastKey = Hooks().now();
+                answer = DispatchKey(loop, key);
+            }
+        } else {
+            answer = DispatchKey(loop, ReadKey(&w, loop.allowIdleTimeout));
+        }
         if (answer.leaves()) return answer.result();
         if (answer.kind() == KeyResult::Kind::Redraw && loop.afterKey) loop.afterKey();
     }

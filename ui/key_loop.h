@@ -25,6 +25,10 @@ struct KeyLoop {
     // Run after every key answered Redraw: draw the list again, describe the
     // selected entry, ...
     std::function<void()> afterKey = nullptr;
+    // With pollMs > 0, onPoll is asked whenever pollMs milliseconds pass
+    // without a key; its answer counts like a handler's (Leave ends the loop).
+    int pollMs = 0;
+    std::function<KeyResult()> onPoll = nullptr;
 };
 
 // One key through the handlers: the first answer that is not Ignored, or

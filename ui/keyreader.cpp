@@ -165,13 +165,24 @@ void ResetHooks() {
 }
 
 int ReadKey(Window* w, bool allowIdleTimeout) {
+    bool dimmed = false;
+    return ReadKeyPolling(w, allowIdleTimeout, 0, Hooks().now(), dimmed);
+}
+
+int ReadKeyPolling(Window* w, bool allowIdleTimeout, int pollMs, const timeval& start,
+                   bool& dimmed) {
     const int timeout = g_session ? g_session->idleTimeout() : 0;
     const bool idleActive = allowIdleTimeout && timeout != 0;
-    const timeval start = Hooks().now();
+    std::optional<timeval> pollAt;
+    if (pollMs > 0) {
+        const timeval now = Hooks().now();
+        const long usec = now.tv_usec + (pollMs % 1000) * 1000L;
+        pollAt = timeval{now.tv_sec + pollMs / 1000 + usec / 1000000,
+                         static_cast<suseconds_t>(usec % 1000000)};
+    }
     const timeval dimAt{start.tv_sec + kDimDelaySeconds, start.tv_usec};
     const long idle = timeout < 60 ? 60 : timeout;
     const timeval expiry{start.tv_sec + idle, start.tv_usec};
-    bool dimmed = false;
 
     for (;;) {
         const timeval now = Hooks().now();
@@ -191,6 +202,10 @@ int ReadKey(Window* w, bool allowIdleTimeout) {
                 dimmed = true;
             }
             if (idleActive) limit = Remaining(expiry, now);
+        }
+        if (pollAt) {
+            if (!Later(*pollAt, now)) return EventTimeout;
+            if (!limit || Later(*limit, Remaining(*pollAt, now))) limit = Remaining(*pollAt, now);
         }
         ShowTerminalCursor();
         int result = Hooks().wait(limit ? &*limit : nullptr);
@@ -220,6 +235,7 @@ int ReadKey(Window* w, bool allowIdleTimeout) {
                 w->setActive(true);
                 w->redraw();
             }
+            dimmed = false;
         }
         return result;
     }

@@ -60,6 +60,14 @@ int WaitForInput(const timeval* limit);
 // events.
 int ReadKey(Window* w, bool allowIdleTimeout);
 
+// ReadKey that also returns EventTimeout when no key came within pollMs
+// milliseconds (0: never), so the caller can look at something between keys.
+// Dimming and the idle timeout count from `since` (the last key), not from
+// each poll; `dimmed` carries whether w is dimmed from one poll to the next
+// (start with false; a key wakes w and clears it).
+int ReadKeyPolling(Window* w, bool allowIdleTimeout, int pollMs, const timeval& since,
+                   bool& dimmed);
+
 // What the key reader uses for the time and for waiting. The shipped values
 // are the monotonic clock and WaitForInput; tests replace them to drive dimming and
 // the idle timeout without waiting real minutes.

@@ -1,4 +1,5 @@
 // "Restart Management Network".
+#include "network/restart_network_dialog.h"
 #include "session/menu/management.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
@@ -15,7 +16,11 @@ public:
                          Footer::kRestartLogOutOpen) {}
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
     void open(MenuContext& c) override {
-        if (MenuManagementInterface()) return;
+        if (HostCtl::Network::ZrkNic* nic = MenuManagementInterface()) {
+            RestartNetworkDialog restart(&c.menu, *nic);
+            Run(restart);
+            return;
+        }
         MessageDialog message(&c.menu, StrId::RestartManagementNetworkError,
                               StrId::ManagementInterfaceNotFound);
         Run(message);

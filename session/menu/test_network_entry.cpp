@@ -1,4 +1,5 @@
 // "Test Management Network".
+#include "network/test_dialog.h"
 #include "session/menu/management.h"
 #include "session/menu/menu_entry.h"
 #include "ui/footers.h"
@@ -13,6 +14,10 @@ public:
         : FixedTextEntry(StrId::TestManagementNetwork, StrId::TestManagementNetworkHelp,
                          Footer::kRunTestLogOut) {}
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
+    void open(MenuContext& c) override {
+        TestDialog test(&c.menu);
+        Run(test);
+    }
 };
 
 }  // namespace

@@ -188,8 +188,10 @@ TEST_F(ToolsTest, MaintenanceTools) {
                   .status,
               1);
 
-    // Without a list every address answers; with one, only the listed ones.
-    EXPECT_EQ(RunTool("/bin/zrkping", {"-c", "3", "192.0.2.1"}).status, 0);
+    // Without a list the outside network answers (its gateway, not an unknown
+    // address); with one, only the listed addresses.
+    EXPECT_EQ(RunTool("/bin/zrkping", {"-c", "3", "192.168.10.1"}).status, 0);
+    EXPECT_EQ(RunTool("/bin/zrkping", {"-c", "3", "192.0.2.1"}).status, 1);
     Sim::Update([](Json& s) { s["reachable"] = {"10.0.0.1", "FE80::1"}; });
     auto ok = RunTool("/bin/zrkping", {"-c", "3", "10.0.0.1"});
     EXPECT_EQ(ok.status, 0);

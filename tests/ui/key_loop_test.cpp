@@ -2,6 +2,8 @@
 // makes the loop do, and the idle timeout it passes to the key reader.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -82,6 +84,68 @@ TEST_F(KeyLoopTest, IdleTimeoutEndsTheLoopOnlyWhereAllowed) {
     {
         FakeInput input({'a', 'q'}, 1000);
         EXPECT_EQ(RunKeyLoop(w, {.allowIdleTimeout = false, .handler = leaveOnQ}), 1);
+    }
+}
+
+// A clock that moves only while the loop waits: a key arrives at once, an
+// empty wait lasts its whole limit (or a minute when it has none).
+class PollingInput {
+public:
+    explicit PollingInput(std::deque<int> keys) : keys_(std::move(keys)) {
+        Hooks().now = [this] { return timeval{usec_ / 1000000, usec_ % 1000000}; };
+        Hooks().wait = [this](const timeval* limit) {
+            if (!keys_.empty()) {
+                int key = keys_.front();
+                keys_.pop_front();
+                return key;
+            }
+            // Time passes in every wait, as on a real clock.
+            usec_ += std::max(1L, limit ? limit->tv_sec * 1000000L + limit->tv_usec : 60000000L);
+            return static_cast<int>(EventTimeout);
+        };
+    }
+    ~PollingInput() { ResetHooks(); }
+    long elapsedMs() const { return (usec_ - kStart) / 1000; }
+
+private:
+    static constexpr long kStart = 1000000L * 1000000L;
+    std::deque<int> keys_;
+    long usec_ = kStart;
+};
+
+TEST_F(KeyLoopTest, PollingAsksBetweenKeysAndIdleTimeCountsFromTheLastKey) {
+    Window w(0, 0, 20, 5, ColourBlack, ColourWhite);
+    std::vector<int> keys;
+    int polls = 0;
+    auto loop = [&](int leaveAfter) {
+        return KeyLoop{.handler =
+                           [&](int key) {
+                               keys.push_back(key);
+                               return KeyResult::Handled();
+                           },
+                       .pollMs = 10,
+                       .onPoll =
+                           [&polls, leaveAfter] {
+                               return ++polls == leaveAfter ? KeyResult::Leave(9)
+                                                            : KeyResult::Handled();
+                           }};
+    };
+    {
+        PollingInput input({'a'});
+        EXPECT_EQ(RunKeyLoop(w, loop(3)), 9);
+        EXPECT_EQ(keys, std::vector<int>{'a'});
+        EXPECT_EQ(input.elapsedMs(), 30);  // one poll every 10 ms
+    }
+    {
+        // Polls never end the idle time: a minute after the last key the
+        // logged-in user is logged out, as without polling.
+        keySession_.timeout = 60;
+        polls = 0;
+        PollingInput input({});
+        EXPECT_THROW(RunKeyLoop(w, loop(-1)), TeskTimeout);
+        EXPECT_GE(input.elapsedMs(), 60000);
+        EXPECT_LE(input.elapsedMs(), 60020);
+        EXPECT_GT(polls, 5000);
     }
 }
 

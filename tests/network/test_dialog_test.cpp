@@ -1,0 +1,213 @@
+// The management network test from the customization menu: what it pings and
+// resolves, how each outcome shows, and that neither a hung step nor the
+// console's end leaves the screen stuck or the hosts file changed.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <thread>
+
+#include "tests/session/session_support.h"
+
+namespace {
+
+using namespace SessionTest;
+using TeskTest::ExitStatus;
+using TeskTest::Json;
+using TeskTest::Scaled;
+
+constexpr int kCols = 100, kRows = 30;
+
+// Down from the first entry to "Test Management Network" and <Enter>; true
+// when the set-up dialog is up.
+bool OpenTest(ConsoleSession& console) {
+    for (int i = 0; i < 4; ++i) console.key(Key::Down);
+    if (!WaitSettled(console, "<Enter> Run Test")) return false;
+    console.key(Key::Enter);
+    return WaitSettled(console, "Resolve Hostname:");
+}
+
+// Clears the selected field (a fresh field is emptied by the first
+// Backspace, a field being edited loses a character to each).
+void ClearField(ConsoleSession& console) {
+    console.key(Key::End);
+    for (int i = 0; i < 40; ++i) console.key(Key::Backspace);
+}
+
+// The dialog line that starts with text, up to the dialog's right border,
+// without trailing blanks; empty when no row holds text.
+std::string RowWith(ConsoleSession& console, std::string_view text) {
+    auto at = console.find(text);
+    if (!at) return {};
+    std::string line;
+    for (int col = at->col; col < kCols; ++col) {
+        const std::string cell = console.cell(col, at->row).text;
+        if (cell == "\u2502") break;
+        line += cell.empty() ? " " : cell;
+    }
+    return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
+struct Menu {
+    SimRoot root;
+    ConsoleSession console;
+    explicit Menu(const std::string& profile = "default")
+        : root(profile), console(root, LocalConsole(kCols, kRows)) {}
+    bool ready() { return LogIn(console); }
+};
+
+TEST(TestNetwork, DefaultHostTestsGreenOutOfTheBox) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    ASSERT_TRUE(OpenTest(m.console));
+    EXPECT_TRUE(m.console.find("Ping Address #1:"));
+    for (const char* prefilled : {"192.168.10.1", "192.168.10.2", "192.168.10.3", "tesk-host01"})
+        EXPECT_TRUE(m.console.find(prefilled)) << prefilled << "\n" << m.console.dump();
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Done."));
+    EXPECT_TRUE(m.console.find("Testing Management Network"));
+    EXPECT_TRUE(m.console.find("You may interrupt the test at any time."));
+    for (const char* line :
+         {"Pinging address #1 (192.168.10.1).", "Pinging address #2 (192.168.10.2).",
+          "Pinging address #3 (192.168.10.3).", "Resolving hostname tesk-host01"}) {
+        const std::string row = RowWith(m.console, line);
+        EXPECT_TRUE(row.starts_with(line) && row.ends_with("OK.")) << row << "\n"
+                                                                   << m.console.dump();
+    }
+    EXPECT_FALSE(m.console.find("Failed."));
+    EXPECT_TRUE(m.console.waitForText("<Enter> OK"));
+    EXPECT_TRUE(m.root.hasLogLine("Command \"zrkping -c 3 192.168.10.1\" succeeded"));
+    // Only <Enter> closes the result.
+    m.console.key(Key::Esc);
+    std::this_thread::sleep_for(Scaled(std::chrono::milliseconds(500)));
+    EXPECT_TRUE(m.console.find("Done."));
+    m.console.key(Key::Enter);
+    EXPECT_TRUE(m.console.waitForTextGone("Testing Management Network"));
+}
+
+TEST(TestNetwork, WrongVlanFailsTheGatewayPingAndTheRightOnePasses) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    auto vlan = [&](int id) {
+        m.root.editState(
+            [id](Json& s) { s["network"]["standardSwitches"][0]["portGroups"][0]["vlanId"] = id; });
+    };
+    vlan(30);
+    ASSERT_TRUE(OpenTest(m.console));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Done."));
+    EXPECT_TRUE(RowWith(m.console, "Pinging address #1 (192.168.10.1).").ends_with("Failed."))
+        << m.console.dump();
+    EXPECT_TRUE(RowWith(m.console, "Resolving hostname").ends_with("Failed."));
+    EXPECT_FALSE(m.console.find("OK."));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(m.console, "<Enter> Run Test"));
+
+    vlan(0);
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(m.console, "Resolve Hostname:"));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Done."));
+    EXPECT_TRUE(RowWith(m.console, "Pinging address #1 (192.168.10.1).").ends_with("OK."))
+        << m.console.dump();
+    EXPECT_FALSE(m.console.find("Failed."));
+}
+
+TEST(TestNetwork, EmptyFieldsAreSkippedAndBadAddressesNamed) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    ASSERT_TRUE(OpenTest(m.console));
+    // #2 left empty, #3 not an address: the form stays and names the field.
+    m.console.key(Key::Down);
+    ClearField(m.console);
+    m.console.key(Key::Down);
+    ClearField(m.console);
+    m.console.type("10.0.0.300");
+    ASSERT_TRUE(m.console.waitForText("10.0.0.300"));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Ping Address #3: \"10.0.0.300\" is not a valid"));
+    EXPECT_FALSE(m.console.find("Pinging"));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForTextGone("is not a valid"));
+    ASSERT_TRUE(WaitSettled(m.console, "Resolve Hostname:"));
+
+    // Link-local: the interface's scope in the line and in the command.
+    ClearField(m.console);
+    m.console.type("fe80::1");
+    ASSERT_TRUE(m.console.waitForText("fe80::1"));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Done."));
+    EXPECT_TRUE(m.console.find("Pinging address #1 (192.168.10.1)."));
+    EXPECT_FALSE(m.console.find("#2"));
+    EXPECT_TRUE(RowWith(m.console, "Pinging address #3 (fe80::1%zrk0).").ends_with("OK."))
+        << m.console.dump();
+    EXPECT_TRUE(m.root.hasLogLine("Command \"zrkping -c 3 fe80::1%zrk0\" succeeded"));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(m.console, "<Enter> Run Test"));
+
+    // Every field empty: nothing but "Done.".
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(m.console, "Resolve Hostname:"));
+    for (int i = 0; i < 4; ++i) {
+        ClearField(m.console);
+        m.console.key(Key::Down);
+    }
+    ASSERT_TRUE(m.console.waitForTextGone("tesk-host01"));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Done."));
+    EXPECT_FALSE(m.console.find("Pinging"));
+    EXPECT_FALSE(m.console.find("Resolving"));
+}
+
+TEST(TestNetwork, EscStopsAHungPingAtOnceAndTheConsoleStillEnds) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    m.root.setFault("zrkping", {{"hang", true}});
+    ASSERT_TRUE(OpenTest(m.console));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Pinging address #1 (192.168.10.1)."));
+    ASSERT_TRUE(m.console.waitForQuiet(std::chrono::milliseconds(300)));
+    const auto pressed = std::chrono::steady_clock::now();
+    m.console.key(Key::Esc);
+    ASSERT_TRUE(m.console.waitForTextGone("Testing Management Network"));
+    EXPECT_LT(std::chrono::steady_clock::now() - pressed, Scaled(std::chrono::milliseconds(1500)));
+    EXPECT_FALSE(m.console.find("#2"));
+    // The menu answers while the ping still hangs, and a quit ends the
+    // console (and the ping) without waiting for it.
+    ASSERT_TRUE(WaitSettled(m.console, "<Enter> Run Test"));
+    m.console.signal(SIGTERM);
+    EXPECT_EQ(m.console.waitExit(), ExitStatus::Exited(0));
+}
+
+TEST(TestNetwork, KilledDuringResolutionLeavesTheHostsFileAlone) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    const std::string hosts = m.root.readFile("/etc/hosts");
+    ASSERT_NE(hosts.find("tesk-host01"), std::string::npos);
+    m.root.setFault("resolver.resolve", {{"delayMs", 20000}});
+    ASSERT_TRUE(OpenTest(m.console));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Resolving hostname tesk-host01"));
+    ASSERT_TRUE(m.console.waitForQuiet(std::chrono::milliseconds(300)));
+    EXPECT_EQ(m.root.readFile("/etc/hosts"), hosts);
+    m.console.signal(SIGKILL);
+    EXPECT_EQ(m.console.waitExit(), ExitStatus::Signalled(SIGKILL));
+    EXPECT_EQ(m.root.readFile("/etc/hosts"), hosts);
+    EXPECT_FALSE(m.root.exists("/etc/hosts.backup"));
+}
+
+TEST(TestNetwork, QuitDuringASlowResolutionEndsTheConsoleCleanly) {
+    Menu m;
+    ASSERT_TRUE(m.ready());
+    m.root.setFault("resolver.resolve", {{"delayMs", 60000}});
+    ASSERT_TRUE(OpenTest(m.console));
+    m.console.key(Key::Enter);
+    ASSERT_TRUE(m.console.waitForText("Resolving hostname tesk-host01"));
+    ASSERT_TRUE(m.console.waitForQuiet(std::chrono::milliseconds(300)));
+    m.console.key(Key::Esc);
+    ASSERT_TRUE(m.console.waitForTextGone("Testing Management Network"));
+    ASSERT_TRUE(WaitSettled(m.console, "<Enter> Run Test"));
+    m.console.signal(SIGTERM);
+    EXPECT_EQ(m.console.waitExit(Scaled(std::chrono::seconds(5))), ExitStatus::Exited(0));
+}
+
+}  // namespace
