@@ -9,7 +9,7 @@
 namespace Tesk {
 
 bool ConfirmRunningVms(Window* opener) {
-    ConfirmDialog ask(opener, {70, 10, 7}, Str(StrId::VmsRunningWarning),
+    ConfirmDialog ask(opener, {60, 10, 7}, Str(StrId::VmsRunningWarning),
                       Str(StrId::VmsRunningAreYouSure), Footer::kEnterConfirmCancel,
                       ConfirmDialog::Enter());
     return Run(ask) == ConfirmDialog::kYes;
