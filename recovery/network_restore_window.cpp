@@ -4,6 +4,7 @@
 
 #include <syslog.h>
 
+#include <algorithm>
 #include <cstdint>
 
 #include "host/queries.h"
@@ -19,6 +20,8 @@
 #include "ui/dialog.h"
 #include "ui/footers.h"
 #include "ui/string_ids.h"
+#include "ui/strings.h"
+#include "ui/utf8.h"
 
 namespace Tesk {
 
@@ -57,7 +60,13 @@ const std::vector<NetworkRestoreWindow::Row>& NetworkRestoreWindow::Rows() {
     return rows;
 }
 
-NetworkRestoreWindow::NetworkRestoreWindow(Window* opener) : PaneWindow(opener, Footer::kSelect) {
+NetworkRestoreWindow::NetworkRestoreWindow(Window* opener)
+    // The list is as wide as the longest row name, so that it shows whole.
+    : PaneWindow(opener, Footer::kSelect, {}, [] {
+          int widest = 0;
+          for (const Row& row : Rows()) widest = std::max(widest, Utf8::TextColumns(Str(row.id)));
+          return widest;
+      }()) {
     setTitle(str(StrId::NetworkRestoreOptionsTitle));
     const bool onQds = IsManagementOnQds();
     const bool agentV3 = PlexOpsAgentV3Present();

@@ -8,9 +8,18 @@
 
 namespace Tesk {
 
-PaneWindow::PaneWindow(Window* opener, std::string leftFooter, std::string status)
+namespace {
+
+// A row's text has the list's width less its margins and scroll column.
+constexpr int kRowMargins = 5;
+constexpr int kNarrowestRightPane = 36;
+
+}  // namespace
+
+PaneWindow::PaneWindow(Window* opener, std::string leftFooter, std::string status, int widestRow)
     : Frame(opener, 0, 0, COLS, LINES, ColourBlack, ColourWhite), statusText_(std::move(status)) {
-    const int leftWidth = COLS / 2;
+    const int leftWidth =
+        std::max(COLS / 2, std::min(widestRow + kRowMargins, COLS - kNarrowestRightPane));
     const int rightWidth = COLS - leftWidth;
     left_ = std::make_unique<Window>(this, 0, 0, leftWidth, LINES, ColourYellow, ColourBlack);
     right_ = std::make_unique<Window>(this, leftWidth, 0, rightWidth, LINES, ColourDarkGrey,

@@ -36,7 +36,10 @@ class PaneWindow : public Frame {
 public:
     // status: a text kept above the right footer for the window's whole life
     // (it grows upwards to show all of it, taking rows from the pane).
-    PaneWindow(Window* opener, std::string leftFooter, std::string status = {});
+    // widestRow: the columns of the longest row text; the left pane takes half
+    // the screen, or more where a row would not fit in that half (the right
+    // pane keeps at least 36 columns).
+    PaneWindow(Window* opener, std::string leftFooter, std::string status = {}, int widestRow = 0);
     ~PaneWindow() override;
 
     // The key loop: Up/Down move the selection, <Enter> opens the row, the

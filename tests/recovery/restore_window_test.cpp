@@ -56,3 +56,26 @@ TEST(RestoreWindow, DistributedSwitchHostWithAgentOffersEveryRow) {
               std::string::npos);
     EXPECT_NE(PaneFooter(console).find("<Enter> Restore"), std::string::npos);
 }
+
+TEST(RestoreWindow, EveryRowIsWholeOnAStandardConsole) {
+    SimRoot root("qds");
+    ConsoleSession console(root, RemoteShell(80, 25));
+    if (!LogIn(console, "root", kPassword)) FAIL() << console.text();
+    for (int i = 0; i < 12 && console.row(1).find("Network Restore Options") == std::string::npos;
+         ++i) {
+        const std::string before = console.row(1);
+        console.key(Key::Down);
+        console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move");
+    }
+    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(300)));
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitSettled(console, "Create Standard Switch"));
+    // The longest row pushes the pane aside rather than losing its last word;
+    // the pane still shows its text and footer whole.
+    const auto row = console.find("Migrate Zerkel NIC to Standard Switch");
+    ASSERT_TRUE(row) << console.text();
+    const auto pane = console.find("Create a new standard");
+    ASSERT_TRUE(pane) << console.text();
+    EXPECT_GT(pane->col, row->col + 37);
+    EXPECT_NE(console.row(23).find("<Esc> Exit"), std::string::npos) << console.row(23);
+}
