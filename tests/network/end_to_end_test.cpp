@@ -167,6 +167,7 @@ TEST(NetworkEndToEnd, StandardSwitchRestoredOffADistributedSwitchPassesTheTest) 
         console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move");
     }
     ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
+    ASSERT_NE(console.row(1).find("Test Management Network"), std::string::npos) << console.dump();
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "OK.", true);
     EXPECT_FALSE(console.find("Failed."));
