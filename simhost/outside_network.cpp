@@ -127,7 +127,24 @@ Attachment Attach(const Json& state) {
         const Json* qds =
             Model::FindByName(Model::List(net, "distributedSwitches"), Text(connection, "switch"));
         if (!qds) return {nic, {}, "distributed switch of " + name + " not found"};
-        for (const auto& [pnic, port] : Object(*qds, "uplinks").items()) uplinks.push_back(pnic);
+        // A port with settings of its own carries their VLAN over their active
+        // uplinks, and nothing while it is blocked; any other port is untagged
+        // over every uplink of the switch.
+        const Json* settings = Member(Object(*qds, "portSettings"), Text(connection, "port"));
+        std::vector<std::string> active;
+        if (settings) {
+            if (Flag(*settings, "blocked")) {
+                a.why = "the distributed port of " + name + " is blocked";
+                return a;
+            }
+            vlan = ZrkCtl::Sim::Integer<int>(*settings, "vlanId", 0);
+            active = Texts(*settings, "activeUplinks");
+        }
+        for (const auto& [pnic, port] : Object(*qds, "uplinks").items())
+            if (!settings ||
+                (port.is_string() &&
+                 std::find(active.begin(), active.end(), port.get<std::string>()) != active.end()))
+                uplinks.push_back(pnic);
     } else {
         return {nic, {}, name + " is not connected"};
     }

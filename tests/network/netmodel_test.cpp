@@ -95,9 +95,21 @@ TEST(OutsideNetwork, WrongVlanSubnetGatewayOrCablingCutsTheHostOff) {
 }
 
 TEST(OutsideNetwork, ProfilesMatchTheirConfiguration) {
+    // The distributed switch host's management port is misconfigured on
+    // purpose (blocked, VLAN 30, one uplink), so that its repairs show in the
+    // test; set right, the same port reaches the gateway untagged.
     SimRoot qds("qds");
-    EXPECT_TRUE(Reaches(qds.state(), "192.168.10.1"))
-        << Outside::Reaches(qds.state(), "192.168.10.1").why;
+    EXPECT_EQ(Outside::Reaches(qds.state(), "192.168.10.1").why,
+              "the distributed port of zrk0 is blocked");
+    Json repaired = qds.state();
+    Json& port = repaired["network"]["distributedSwitches"][0]["portSettings"]["10"];
+    port["blocked"] = false;
+    EXPECT_FALSE(Reaches(repaired, "192.168.10.1")) << "VLAN 30 is not the management network's";
+    port["vlanId"] = 0;
+    EXPECT_TRUE(Reaches(repaired, "192.168.10.1"))
+        << Outside::Reaches(repaired, "192.168.10.1").why;
+    port["activeUplinks"] = Json::array();
+    EXPECT_FALSE(Reaches(repaired, "192.168.10.1")) << "a port without active uplinks";
     SimRoot dhcp("dhcp");  // no DHCP server answers: 0.0.0.0 reaches nothing
     EXPECT_FALSE(Reaches(dhcp.state(), "192.168.10.1"));
     SimRoot nonic("nonic");
