@@ -108,6 +108,9 @@ TEST(OutsideNetwork, ProfilesMatchTheirConfiguration) {
     port["vlanId"] = 0;
     EXPECT_TRUE(Reaches(repaired, "192.168.10.1"))
         << Outside::Reaches(repaired, "192.168.10.1").why;
+    port["vlanId"] = 10;  // the lab switch's native VLAN: tagged or not, the same network
+    EXPECT_TRUE(Reaches(repaired, "192.168.10.1"))
+        << Outside::Reaches(repaired, "192.168.10.1").why;
     port["activeUplinks"] = Json::array();
     EXPECT_FALSE(Reaches(repaired, "192.168.10.1")) << "a port without active uplinks";
     SimRoot dhcp("dhcp");  // no DHCP server answers: 0.0.0.0 reaches nothing
