@@ -22,6 +22,13 @@ std::string LightGrey(std::uint32_t id) {
     return std::string("{color:light-grey}") + Str(id) + "{/color}";
 }
 
+// A dialog made over the window, run, and gone when it returns.
+template <typename Dialog, typename... Args>
+void Open(Window* over, Args&&... args) {
+    Dialog dialog(over, std::forward<Args>(args)...);
+    Run(dialog);
+}
+
 }  // namespace
 
 TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
@@ -32,80 +39,65 @@ TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
       shellEnabled_(ServiceRunning("/etc/init.d/KovaShell")),
       sshEnabled_(ServiceRunning("/etc/init.d/SSH")) {
     setTitle(Str(StrId::TroubleshootingModeOptions));
-    addRow({});
-    addRow({});
-    addRow({});
-    addRow(Str(StrId::ModifyTeskIdleTimeout));
-    addRow(Str(StrId::RestartManagementAgents));
+    // The two status formats differ in where white ends; both are kept.
+    shellRow_ = addRow({}, {[this] {
+                                return PaneText{
+                                    Heading(StrId::KovixShell) + "{/color}{color:white}" +
+                                        Str(shellEnabled_ ? StrId::KovixShellIsEnabled
+                                                          : StrId::KovixShellIsDisabled) +
+                                        "{/color}\n\n" + LightGrey(StrId::ChangeKovixShellState),
+                                    Footer::kChangeExit};
+                            },
+                            [this] {
+                                SwitchShell(user_, &shellEnabled_);
+                                showSwitches();
+                            }});
+    sshRow_ = addRow(
+        {}, {[this] {
+                 return PaneText{Heading(StrId::SshSupport) + "{/color}{color:white}" +
+                                     Str(sshEnabled_ ? StrId::SshIsEnabled : StrId::SshIsDisabled) +
+                                     "\n\n{/color}" + LightGrey(StrId::ChangeSshState),
+                                 Footer::kChangeExit};
+             },
+             [this] {
+                 SwitchSsh(user_, &sshEnabled_);
+                 showSwitches();
+             }});
+    timeoutsRow_ =
+        addRow({}, {[] {
+                        return PaneText{Heading(StrId::ModifyShellAndSshTimeouts) +
+                                            LightGrey(StrId::ModifyShellAndSshTimeoutsHelp),
+                                        Footer::kChangeExit};
+                    },
+                    [this] { Open<ShellTimeoutDialog>(this); }});
+    addRow(Str(StrId::ModifyTeskIdleTimeout),
+           {[] {
+                return PaneText{Heading(StrId::ModifyTeskIdleTimeout) +
+                                    LightGrey(StrId::ModifyTeskIdleTimeoutHelp),
+                                Footer::kChangeExit};
+            },
+            [this] {
+                Open<TeskTimeoutDialog>(this, idle_.current ? idle_.current() : 0, idle_.rearm);
+            }});
+    addRow(Str(StrId::RestartManagementAgents),
+           {[] {
+                return PaneText{Heading(StrId::RestartManagementAgents) +
+                                    LightGrey(StrId::RestartManagementAgentsHelp),
+                                Footer::kRestartExit};
+            },
+            [this] { Open<RestartAgentsDialog>(this); }});
     showSwitches();
-    selectRow(kShell);
+    selectRow(shellRow_);
 }
 
 void TroubleShootingWindow::showSwitches() {
-    setRowText(kShell, Str(shellEnabled_ ? StrId::DisableKovixShell : StrId::EnableKovixShell));
-    setRowText(kSsh, Str(sshEnabled_ ? StrId::DisableSsh : StrId::EnableSsh));
+    setRowText(shellRow_, Str(shellEnabled_ ? StrId::DisableKovixShell : StrId::EnableKovixShell));
+    setRowText(sshRow_, Str(sshEnabled_ ? StrId::DisableSsh : StrId::EnableSsh));
     // The timeouts can be changed only while both services are off.
     const bool timeoutsFree = !shellEnabled_ && !sshEnabled_;
     const std::string timeouts = Str(StrId::ModifyShellAndSshTimeouts);
-    setRowText(kShellTimeouts, timeoutsFree ? timeouts : "{color:dark-grey}" + timeouts);
-    setRowEnabled(kShellTimeouts, timeoutsFree);
-}
-
-PaneText TroubleShootingWindow::describe(int row) {
-    switch (row) {
-        case kShell:
-            // The two status formats differ in where white ends; both are kept.
-            return {
-                Heading(StrId::KovixShell) + "{/color}{color:white}" +
-                    Str(shellEnabled_ ? StrId::KovixShellIsEnabled : StrId::KovixShellIsDisabled) +
-                    "{/color}\n\n" + LightGrey(StrId::ChangeKovixShellState),
-                Footer::kChangeExit};
-        case kSsh:
-            return {Heading(StrId::SshSupport) + "{/color}{color:white}" +
-                        Str(sshEnabled_ ? StrId::SshIsEnabled : StrId::SshIsDisabled) +
-                        "\n\n{/color}" + LightGrey(StrId::ChangeSshState),
-                    Footer::kChangeExit};
-        case kShellTimeouts:
-            return {Heading(StrId::ModifyShellAndSshTimeouts) +
-                        LightGrey(StrId::ModifyShellAndSshTimeoutsHelp),
-                    Footer::kChangeExit};
-        case kTeskTimeout:
-            return {
-                Heading(StrId::ModifyTeskIdleTimeout) + LightGrey(StrId::ModifyTeskIdleTimeoutHelp),
-                Footer::kChangeExit};
-        default:
-            return {Heading(StrId::RestartManagementAgents) +
-                        LightGrey(StrId::RestartManagementAgentsHelp),
-                    Footer::kRestartExit};
-    }
-}
-
-void TroubleShootingWindow::enter(int row) {
-    switch (row) {
-        case kShell:
-            SwitchShell(user_, &shellEnabled_);
-            showSwitches();
-            break;
-        case kSsh:
-            SwitchSsh(user_, &sshEnabled_);
-            showSwitches();
-            break;
-        case kShellTimeouts: {
-            ShellTimeoutDialog dialog(this);
-            Run(dialog);
-            break;
-        }
-        case kTeskTimeout: {
-            TeskTimeoutDialog dialog(this, idle_.current ? idle_.current() : 0, idle_.rearm);
-            Run(dialog);
-            break;
-        }
-        default: {
-            RestartAgentsDialog dialog(this);
-            Run(dialog);
-            break;
-        }
-    }
+    setRowText(timeoutsRow_, timeoutsFree ? timeouts : "{color:dark-grey}" + timeouts);
+    setRowEnabled(timeoutsRow_, timeoutsFree);
 }
 
 }  // namespace Tesk

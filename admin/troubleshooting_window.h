@@ -22,13 +22,13 @@ public:
     // user: the logged-in user the management tool runs as.
     TroubleShootingWindow(Window* opener, std::string user, IdleTimeoutAccess idle);
 
-protected:
-    PaneText describe(int row) override;
-    void enter(int row) override;
-
 private:
-    enum Row { kShell, kSsh, kShellTimeouts, kTeskTimeout, kAgents };
+    // The switches' names and the timeouts row's state follow the services.
     void showSwitches();
+
+    int shellRow_ = -1;
+    int sshRow_ = -1;
+    int timeoutsRow_ = -1;
 
     std::string user_;
     IdleTimeoutAccess idle_;

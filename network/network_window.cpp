@@ -26,13 +26,6 @@ namespace {
 
 constexpr const char kNetStack[] = "defaultNetStack";
 
-// Rows: the two switch entries, a separator, the four address entries.
-enum Row { kAdaptersRow, kVlanRow, kSeparatorRow, kIpv4Row, kIpv6Row, kDnsRow, kSuffixesRow };
-
-NetworkTopic TopicOf(int row) {
-    return static_cast<NetworkTopic>(row < kSeparatorRow ? row : row - 1);
-}
-
 std::string ServerText(const HN::IpAddress* server) {
     return server ? server->GetStringAddress() : "";
 }
@@ -116,43 +109,29 @@ std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener) {
 NetworkWindow::NetworkWindow(Window* opener, PendingNetworkConfig pending)
     : PaneWindow(opener, Footer::kSelect), pending_(std::move(pending)) {
     setTitle(str(StrId::ConfigureManagementNetworkTitle));
-    const std::uint32_t rows[] = {
-        StrId::NetworkAdapters,   StrId::VlanOptional,      0,
-        StrId::Ipv4Configuration, StrId::Ipv6Configuration, StrId::DnsConfiguration,
-        StrId::CustomDnsSuffixes};
-    for (std::uint32_t id : rows) addRow(id ? str(id) : "", id != 0);
-    setRowEnabled(kAdaptersRow, !pending_.onDistributedSwitch);
-    setRowEnabled(kVlanRow, !pending_.onDistributedSwitch);
+    // Each row: its name, the topic its pane sums up, the dialog that changes it.
+    auto row = [this](std::uint32_t title, NetworkTopic topic, void (NetworkWindow::*change)()) {
+        return addRow(str(title),
+                      {[this, title, topic] {
+                           return PaneText{
+                               "{color:white}" + std::string(str(title)) + "{/color}\n\n" +
+                                   NetworkSummary(topic, pending_, GetAdapterDescription),
+                               Footer::kChangeExitSpaced};
+                       },
+                       [this, change] { (this->*change)(); }});
+    };
+    const int adapters =
+        row(StrId::NetworkAdapters, NetworkTopic::Adapters, &NetworkWindow::changeAdapters);
+    const int vlan = row(StrId::VlanOptional, NetworkTopic::Vlan, &NetworkWindow::changeVlan);
+    addRow("", false);
+    row(StrId::Ipv4Configuration, NetworkTopic::Ipv4, &NetworkWindow::changeIpv4);
+    row(StrId::Ipv6Configuration, NetworkTopic::Ipv6, &NetworkWindow::changeIpv6);
+    row(StrId::DnsConfiguration, NetworkTopic::Dns, &NetworkWindow::changeDns);
+    row(StrId::CustomDnsSuffixes, NetworkTopic::Suffixes, &NetworkWindow::changeSuffixes);
+    // On a distributed switch the adapters and the VLAN are not the console's.
+    setRowEnabled(adapters, !pending_.onDistributedSwitch);
+    setRowEnabled(vlan, !pending_.onDistributedSwitch);
     selectRow(0);
-}
-
-PaneText NetworkWindow::describe(int row) {
-    const std::uint32_t titles[] = {StrId::NetworkAdapters,   StrId::VlanOptional,
-                                    StrId::Ipv4Configuration, StrId::Ipv6Configuration,
-                                    StrId::DnsConfiguration,  StrId::CustomDnsSuffixes};
-    const NetworkTopic topic = TopicOf(row);
-    return {"{color:white}" + std::string(str(titles[static_cast<int>(topic)])) + "{/color}\n\n" +
-                NetworkSummary(topic, pending_, GetAdapterDescription),
-            Footer::kChangeExitSpaced};
-}
-
-void NetworkWindow::enter(int row) {
-    switch (row) {
-        case kAdaptersRow:
-            return changeAdapters();
-        case kVlanRow:
-            return changeVlan();
-        case kIpv4Row:
-            return changeIpv4();
-        case kIpv6Row:
-            return changeIpv6();
-        case kDnsRow:
-            return changeDns();
-        case kSuffixesRow:
-            return changeSuffixes();
-        default:
-            return;
-    }
 }
 
 void NetworkWindow::changeAdapters() {

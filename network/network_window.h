@@ -24,8 +24,6 @@ public:
     const PendingNetworkConfig& pending() const { return pending_; }
 
 protected:
-    PaneText describe(int row) override;
-    void enter(int row) override;
     // Asks whether to apply when something changed; Cancel stays.
     bool leave() override;
 

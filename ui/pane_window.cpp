@@ -52,7 +52,29 @@ void PaneWindow::setTitle(std::string title) {
 
 int PaneWindow::addRow(std::string text, bool selectable) {
     list_->emplace<LabelItem>(selectable ? std::move(text) : std::string(), selectable);
+    rows_.emplace_back();
     return static_cast<int>(list_->size()) - 1;
+}
+
+int PaneWindow::addRow(std::string text, PaneRow row) {
+    const int index = addRow(std::move(text), true);
+    rows_.back() = std::move(row);
+    return index;
+}
+
+PaneText PaneWindow::describe(int row) {
+    const PaneRow& r = rows_[static_cast<std::size_t>(row)];
+    return r.describe ? r.describe() : PaneText{};
+}
+
+void PaneWindow::enter(int row) {
+    const PaneRow& r = rows_[static_cast<std::size_t>(row)];
+    if (r.enter) r.enter();
+}
+
+bool PaneWindow::otherKey(int row, int key) {
+    const PaneRow& r = rows_[static_cast<std::size_t>(row)];
+    return r.key && r.key(key);
 }
 
 void PaneWindow::setRowText(int row, std::string text) {

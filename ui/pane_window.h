@@ -16,8 +16,10 @@
 //     };
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "ui/dialog.h"
 #include "ui/items.h"
@@ -30,6 +32,15 @@ namespace Tesk {
 struct PaneText {
     std::string body;
     std::string footer;
+};
+
+// What a row shows and does, given with the row: what the pane says while it
+// is selected, what <Enter> opens, and any other key it takes (true when it
+// used the key). A window whose rows say it all needs no hooks of its own.
+struct PaneRow {
+    std::function<PaneText()> describe;
+    std::function<void()> enter = nullptr;
+    std::function<bool(int key)> key = nullptr;
 };
 
 class PaneWindow : public Frame {
@@ -52,6 +63,8 @@ protected:
     // Appends a row; a row that is not selectable is an empty separator.
     // Returns its index.
     int addRow(std::string text, bool selectable = true);
+    // Appends a row that carries what it shows and does.
+    int addRow(std::string text, PaneRow row);
     void setRowText(int row, std::string text);
     // A disabled row is skipped by the selection and drawn in dark-grey.
     void setRowEnabled(int row, bool enabled);
@@ -64,13 +77,15 @@ protected:
     // Fills the pane and its footer for the selected row and draws.
     void refreshPane();
 
-    // What the pane shows for a row (never asked for -1).
-    virtual PaneText describe(int row) = 0;
-    // <Enter> on a row; the pane is described again after it.
-    virtual void enter(int /*row*/) {}
+    // What the pane shows for a row (never asked for -1); by default what the
+    // row was given with.
+    virtual PaneText describe(int row);
+    // <Enter> on a row; the pane is described again after it. By default the
+    // row's own action.
+    virtual void enter(int row);
     // Any other key the window does not use; true when the row used it (the
-    // pane is then described again).
-    virtual bool otherKey(int /*row*/, int /*key*/) { return false; }
+    // pane is then described again). By default the row's own key handler.
+    virtual bool otherKey(int row, int key);
     // <Esc>: true leaves the window.
     virtual bool leave() { return true; }
 
@@ -86,6 +101,8 @@ private:
     std::unique_ptr<TextArea> status_;
     std::string statusText_;
     std::unique_ptr<TextArea> footer_;
+    // What each row was given with (empty for rows added by text alone).
+    std::vector<PaneRow> rows_;
 };
 
 }  // namespace Tesk

@@ -105,3 +105,36 @@ TEST_F(PaneWindowTest, EscapeLeavesOnlyWhenTheWindowAgreesAndRowKeysGoToTheRow) 
 }
 
 }  // namespace
+
+namespace {
+
+// Rows that carry what they show and do: the window needs no hooks.
+class RowsOnly : public PaneWindow {
+public:
+    RowsOnly() : PaneWindow(nullptr, "") {
+        addRow("One", {[] { return PaneText{"first pane", "f1"}; }, [this] { log += "1"; }});
+        addRow("", false);
+        addRow("Two", {[this] {
+                           return PaneText{"second pane " + log, "f2"};
+                       },
+                       nullptr,
+                       [this](int key) {
+                           log += static_cast<char>(key);
+                           return key == 'k';
+                       }});
+    }
+    std::string log;
+};
+
+TEST_F(PaneWindowTest, RowsGivenWithTheirActionsDescribeAndOpenThemselves) {
+    FakeInput input({KeyEnter, KEY_DOWN, KeyEnter, 'k', 'z', KeyEscape});
+    RowsOnly window;
+    Tesk::Run(window);
+    // <Enter> on a row without an action does nothing; the row's key handler
+    // sees the keys the window does not use, and only a key it used describes
+    // the pane again.
+    EXPECT_EQ(window.log, "1kz");
+    EXPECT_EQ(RowText(window.curses(), 1, COLS / 2 + 2, 16), "second pane 1k  ");
+}
+
+}  // namespace
