@@ -2,8 +2,10 @@
 // or repairs is what the network test then finds. A VLAN no segment carries,
 // applied through the management network window, makes the gateway ping
 // fail; the right one applied again makes the test pass. On a host whose
-// management interface sits on a distributed switch, the standard-switch
-// restore leaves a layout the test passes on.
+// management interface sits on a wrongly set distributed port, the test
+// fails until a restore repairs it: the standard-switch restore, or a new
+// distributed port with the management VLAN, unblocked, over both uplinks.
+#include <chrono>
 #include <source_location>
 #include <string>
 #include <string_view>
@@ -83,6 +85,25 @@ bool LeaveAndApply(ConsoleSession& console, SimRoot& root, std::size_t applies,
         "the VLAN change in the log", TeskTest::DefaultTimeout(), where);
 }
 
+// Moves the customization menu's selection with key until the pane's
+// heading (on the screen's second row) names entry; false, with the screen,
+// when it never does.
+bool MenuTo(ConsoleSession& console, std::string_view entry, std::string_view key,
+            std::source_location where = std::source_location::current()) {
+    for (int i = 0; i < 12; ++i) {
+        if (console.row(1).find(entry) != std::string::npos)
+            return console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(),
+                                        where);
+        const std::string before = console.row(1);
+        console.key(key, where);
+        console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move",
+                        TeskTest::DefaultTimeout(), where);
+    }
+    ADD_FAILURE_AT(where.file_name(), where.line()) << "no menu entry " << entry << "\n"
+                                                    << console.dump();
+    return false;
+}
+
 // The VLAN restart brought the management interface back.
 void ExpectInterfaceUp(SimRoot& root) {
     EXPECT_EQ(root.stateValue("/network/zrkNics/0/name"), Json("zrk0"));
@@ -160,17 +181,74 @@ TEST(NetworkEndToEnd, StandardSwitchRestoredOffADistributedSwitchPassesTheTest) 
 
     console.key(Key::Esc);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-    for (int i = 0; i < 12; ++i) {
-        if (console.row(1).find("Test Management Network") != std::string::npos) break;
-        const std::string before = console.row(1);
-        console.key(Key::Up);
-        console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move");
-    }
+    ASSERT_TRUE(MenuTo(console, "Test Management Network", Key::Up));
     ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
-    ASSERT_NE(console.row(1).find("Test Management Network"), std::string::npos) << console.dump();
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "OK.", true);
     EXPECT_FALSE(console.find("Failed."));
+}
+
+// "Restore qDS" on the host whose management port is set wrong: the network
+// test fails before and passes once the new port carries the management
+// VLAN, unblocked, over both uplinks.
+TEST(NetworkEndToEnd, DistributedPortRestoredWithTheRightVlanPassesTheTest) {
+    using namespace RecoveryTest;
+    SimRoot root("qds");
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(LogIn(console));
+
+    ASSERT_TRUE(MenuTo(console, "Test Management Network", Key::Down));
+    ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
+    ASSERT_TRUE(RunNetworkTest(console));
+    ExpectEveryStep(console, "Failed.", true);
+    EXPECT_FALSE(console.find("OK.")) << console.dump();
+    ASSERT_TRUE(CloseRun(console));
+
+    ASSERT_TRUE(MenuTo(console, "Network Restore Options", Key::Down));
+    console.key(Key::Enter);
+    ASSERT_TRUE(WaitPane(console, "<Enter> Change"));
+    ASSERT_TRUE(WaitSettled(console, "Create Standard Switch"));
+    Down(console, 5);
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
+    ASSERT_TRUE(console.waitForText("[ 30"));
+    // A field that has just regained the selection is fresh: what is typed
+    // replaces the port's VLAN.
+    console.keys({Key::Down, Key::Up});
+    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(300)));
+    TypeSettled(console, "10");
+    ASSERT_TRUE(console.waitForText("[ 10"));
+    console.keys({Key::Down, " "});
+    ASSERT_TRUE(console.waitForText("[X]"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Select qDS uplinks"));
+    ASSERT_TRUE(WaitSettled(console, "pnic2 (uplink2)"));
+    console.key(" ");
+    ASSERT_TRUE(console.waitForText("[X] pnic1"));
+    console.keys({Key::Down, " "});
+    ASSERT_TRUE(console.waitForText("[X] pnic2"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "moved to port hlp-0 of qDS-Prod"));
+    ASSERT_TRUE(BackToWindow(console));
+
+    const Json net = root.state()["network"];
+    const Json* qds = FindNamed(net["distributedSwitches"], "qDS-Prod");
+    ASSERT_TRUE(qds) << net["distributedSwitches"];
+    const Json& port = (*qds)["portSettings"]["hlp-0"];
+    EXPECT_EQ(port["vlanId"], 10) << port;
+    EXPECT_EQ(port["blocked"], false) << port;
+    EXPECT_EQ(port["activeUplinks"], Json::array({"uplink1", "uplink2"})) << port;
+    EXPECT_EQ(port["standbyUplinks"], Json::array()) << port;
+    const Json* zrk0 = FindNamed(net["zrkNics"], "zrk0");
+    ASSERT_TRUE(zrk0);
+    EXPECT_EQ((*zrk0)["connection"],
+              Json({{"type", "qdsPort"}, {"switch", "qDS-Prod"}, {"port", "hlp-0"}}));
+
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
+    ASSERT_TRUE(MenuTo(console, "Test Management Network", Key::Up));
+    ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
+    ASSERT_TRUE(RunNetworkTest(console));
+    ExpectEveryStep(console, "OK.", true);
+    EXPECT_FALSE(console.find("Failed.")) << console.dump();
+    EXPECT_TRUE(root.hasLogLine("Command \"zrkping -c 3 192.168.10.1\" succeeded"));
 }
 
 }  // namespace
