@@ -214,7 +214,8 @@ TEST(WelcomeScreen, WithoutAdapterSaysSoAndRaisesTheAlertOnce) {
     // The keys before it are done when a change made now shows.
     EditAndRefresh(console, root, [](Json& s) { s["hardware"]["memory"]["totalPages"] = 262144; });
     ASSERT_TRUE(console.waitForText("1 GiB Memory"));
-    EXPECT_TRUE(console.find("No compatible network adapter found. Please consult"));
+    // The lower panel is drawn after the memory line: wait for the frame to end.
+    EXPECT_TRUE(console.waitForText("No compatible network adapter found. Please consult"));
     EXPECT_EQ(root.stateValue("/systemInfo/alerts"),
               Json::array({"No compatible network adapter found."}));
 }
