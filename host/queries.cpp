@@ -119,9 +119,9 @@ bool GetStandardSwitches(std::vector<SwitchSummary>& switches) {
     });
 }
 
-std::string JoinNames(const std::vector<std::string>& names) {
+std::string JoinNames(const std::vector<std::string>& names, const char* separator) {
     std::string joined;
-    for (const auto& n : names) joined += (joined.empty() ? "" : ",") + n;
+    for (const auto& n : names) joined += (joined.empty() ? "" : separator) + n;
     return joined;
 }
 

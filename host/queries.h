@@ -61,7 +61,8 @@ bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& 
 // Appends one summary per standard switch, in the host's order.
 bool GetStandardSwitches(std::vector<SwitchSummary>& switches);
 
-// The texts joined by "," without blanks; empty for an empty list.
-std::string JoinNames(const std::vector<std::string>& names);
+// The texts joined by separator ("," without blanks unless told); empty for
+// an empty list.
+std::string JoinNames(const std::vector<std::string>& names, const char* separator = ",");
 
 }  // namespace Tesk

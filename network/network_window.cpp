@@ -30,12 +30,6 @@ std::string ServerText(const HN::IpAddress* server) {
     return server ? server->GetStringAddress() : "";
 }
 
-std::string Join(const std::vector<std::string>& names, const char* separator) {
-    std::string joined;
-    for (const auto& n : names) joined += (joined.empty() ? "" : separator) + n;
-    return joined;
-}
-
 // The default gateways, host name, search domains and name servers; false
 // (logged) when the host cannot tell.
 bool ReadHostSettings(PendingNetworkConfig& p) {
@@ -102,7 +96,7 @@ std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener) {
         p.vlanId = group->vlanId;
     }
     if (!ReadHostSettings(p)) return std::nullopt;
-    p.suffixText = Join(p.suffixes, ", ");
+    p.suffixText = JoinNames(p.suffixes, ", ");
     return p;
 }
 

@@ -22,9 +22,8 @@ using HostCtl::Lib::HostCtlException;
 namespace {
 
 std::string Joined(const std::vector<std::string>& names) {
-    std::string out;
-    for (const auto& n : names) out += (out.empty() ? "" : ",") + n;
-    return out.empty() ? "none" : out;
+    const std::string joined = JoinNames(names);
+    return joined.empty() ? "none" : joined;
 }
 
 }  // namespace

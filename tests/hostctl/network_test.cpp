@@ -333,10 +333,10 @@ TEST_F(NetworkTest, DnsSettings) {
     EXPECT_EQ(dns.GetDomain(), "lab.example");
     EXPECT_FALSE(dns.IsStale());
 
-    dns.SetFqdn("esx7.corp.example", false, "");
+    dns.SetFqdn("zrk7.corp.example", false, "");
     EXPECT_TRUE(dns.IsStale());
     dns.Refresh();
-    EXPECT_EQ(dns.GetHostname(), "esx7");
+    EXPECT_EQ(dns.GetHostname(), "zrk7");
     EXPECT_EQ(dns.GetDomain(), "corp.example");
     dns.SetHostname("solo", false);
     EXPECT_THROW(dns.SetHostname("bad name", false), HostCtlException);

@@ -103,14 +103,14 @@ TEST_F(ApplyTest, NamesAndSuffixes) {
     auto p = Seed();
     // A dotted name is a fully qualified one: the domain follows it, and the
     // search list starts with the new domain.
-    p.hostname = "esx7.corp.example";
+    p.hostname = "zrk7.corp.example";
     p.suffixText = " a.example, b.example  c.example,";
     p.primaryDns = std::make_unique<Ipv4Address>("0.0.0.0");
     p.alternateDns = std::make_unique<Ipv6Address>("2001:db8:10::54");
     Apply(p);
 
     const Json dns = Net()["dns"];
-    EXPECT_EQ(dns["hostname"], "esx7");
+    EXPECT_EQ(dns["hostname"], "zrk7");
     EXPECT_EQ(dns["domain"], "corp.example");
     EXPECT_EQ(dns["searchDomains"], Json({"corp.example", "a.example", "b.example", "c.example"}));
     // 0.0.0.0 is no server; the other one is the only one left.

@@ -25,7 +25,7 @@ TEST_F(DnsDialogTest, ServersAreTakenByTheirTextAndAnEmptyFieldClears) {
     // Manual is fixed without DHCP: the cursor starts on the primary server.
     ScriptedKeys keys(Keys({Typed("2001:db8::53"),
                             {KEY_DOWN, KEY_BACKSPACE, KEY_DOWN},
-                            Typed("esx-02.lab"),
+                            Typed("host-02.lab"),
                             {KeyEnter}}));
     EXPECT_EQ(Tesk::Run(dialog), 1);
     auto p = dialog.takePrimary();
@@ -33,7 +33,7 @@ TEST_F(DnsDialogTest, ServersAreTakenByTheirTextAndAnEmptyFieldClears) {
     EXPECT_TRUE(p->IsIpv6());
     EXPECT_EQ(p->GetStringAddress(), "2001:db8::53");
     EXPECT_FALSE(dialog.takeAlternate());
-    EXPECT_EQ(dialog.hostname(), "esx-02.lab");
+    EXPECT_EQ(dialog.hostname(), "host-02.lab");
     EXPECT_FALSE(dialog.dhcpDns());
 
     DNSConfigurationDialog second(nullptr, false, false, nullptr, nullptr, "");
