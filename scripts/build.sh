@@ -8,5 +8,11 @@ sanitize=OFF
 if [ "${1:-}" = "--sanitize" ]; then sanitize=ON; shift; fi
 dir=${1:-$([ "$sanitize" = ON ] && echo build-asan || echo build)}
 
-cmake -S . -B "$dir" -G Ninja -DTESK_SANITIZE="$sanitize" >/dev/null
+# ccache, where installed, makes rebuilds in several checkouts of the tree cheap.
+launcher=()
+if command -v ccache >/dev/null 2>&1; then
+  export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$(cd .. && pwd)}
+  launcher=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+cmake -S . -B "$dir" -G Ninja -DTESK_SANITIZE="$sanitize" "${launcher[@]}" >/dev/null
 ninja -C "$dir"

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-  build-essential cmake ninja-build pkg-config clang
+  build-essential cmake ninja-build pkg-config clang ccache
   libncurses-dev ncurses-base ncurses-term
   libpam0g-dev libpam-wrapper libpam-modules libcrypt-dev
   libvterm-dev
