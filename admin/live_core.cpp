@@ -10,7 +10,7 @@
 #include <exception>
 #include <mutex>
 
-#include "host/zrkctl_exec.h"
+#include "host/command_line.h"
 #include "hostctl/backend.h"
 #include "hostctl/system.h"
 #include "platform/syslog.h"
@@ -45,7 +45,7 @@ void WaitForWorkersAtExit() {
 void CollectLiveCore() {
     try {
         Platform::Log(LOG_INFO, "%s", "Executing zrkbacktrace -c against hagentd");
-        const int rc = ZrkCtl::Util::ZrkCtl_Exec(
+        const int rc = Tesk::RunCommandLine(
             "/sbin/zrkbacktrace -w -n hagentd -o hagentd-restart% -d /var/log/", false, true,
             false);
         if (rc == 0)

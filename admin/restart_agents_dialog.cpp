@@ -4,7 +4,7 @@
 #include <syslog.h>
 
 #include "admin/live_core.h"
-#include "host/zrkctl_exec.h"
+#include "host/command_line.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -81,11 +81,11 @@ void RestartAgentsDialog::restart() {
         }
     }
     show(Running(done, Str(StrId::StoppingManagementAgents)));
-    ZrkCtl::Util::ZrkCtl_Exec("/bin/sh /sbin/services.sh stop", false, true, false);
+    Tesk::RunCommandLine("/bin/sh /sbin/services.sh stop", false, true, false);
     done += std::string(Str(StrId::StoppingManagementAgents)) + " " + Str(StrId::Done) + "\n";
 
     show(Running(done, Str(StrId::StartingManagementAgents)));
-    ZrkCtl::Util::ZrkCtl_Exec("/bin/sh /sbin/services.sh start", false, true, false);
+    Tesk::RunCommandLine("/bin/sh /sbin/services.sh start", false, true, false);
     done += std::string(Str(StrId::StartingManagementAgents)) + " " + Str(StrId::Done) + "{/color}";
 
     show(done);

@@ -10,6 +10,6 @@ int main(int argc, char** argv) {
     // The one place the console picks its host backend.
     HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(argc, argv, [](const Tesk::StartFacts& facts) {
-        return std::make_unique<Tesk::WelcomeWindow>(facts.localConsole);
+        return std::make_unique<Tesk::WelcomeWindow>(HostCtl::TheBackend(), facts.localConsole);
     });
 }

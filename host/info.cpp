@@ -17,11 +17,11 @@ std::string OrNotAvailable(std::string text) {
 
 }  // namespace
 
-bool LoadZrkNics(std::vector<ZrkNicRecord>& records) {
+bool LoadZrkNics(const HostCtl::Backend& host, std::vector<ZrkNicRecord>& records) {
     namespace HN = HostCtl::Network;
     return TryHost("Getting Zerkel nics failed: %s", [&] {
         for (const auto& nic :
-             HostCtl::TheBackend().GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
+             host.GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
             if (nic->IsStale()) nic->Refresh();
             auto connection = nic->GetPortConnection();
             std::string portset, portGroup;
@@ -36,11 +36,11 @@ bool LoadZrkNics(std::vector<ZrkNicRecord>& records) {
     });
 }
 
-bool LoadPortGroups(std::vector<PortGroupRecord>& records) {
+bool LoadPortGroups(const HostCtl::Backend& host, std::vector<PortGroupRecord>& records) {
     // The text names physical NICs although port groups are read; the line is
     // known under this text.
     return TryHost("Getting physical nics failed: %s", [&] {
-        for (const auto& pg : HostCtl::TheBackend().GetNetworkInfo()->GetAllPortGroups(
+        for (const auto& pg : host.GetNetworkInfo()->GetAllPortGroups(
                  HostCtl::Network::PortsetKind::All))
             records.push_back(
                 {pg.GetName(), pg.GetVirtualSwitchName(), pg.GetActiveClients(), pg.GetVlanId()});

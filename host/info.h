@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "hostctl/backend.h"
+
 namespace Tesk {
 
 // One Zerkel NIC; an empty text the host gives is "N/A".
@@ -26,9 +28,9 @@ struct PortGroupRecord {
 
 // Every Zerkel NIC. False (logged) when the host cannot list them; what was
 // read stays.
-bool LoadZrkNics(std::vector<ZrkNicRecord>& records);
+bool LoadZrkNics(const HostCtl::Backend& host, std::vector<ZrkNicRecord>& records);
 
 // Every port group of the standard switches.
-bool LoadPortGroups(std::vector<PortGroupRecord>& records);
+bool LoadPortGroups(const HostCtl::Backend& host, std::vector<PortGroupRecord>& records);
 
 }  // namespace Tesk

@@ -42,21 +42,21 @@ std::optional<std::string> GetConnectionSwitchName(HN::ZrkNic& nic) {
                    [&] { return nic.GetPortConnection().GetSwitchName(); });
 }
 
-bool GetAdapters(std::vector<PnicSummary>& adapters, UplinkOwnerMap& owners) {
+bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters, UplinkOwnerMap& owners) {
     std::vector<std::string> names;
-    if (!GetPnicNames(names) || !BuildUplinkOwnerMap(names, owners)) return false;
+    if (!GetPnicNames(host, names) || !BuildUplinkOwnerMap(host, names, owners)) return false;
     for (const auto& name : names) {
-        auto summary = GetPnicSummary(name, owners);
+        auto summary = GetPnicSummary(host, name, owners);
         if (!summary) return false;
         adapters.push_back(std::move(*summary));
     }
     return true;
 }
 
-std::string GetAdapterDescription(const std::string& pnic) {
+std::string GetAdapterDescription(const HostCtl::Backend& host, const std::string& pnic) {
     return TryHost("Getting physical nic failed: %s",
                    [&] {
-                       auto nic = HostCtl::TheBackend().GetPnic(pnic);
+                       auto nic = host.GetPnic(pnic);
                        if (nic->IsStale()) nic->Refresh();
                        auto pci = nic->GetPciDevice();
                        std::string name = pci ? CollapseWhitespace(pci->GetDescription()) : "";

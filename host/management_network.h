@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/queries.h"
+#include "hostctl/backend.h"
 #include "hostctl/network.h"
 
 namespace Tesk {
@@ -36,11 +37,11 @@ std::optional<std::string> GetConnectionSwitchName(HostCtl::Network::ZrkNic& nic
 
 // Every physical adapter, sorted by name, with the switch that uses each;
 // false when the list or the owners cannot be read (logged).
-bool GetAdapters(std::vector<PnicSummary>& adapters, UplinkOwnerMap& owners);
+bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters, UplinkOwnerMap& owners);
 
 // How an adapter is named to the administrator: its PCI device's name with
 // white space collapsed, or its MAC address when it has no PCI device (or the
 // name is empty). Empty (logged) when the adapter cannot be read.
-std::string GetAdapterDescription(const std::string& pnic);
+std::string GetAdapterDescription(const HostCtl::Backend& host, const std::string& pnic);
 
 }  // namespace Tesk

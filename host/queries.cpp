@@ -28,17 +28,17 @@ std::optional<int> PnicNumber(const std::string& name) {
 
 }  // namespace
 
-std::unique_ptr<HN::ZrkNic> GetManagementInterface() {
-    auto nic = TryHost("Getting the management interface failed: %s", [] {
-        auto info = HostCtl::TheBackend().GetNetworkInfo();
+std::unique_ptr<HN::ZrkNic> GetManagementInterface(const HostCtl::Backend& host) {
+    auto nic = TryHost("Getting the management interface failed: %s", [&host] {
+        auto info = host.GetNetworkInfo();
         info->UpdateManagementInterface();
         return info->GetManagementInterface();
     });
     return nic ? std::move(*nic) : nullptr;
 }
 
-bool IsManagementOnQds() {
-    auto nic = GetManagementInterface();
+bool IsManagementOnQds(const HostCtl::Backend& host) {
+    auto nic = GetManagementInterface(host);
     if (!nic) {
         Platform::Log(LOG_ERR, "Could not locate the management interface");
         return false;
@@ -55,9 +55,9 @@ bool ComparePnicNames(const std::string& a, const std::string& b) {
     return a < b;  // byte order; a prefix sorts first
 }
 
-bool GetPnicNames(std::vector<std::string>& names) {
+bool GetPnicNames(const HostCtl::Backend& host, std::vector<std::string>& names) {
     const bool listed = TryHost("Getting physical nics failed: %s", [&] {
-        for (const auto& pnic : HostCtl::TheBackend().GetNetworkInfo()->GetPnics(HN::PnicKind::All))
+        for (const auto& pnic : host.GetNetworkInfo()->GetPnics(HN::PnicKind::All))
             names.push_back(pnic->GetName());
     });
     if (!listed) return false;
@@ -65,9 +65,10 @@ bool GetPnicNames(std::vector<std::string>& names) {
     return true;
 }
 
-std::optional<PnicSummary> GetPnicSummary(const std::string& name, const UplinkOwnerMap& owners) {
+std::optional<PnicSummary> GetPnicSummary(const HostCtl::Backend& host, const std::string& name,
+                                          const UplinkOwnerMap& owners) {
     try {
-        auto pnic = HostCtl::TheBackend().GetPnic(name);
+        auto pnic = host.GetPnic(name);
         if (pnic->IsStale()) pnic->Refresh();
         PnicSummary s;
         s.name = name;
@@ -85,13 +86,14 @@ std::optional<PnicSummary> GetPnicSummary(const std::string& name, const UplinkO
     }
 }
 
-bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& owners) {
+bool BuildUplinkOwnerMap(const HostCtl::Backend& host, const std::vector<std::string>& names,
+                         UplinkOwnerMap& owners) {
     std::unique_ptr<HN::VirtualSwitchInfo> info;
     auto claim = [&](const std::string& nic, const std::string& owner) {
         if (std::find(names.begin(), names.end(), nic) != names.end()) owners[nic] = owner;
     };
     const bool standard = TryHost("Scanning virtual switches failed: %s", [&] {
-        info = HostCtl::TheBackend().GetVirtualSwitchInfo();
+        info = host.GetVirtualSwitchInfo();
         for (const auto& s : info->GetVirtualSwitches(HN::PortsetKind::All))
             for (const auto& uplink : s->GetUplinks()) claim(uplink, s->GetName());
     });
@@ -103,9 +105,9 @@ bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& 
     return distributed;
 }
 
-bool GetStandardSwitches(std::vector<SwitchSummary>& switches) {
+bool GetStandardSwitches(const HostCtl::Backend& host, std::vector<SwitchSummary>& switches) {
     return TryHost("Gathering standard virtual switch list failed: %s", [&] {
-        for (const auto& s : HostCtl::TheBackend().GetVirtualSwitchInfo()->GetVirtualSwitches(
+        for (const auto& s : host.GetVirtualSwitchInfo()->GetVirtualSwitches(
                  HN::PortsetKind::All)) {
             SwitchSummary summary;
             summary.portGroups = s->GetPortGroups();

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "hostctl/backend.h"
 #include "hostctl/network.h"
 
 namespace Tesk {
@@ -39,27 +40,29 @@ struct PnicSummary {
 using UplinkOwnerMap = std::map<std::string, std::string>;
 
 // The management Zerkel NIC, or null when the host has none (or cannot say).
-std::unique_ptr<HostCtl::Network::ZrkNic> GetManagementInterface();
+std::unique_ptr<HostCtl::Network::ZrkNic> GetManagementInterface(const HostCtl::Backend& host);
 
 // Whether the management interface sits on a distributed-switch port.
-bool IsManagementOnQds();
+bool IsManagementOnQds(const HostCtl::Backend& host);
 
 // True when a sorts before b: "pnicN" names by their number, other names
 // byte by byte (a prefix first).
 bool ComparePnicNames(const std::string& a, const std::string& b);
 
 // Every physical NIC's name, sorted with ComparePnicNames.
-bool GetPnicNames(std::vector<std::string>& names);
+bool GetPnicNames(const HostCtl::Backend& host, std::vector<std::string>& names);
 
 // The NIC's summary; none (logged) when it cannot be read.
-std::optional<PnicSummary> GetPnicSummary(const std::string& name, const UplinkOwnerMap& owners);
+std::optional<PnicSummary> GetPnicSummary(const HostCtl::Backend& host, const std::string& name,
+                                          const UplinkOwnerMap& owners);
 
 // Adds, for each of names that a switch uses, the switch's name; a NIC that a
 // standard and a distributed switch both list gets the distributed one.
-bool BuildUplinkOwnerMap(const std::vector<std::string>& names, UplinkOwnerMap& owners);
+bool BuildUplinkOwnerMap(const HostCtl::Backend& host, const std::vector<std::string>& names,
+                         UplinkOwnerMap& owners);
 
 // Appends one summary per standard switch, in the host's order.
-bool GetStandardSwitches(std::vector<SwitchSummary>& switches);
+bool GetStandardSwitches(const HostCtl::Backend& host, std::vector<SwitchSummary>& switches);
 
 // The texts joined by separator ("," without blanks unless told); empty for
 // an empty list.

@@ -9,8 +9,10 @@
 #include <string>
 
 #include "hostctl/adv.h"
+#include "hostctl/agents.h"
 #include "hostctl/hardware.h"
 #include "hostctl/network.h"
+#include "hostctl/power.h"
 #include "hostctl/resolver.h"
 #include "hostctl/smartcard.h"
 #include "hostctl/system.h"
@@ -61,6 +63,11 @@ public:
     // Writes the host's user accounts (the passwords the host authenticates
     // with now) to the persistent configuration store.
     virtual void StoreUserAccountsToCs() const = 0;
+
+    // The virtual machines' and the host's power.
+    virtual std::unique_ptr<Power::PowerControl> GetPowerControl() const = 0;
+    // The management agents.
+    virtual std::unique_ptr<Agents::ManagementAgents> GetManagementAgents() const = 0;
 
     // Advanced options.
     virtual std::unique_ptr<Adv::AdvancedOption> GetAdvancedOptions() const = 0;

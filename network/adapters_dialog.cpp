@@ -1,3 +1,4 @@
+#include "hostctl/backend.h"
 #include "network/adapters_dialog.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ AdaptersDialog::AdaptersDialog(Window* opener, std::vector<std::string> selectio
       selection_(std::move(selection)),
       activeUplinks_(activeUplinks),
       managementSwitch_(std::move(managementSwitch)),
-      loaded_(GetAdapters(adapters_, owners_)) {
+      loaded_(GetAdapters(HostCtl::TheBackend(), adapters_, owners_)) {
     if (!loaded_) return;
     setTitle(str(StrId::NetworkAdaptersTitle));
     setBody(str(StrId::SelectNetworkAdapters));

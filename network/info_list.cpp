@@ -12,9 +12,10 @@ constexpr const char kFooter[] =
 
 // Loads records with load and keeps each as an info of type Info.
 template <typename Info, typename Record>
-bool LoadInfos(bool (*load)(std::vector<Record>&), std::vector<Info>& infos) {
+bool LoadInfos(const HostCtl::Backend& host, bool (*load)(const HostCtl::Backend& host, std::vector<Record>&),
+               std::vector<Info>& infos) {
     std::vector<Record> records;
-    const bool ok = load(records);
+    const bool ok = load(host, records);
     for (auto& record : records) infos.emplace_back(std::move(record));
     return ok;
 }
@@ -71,12 +72,12 @@ std::string PortGroupInfo::GetDetails() const {
            "\nActive Clients: " + Count(activeClients) + "\nVLAN ID: " + Count(vlanId);
 }
 
-bool LoadZrkNicInfos(std::vector<ZrkNicInfo>& infos) {
-    return LoadInfos(&LoadZrkNics, infos);
+bool LoadZrkNicInfos(const HostCtl::Backend& host, std::vector<ZrkNicInfo>& infos) {
+    return LoadInfos(host, &LoadZrkNics, infos);
 }
 
-bool LoadPortGroupInfos(std::vector<PortGroupInfo>& infos) {
-    return LoadInfos(&LoadPortGroups, infos);
+bool LoadPortGroupInfos(const HostCtl::Backend& host, std::vector<PortGroupInfo>& infos) {
+    return LoadInfos(host, &LoadPortGroups, infos);
 }
 
 }  // namespace Tesk

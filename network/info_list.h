@@ -49,9 +49,9 @@ public:
 
 // Every Zerkel NIC. False (logged) when the host cannot list them; what was
 // read stays.
-bool LoadZrkNicInfos(std::vector<ZrkNicInfo>& infos);
+bool LoadZrkNicInfos(const HostCtl::Backend& host, std::vector<ZrkNicInfo>& infos);
 
 // Every port group of the standard switches.
-bool LoadPortGroupInfos(std::vector<PortGroupInfo>& infos);
+bool LoadPortGroupInfos(const HostCtl::Backend& host, std::vector<PortGroupInfo>& infos);
 
 }  // namespace Tesk

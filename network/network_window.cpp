@@ -73,7 +73,7 @@ std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener) {
                         [] { return HostCtl::TheBackend().GetNetworkInfo()->IsZrkIpv6Enabled(); });
     if (!ipv6) return std::nullopt;
     p.ipv6Pending = p.ipv6Host = *ipv6;
-    p.nic = GetManagementInterface();
+    p.nic = GetManagementInterface(HostCtl::TheBackend());
     if (!p.nic) {
         Platform::Log(LOG_ERR, "Could not get a suitable management interface");
         MessageDialog error(opener, StrId::EnableManagementNetworkError,
@@ -109,7 +109,11 @@ NetworkWindow::NetworkWindow(Window* opener, PendingNetworkConfig pending)
                       {[this, title, topic] {
                            return PaneText{
                                "{color:white}" + std::string(str(title)) + "{/color}\n\n" +
-                                   NetworkSummary(topic, pending_, GetAdapterDescription),
+                                   NetworkSummary(topic, pending_,
+                                                  [](const std::string& pnic) {
+                                                      return GetAdapterDescription(
+                                                          HostCtl::TheBackend(), pnic);
+                                                  }),
                                Footer::kChangeExitSpaced};
                        },
                        [this, change] { (this->*change)(); }});

@@ -5,7 +5,7 @@
 
 #include <thread>
 
-#include "host/zrkctl_exec.h"
+#include "host/command_line.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
@@ -23,7 +23,7 @@ TestResultCell StartPing(const std::string& address) {
     std::thread([cell, command = PingCommand(address)] {
         int rc = 1;
         try {
-            rc = ZrkCtl::Util::ZrkCtl_Exec(command, false, true, false);
+            rc = Tesk::RunCommandLine(command, false, true, false);
         } catch (...) {
             rc = 1;
         }

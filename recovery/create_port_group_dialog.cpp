@@ -37,7 +37,7 @@ CreatePortGroupDialog::CreatePortGroupDialog(Window* opener) : FormDialog(opener
     items().emplace<LabelItem>("");
     items().emplace<LabelItem>("Standard switch:");
     std::vector<SwitchSummary> switches;
-    GetStandardSwitches(switches);
+    GetStandardSwitches(HostCtl::TheBackend(), switches);
     for (const auto& s : switches) {
         switchNames_.push_back(s.name);
         items().emplace<RadioItem>(EscapeHostText(s.name), switchNames_.size() == 1, &switches_);

@@ -36,9 +36,9 @@ CreateVssDialog::CreateVssDialog(Window* opener) : FormDialog(opener, {70, 19, 7
     items().emplace<LabelItem>("");
     items().emplace<LabelItem>("Uplink:");
     items().emplace<RadioItem>("None", true, &uplinks_);
-    GetPnicNames(pnics_);
+    GetPnicNames(HostCtl::TheBackend(), pnics_);
     UplinkOwnerMap owners;
-    BuildUplinkOwnerMap(pnics_, owners);
+    BuildUplinkOwnerMap(HostCtl::TheBackend(), pnics_, owners);
     for (const auto& pnic : pnics_) {
         std::string label = EscapeHostText(pnic);
         if (auto owner = owners.find(pnic); owner != owners.end())
@@ -61,7 +61,7 @@ std::uint32_t CreateVssDialog::invalidInput(const std::string& name,
     if (!taken || *taken) return StrId::EnterValidStandardSwitchName;
     if (uplink.empty()) return 0;
     UplinkOwnerMap owners;
-    if (!BuildUplinkOwnerMap({uplink}, owners) || owners.count(uplink))
+    if (!BuildUplinkOwnerMap(HostCtl::TheBackend(), {uplink}, owners) || owners.count(uplink))
         return StrId::UplinkAlreadyInUse;
     return 0;
 }

@@ -1,4 +1,5 @@
 // The Zerkel NIC migration: the two choices and the agent's migration tool.
+#include "hostctl/backend.h"
 #include "recovery/migrate_zrknic_dialog.h"
 
 #include <syslog.h>
@@ -15,9 +16,9 @@ MigrateZrknicDialog::MigrateZrknicDialog(Window* opener) : FormDialog(opener, {7
     setBody(str(StrId::ChooseNicToMigrate));
     setFooter(Footer::kDetailsChangeOkCancel);
     std::vector<ZrkNicInfo> nics;
-    LoadZrkNicInfos(nics);
+    LoadZrkNicInfos(HostCtl::TheBackend(), nics);
     std::vector<PortGroupInfo> portGroups;
-    LoadPortGroupInfos(portGroups);
+    LoadPortGroupInfos(HostCtl::TheBackend(), portGroups);
     nics_ = &items().emplace<CarouselRadioItem<ZrkNicInfo>>(std::move(nics), true, &nicGroup_);
     portGroups_ = &items().emplace<CarouselRadioItem<PortGroupInfo>>(std::move(portGroups), true,
                                                                      &portGroupGroup_);

@@ -1,5 +1,6 @@
 // The network restore window: its rows, their enable rules, descriptions and
 // footers, and the dialog each opens.
+#include "hostctl/backend.h"
 #include "recovery/network_restore_window.h"
 
 #include <syslog.h>
@@ -68,7 +69,7 @@ NetworkRestoreWindow::NetworkRestoreWindow(Window* opener)
           return widest;
       }()) {
     setTitle(str(StrId::NetworkRestoreOptionsTitle));
-    const bool onQds = IsManagementOnQds();
+    const bool onQds = IsManagementOnQds(HostCtl::TheBackend());
     const bool agentV3 = PlexOpsAgentV3Present();
     for (const Row& row : Rows()) addRow(str(row.id));
     for (int i = 0; i < rowCount(); ++i) {

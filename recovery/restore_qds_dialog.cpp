@@ -40,7 +40,7 @@ void Refuse(Window* opener, std::uint32_t textId) {
 std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener) {
     QdsRepairTarget t;
     try {
-        t.management = GetManagementInterface();
+        t.management = GetManagementInterface(HostCtl::TheBackend());
         if (!t.management) {
             Platform::Log(LOG_ERR, "Restore qDS: no management interface");
             Refuse(opener, StrId::UnableToRestoreQds);

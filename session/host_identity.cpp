@@ -8,14 +8,14 @@
 
 namespace Tesk {
 
-std::string HostMessage(const std::string& lead) {
-    std::string host, domain;
+std::string HostMessage(const HostCtl::Backend& host, const std::string& lead) {
+    std::string name, domain;
     TryHost("Getting host name failed: %s", [&] {
-        auto dns = HostCtl::TheBackend().GetDnsConfig("defaultNetStack");
-        host = dns->GetHostname();
+        auto dns = host.GetDnsConfig("defaultNetStack");
+        name = dns->GetHostname();
         domain = dns->GetDomain();
     });
-    return lead + EscapeHostText(host) + "." + EscapeHostText(domain) + ".";
+    return lead + EscapeHostText(name) + "." + EscapeHostText(domain) + ".";
 }
 
 }  // namespace Tesk

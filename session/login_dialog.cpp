@@ -28,10 +28,10 @@ constexpr int kHeight = 13;
 constexpr int kUpperHeight = 6;
 constexpr int kFieldWidth = 30;
 
-std::string KeyboardLabel() {
+std::string KeyboardLabel(const HostCtl::Backend& host) {
     const std::string layout =
-        TryHost("Getting keyboard layout failed: %s", [] {
-            return HostCtl::TheBackend().GetSystemInfo()->GetKeyboardLayout();
+        TryHost("Getting keyboard layout failed: %s", [&host] {
+            return host.GetSystemInfo()->GetKeyboardLayout();
         }).value_or("");
     return "Configured Keyboard (" + EscapeHostText(layout) + ")";
 }
@@ -40,7 +40,7 @@ std::string KeyboardLabel() {
 
 LoginDialog::LoginDialog(Window* opener, Session& session)
     : FormDialog(opener, kWidth, kHeight, kUpperHeight), session_(session) {
-    if (session_.localConsole()) keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(), true);
+    if (session_.localConsole()) keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(session_.host()), true);
     // Both fields take every printable character, UTF-8 included: a user
     // name or password need not be ASCII.
     login_ = &items().emplace<InputItem>(str(StrId::LoginName), "root", kFieldWidth);
@@ -57,13 +57,13 @@ LoginDialog::~LoginDialog() {
 
 void LoginDialog::layout() {
     if (pinMode_) {
-        setBody(HostMessage(str(StrId::EnterSmartCardPin)));
+        setBody(HostMessage(session_.host(), str(StrId::EnterSmartCardPin)));
         setFooter(Footer::kLoginSwitchOkCancel);
         login_->setLabel(str(StrId::LoginId));
         login_->setValue(session_.detectedCardUserId());
         password_->setLabel(str(StrId::Pin));
     } else {
-        setBody(HostMessage(str(StrId::EnterLoginAndPassword)));
+        setBody(HostMessage(session_.host(), str(StrId::EnterLoginAndPassword)));
         setFooter(Footer::kOkCancel);
         login_->setLabel(str(StrId::LoginName));
         login_->setValue("root");
@@ -93,7 +93,7 @@ KeyResult LoginDialog::onKey(int key) {
         KeyboardDialog dialog(this);
         Run(dialog);
         // The label shows the layout configured now.
-        keyboard_->setLabel(KeyboardLabel());
+        keyboard_->setLabel(KeyboardLabel(session_.host()));
         return KeyResult::Redraw();
     }
     if (key != KeyEnter && key != KeyTab) return KeyResult::Ignored();
@@ -156,8 +156,8 @@ bool LoginDialog::authenticate() {
     return false;
 }
 
-LoginDisabledDialog::LoginDisabledDialog(Window* opener)
+LoginDisabledDialog::LoginDisabledDialog(Window* opener, const HostCtl::Backend& host)
     : ConfirmDialog(opener, {kWidth, 9, kUpperHeight}, Str(StrId::AuthenticationDenied),
-                    HostMessage(Str(StrId::ConsoleAccessDisabled)), Footer::kOk, {{KeyEnter, 0}}) {}
+                    HostMessage(host, Str(StrId::ConsoleAccessDisabled)), Footer::kOk, {{KeyEnter, 0}}) {}
 
 }  // namespace Tesk

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "hostctl/backend.h"
 #include "ui/confirm_dialog.h"
 #include "ui/form_dialog.h"
 #include "ui/items.h"
@@ -45,7 +46,7 @@ private:
 // returns 0.
 class LoginDisabledDialog : public ConfirmDialog {
 public:
-    explicit LoginDisabledDialog(Window* opener);
+    LoginDisabledDialog(Window* opener, const HostCtl::Backend& host);
 };
 
 }  // namespace Tesk

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/host_context.h"
 #include "session/menu/menu_entry.h"
 #include "ui/pane_window.h"
 
@@ -24,6 +25,8 @@ private:
     void enter(int row) override;
     bool otherKey(int row, int key) override;
 
+    // The host as the logged-in user reaches it, for every entry.
+    HostContext host_;
     MenuContext context_;
     // The entries shown, one per menu row.
     std::vector<std::unique_ptr<MenuEntry>> entries_;

@@ -2,14 +2,14 @@
 
 #include <limits>
 
-#include "admin/acting_user.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
 
-Session::Session(bool localConsole) : localConsole_(localConsole), idleTimeout_(ReadIdleTimeout()) {
+Session::Session(const HostCtl::Backend& host, bool localConsole)
+    : host_(host), localConsole_(localConsole), idleTimeout_(ReadIdleTimeout(host)) {
     SetKeySession(this);
 }
 
@@ -19,20 +19,18 @@ Session::~Session() {
 
 void Session::loggedIn(const std::string& user, bool emptyPassword) {
     user_ = user;
-    SetActingUser(user);
     emptyPassword_ = emptyPassword;
     cardUserId_ = user;
-    cardBound_ = CardWithUserIdPresent(user);
+    cardBound_ = CardWithUserIdPresent(host_, user);
 }
 
 void Session::begin() {
     active_ = true;
-    idleTimeout_ = ReadIdleTimeout();
+    idleTimeout_ = ReadIdleTimeout(host_);
 }
 
 void Session::end() {
     active_ = false;
-    SetActingUser({});
 }
 
 bool Session::holdRestart() {
@@ -43,22 +41,22 @@ bool Session::holdRestart() {
 
 void Session::checkCard() {
     if (!active_) {
-        detectedCardUserId_ = ReadCardUserId();
+        detectedCardUserId_ = ReadCardUserId(host_);
         if (!detectedCardUserId_.empty())
             Platform::Log(LOG_INFO, "Found smart card with user id '%s'",
                           detectedCardUserId_.c_str());
         return;
     }
-    if (cardBound_ && !CardWithUserIdPresent(cardUserId_)) {
+    if (cardBound_ && !CardWithUserIdPresent(host_, cardUserId_)) {
         Platform::Log(LOG_INFO, "Logging out user id '%s'", cardUserId_.c_str());
         throw ExitRequest{0};
     }
 }
 
-int ReadIdleTimeout() {
+int ReadIdleTimeout(const HostCtl::Backend& host) {
     try {
         auto option =
-            HostCtl::TheBackend().GetAdvancedOptions()->GetOption("/UserVars/TeskTimeOut");
+            host.GetAdvancedOptions()->GetOption("/UserVars/TeskTimeOut");
         if (option && option->type == HostCtl::Adv::OptionValue::Type::Integer) {
             auto v = option->intValue;
             if (v < std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();
@@ -74,11 +72,11 @@ namespace {
 
 // The user ids of every readable card, slot by slot, until accept says stop.
 template <typename Accept>
-bool AnyCardUserId(Accept accept) {
+bool AnyCardUserId(const HostCtl::Backend& host, Accept accept) {
     std::unique_ptr<HostCtl::Hardware::SmartCardInfo> cards;
     std::vector<HostCtl::Hardware::SmartCardSlot> slots;
     try {
-        cards = HostCtl::TheBackend().GetSmartCardInfo();
+        cards = host.GetSmartCardInfo();
         slots = cards->GetAllSlots();
     } catch (const HostCtl::Lib::HostCtlException&) {
         return false;
@@ -95,13 +93,13 @@ bool AnyCardUserId(Accept accept) {
 
 }  // namespace
 
-bool CardWithUserIdPresent(const std::string& userId) {
-    return AnyCardUserId([&](const std::string& id) { return id == userId; });
+bool CardWithUserIdPresent(const HostCtl::Backend& host, const std::string& userId) {
+    return AnyCardUserId(host, [&](const std::string& id) { return id == userId; });
 }
 
-std::string ReadCardUserId() {
+std::string ReadCardUserId(const HostCtl::Backend& host) {
     std::string found;
-    AnyCardUserId([&](const std::string& id) {
+    AnyCardUserId(host, [&](const std::string& id) {
         found = id;
         return !id.empty();
     });

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "hostctl/backend.h"
 #include "ui/keyreader.h"
 
 namespace Tesk {
@@ -15,12 +16,14 @@ public:
     // localConsole: the console runs on the host's own console rather than in
     // a remote shell. Reads the idle timeout and installs itself in the key
     // reader.
-    explicit Session(bool localConsole);
+    Session(const HostCtl::Backend& host, bool localConsole);
     ~Session() override;
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
     bool localConsole() const { return localConsole_; }
+    // The host the session logs in to.
+    const HostCtl::Backend& host() const { return host_; }
 
     // A user was authenticated: the session is bound to a smart card when one
     // that lists the user is present, and the administration screens act as
@@ -55,6 +58,7 @@ public:
     void cardChanged() override { checkCard(); }
 
 private:
+    const HostCtl::Backend& host_;
     bool localConsole_;
     bool active_ = false;
     bool restartPending_ = false;
@@ -68,11 +72,11 @@ private:
 
 // The idle timeout from "/UserVars/TeskTimeOut": its value when it is an
 // integer option, 600 otherwise (also when the host cannot be asked).
-int ReadIdleTimeout();
+int ReadIdleTimeout(const HostCtl::Backend& host);
 // The first non-empty user id on any readable card, in slot order; empty when
 // there is none.
-std::string ReadCardUserId();
+std::string ReadCardUserId(const HostCtl::Backend& host);
 // Whether a present card lists userId exactly.
-bool CardWithUserIdPresent(const std::string& userId);
+bool CardWithUserIdPresent(const HostCtl::Backend& host, const std::string& userId);
 
 }  // namespace Tesk

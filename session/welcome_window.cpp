@@ -41,8 +41,6 @@ constexpr const char kNoAdapterText[] =
 constexpr const char kNoAdapterAlert[] = "No compatible network adapter found.";
 constexpr const char kLoginMarker[] = "/var/run/brelt/show-tesk-login";
 
-bool g_adapterAlertRaised = false;
-
 std::string Trim(const std::string& s) {
     size_t b = 0, e = s.size();
     while (b < e && std::isspace(static_cast<unsigned char>(s[b]))) ++b;
@@ -132,8 +130,8 @@ LowerPlaces PlaceLowerTexts(int cols, int lowerHeight, const std::string& manage
 
 }  // namespace Welcome
 
-WelcomeWindow::WelcomeWindow(bool localConsole)
-    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite), session_(localConsole) {
+WelcomeWindow::WelcomeWindow(const HostCtl::Backend& host, bool localConsole)
+    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite), host_(host), session_(host, localConsole) {
     en_US_Factory::SetProductLineSource(&ReadProductLine);
 }
 
@@ -176,8 +174,8 @@ void WelcomeWindow::enterCustomMode(const std::string& message) {
 void WelcomeWindow::draw() {
     DrawBatch batch;
     const std::string message =
-        TryHost("Getting welcome message failed: %s", [] {
-            return HostCtl::TheBackend().GetSystemInfo()->GetWelcomeMessage();
+        TryHost("Getting welcome message failed: %s", [this] {
+            return host_.GetSystemInfo()->GetWelcomeMessage();
         }).value_or("");
     if (message.empty()) {
         enterDefaultMode();
@@ -196,14 +194,14 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     out << heading;
 
     const std::string host =
-        TryHost("Getting host name failed: %s", [] {
-            return HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
+        TryHost("Getting host name failed: %s", [this] {
+            return host_.GetDnsConfig("defaultNetStack")->GetHostname();
         }).value_or("");
     if (!host.empty() && host != "localhost") out << "\nhttps://" << EscapeHostText(host) << "/ ";
 
     // Without a management interface there is no address to offer.
     if (!nic) return out.str();
-    auto network = HostCtl::TheBackend().GetNetworkInfo();
+    auto network = host_.GetNetworkInfo();
     HostCtl::Network::IpConfig configured = nic->GetConfiguredIpConfig();
     HostCtl::Network::IpConfig current = nic->GetIpConfig();
     const bool dhcp = configured.GetUseDhcp();
@@ -250,19 +248,19 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
 // others.
 void WelcomeWindow::fillHostFacts() {
     productLine_->setText(Str(StrId::ProductLine));
-    vendorLine_->setText(EscapeHostText(TryHost("Getting hardware vendor failed: %s", [] {
-                                            auto hardware = HostCtl::TheBackend().GetHardwareInfo();
+    vendorLine_->setText(EscapeHostText(TryHost("Getting hardware vendor failed: %s", [this] {
+                                            auto hardware = host_.GetHardwareInfo();
                                             return Welcome::VendorLine(hardware->GetVendorName(),
                                                                        hardware->GetProductName());
                                         }).value_or("")));
     const std::string processor =
-        TryHost("Getting processor information failed: %s", [] {
-            auto cpu = HostCtl::TheBackend().GetCpuInfo();
+        TryHost("Getting processor information failed: %s", [this] {
+            auto cpu = host_.GetCpuInfo();
             return Welcome::ProcessorLine(cpu->GetNumCpuPackages(), cpu->GetModelName());
         }).value_or("");
     const std::string memory =
-        TryHost("Getting memory information failed: %s", [] {
-            auto info = HostCtl::TheBackend().GetMemoryInfo();
+        TryHost("Getting memory information failed: %s", [this] {
+            auto info = host_.GetMemoryInfo();
             return Welcome::MemoryLine(static_cast<unsigned long long>(info->GetTotalPages()) *
                                        info->GetPageSize());
         }).value_or("");
@@ -300,8 +298,8 @@ void WelcomeWindow::fill() {
     }
     try {
         // Warnings: a DHCP lease still missing; audit mode replaces that.
-        auto network = HostCtl::TheBackend().GetNetworkInfo();
-        std::unique_ptr<HostCtl::Network::ZrkNic> nic = GetManagementInterface();
+        auto network = host_.GetNetworkInfo();
+        std::unique_ptr<HostCtl::Network::ZrkNic> nic = GetManagementInterface(host_);
         bool dhcpFailed = nic && nic->GetConfiguredIpConfig().GetUseDhcp() &&
                           nic->GetIpConfig().GetIpv4Address().GetStringAddress() == "0.0.0.0";
         // Audit mode replaces the DHCP warning.
@@ -313,9 +311,9 @@ void WelcomeWindow::fill() {
         std::string text = managementText(nic.get());
         if (network->GetPnics().empty()) {
             text = kNoAdapterText;
-            if (!g_adapterAlertRaised) {
-                g_adapterAlertRaised = true;
-                HostCtl::TheBackend().GetSystemInfo()->SetSystemAlert(kNoAdapterAlert);
+            if (!adapterAlertRaised_) {
+                adapterAlertRaised_ = true;
+                host_.GetSystemInfo()->SetSystemAlert(kNoAdapterAlert);
             }
         }
         showLowerTexts(text, warning);
@@ -334,7 +332,7 @@ void WelcomeWindow::login(bool shutdownPath) {
             LoginDialog dialog(this, session_);
             authenticated = Run(dialog) == 1;
         } else {
-            LoginDisabledDialog dialog(this);
+            LoginDisabledDialog dialog(this, host_);
             Run(dialog);
         }
     } catch (const TeskTimeout&) {

@@ -50,8 +50,9 @@ std::string MemoryLine(unsigned long long totalBytes);
 
 class WelcomeWindow : public Window {
 public:
-    // localConsole: on the host's own console rather than a remote shell.
-    explicit WelcomeWindow(bool localConsole);
+    // host: what the screen shows and logs in to; localConsole: on the host's
+    // own console rather than a remote shell.
+    WelcomeWindow(const HostCtl::Backend& host, bool localConsole);
     ~WelcomeWindow() override;
     // The key loop; returns only when the process ends.
     int run() override;
@@ -68,7 +69,10 @@ private:
     void showLowerTexts(const std::string& management, const std::string& warning);
     void login(bool shutdownPath);
 
+    const HostCtl::Backend& host_;
     Session session_;
+    // The missing-adapter alert is raised once in the console's life.
+    bool adapterAlertRaised_ = false;
     // Default mode.
     std::unique_ptr<Window> upper_;
     std::unique_ptr<Window> lower_;

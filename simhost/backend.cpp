@@ -2,9 +2,11 @@
 #include "simhost/backend.h"
 
 #include "simhost/adv.h"
+#include "simhost/agents.h"
 #include "simhost/hardware.h"
 #include "simhost/network.h"
 #include "simhost/platform_nodes.h"
+#include "simhost/power.h"
 #include "simhost/resolver.h"
 #include "simhost/system.h"
 
@@ -73,6 +75,13 @@ public:
         return std::make_unique<Resource::ResourceInfoImpl>();
     }
     void StoreUserAccountsToCs() const override { System::StoreUserAccountsToCs(); }
+
+    std::unique_ptr<HostCtl::Power::PowerControl> GetPowerControl() const override {
+        return std::make_unique<Power::PowerControlImpl>();
+    }
+    std::unique_ptr<HostCtl::Agents::ManagementAgents> GetManagementAgents() const override {
+        return std::make_unique<Agents::ManagementAgentsImpl>();
+    }
 
     std::unique_ptr<HostCtl::Adv::AdvancedOption> GetAdvancedOptions() const override {
         return std::make_unique<Adv::AdvancedOptionImpl>();

@@ -1,3 +1,4 @@
+#include "hostctl/backend.h"
 #include "session/menu/management.h"
 
 #include <memory>
@@ -8,11 +9,11 @@
 
 namespace Tesk {
 
-HostCtl::Network::ZrkNic* MenuManagementInterface() {
-    static std::unique_ptr<HostCtl::Network::ZrkNic> nic;
-    if (!nic) nic = GetManagementInterface();
+HostCtl::Network::ZrkNic* MenuManagementInterface(MenuContext& context) {
+    auto& nic = context.managementNic;
+    if (!nic) nic = GetManagementInterface(context.host.backend);
     if (nic)
-        TryHost("Getting management interface failed: %s", [] {
+        TryHost("Getting management interface failed: %s", [&nic] {
             if (nic->IsStale()) nic->Refresh();
         });
     return nic.get();
@@ -20,7 +21,7 @@ HostCtl::Network::ZrkNic* MenuManagementInterface() {
 
 bool ManagementInterfaceUsable(MenuContext& context) {
     if (!context.managementUsable) {
-        HostCtl::Network::ZrkNic* nic = MenuManagementInterface();
+        HostCtl::Network::ZrkNic* nic = MenuManagementInterface(context);
         context.managementUsable = nic && TryHost("Getting management interface failed: %s", [nic] {
                                               return nic->IsUsable();
                                           }).value_or(false);

@@ -28,11 +28,11 @@ std::string ManagementNetworkEntry::pane(MenuContext& c) {
     const std::string notSet = c.menu.str(StrId::NotSet);
     std::string host, ipv4, ipv6;
     bool dhcp = false;
-    host = TryHost("Getting host name failed: %s", [] {
-               return HostCtl::TheBackend().GetDnsConfig("defaultNetStack")->GetHostname();
+    host = TryHost("Getting host name failed: %s", [&c] {
+               return c.host.backend.GetDnsConfig("defaultNetStack")->GetHostname();
            }).value_or("");
     TryHost("Getting management interface failed: %s", [&] {
-        HostCtl::Network::ZrkNic* nic = MenuManagementInterface();
+        HostCtl::Network::ZrkNic* nic = MenuManagementInterface(c);
         if (!nic) return;
         HostCtl::Network::IpConfig config = nic->GetIpConfig();
         dhcp = nic->GetConfiguredIpConfig().GetUseDhcp();

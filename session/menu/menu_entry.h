@@ -10,18 +10,25 @@
 #include <string>
 #include <vector>
 
+#include "host/host_context.h"
+#include "hostctl/network.h"
+
 namespace Tesk {
 
 class Frame;
 class Session;
 
 // What an entry may use: the menu (the window its dialogs open over, and the
-// string table), the session of the logged-in user, and host facts that
-// several entries share, read once when the menu opens.
+// string table), the session of the logged-in user, the host as that user
+// reaches it, and host facts that several entries share, read once when the
+// menu opens.
 struct MenuContext {
     Frame& menu;
     Session& session;
+    const HostContext& host;
     std::optional<bool> managementUsable;
+    // The management interface the entries ask about (session/menu/management.h).
+    std::unique_ptr<HostCtl::Network::ZrkNic> managementNic;
 };
 
 class MenuEntry {

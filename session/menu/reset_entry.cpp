@@ -15,9 +15,9 @@ public:
     ResetEntry()
         : FixedTextEntry(StrId::ResetSystemConfiguration, StrId::ResetSystemConfigurationHelp,
                          Footer::kResetLogOut) {}
-    bool enabled(MenuContext&) override {
-        return !TryHost("Getting advanced option failed: %s", [] {
-                    return HostCtl::TheBackend().GetUserAdvancedOptions()->HasUserOption(
+    bool enabled(MenuContext& c) override {
+        return !TryHost("Getting advanced option failed: %s", [&c] {
+                    return c.host.backend.GetUserAdvancedOptions()->HasUserOption(
                         "PXEBootEnabled");
                 }).value_or(false);
     }

@@ -16,7 +16,7 @@ public:
                          Footer::kRestartLogOutOpen) {}
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
     void open(MenuContext& c) override {
-        if (HostCtl::Network::ZrkNic* nic = MenuManagementInterface()) {
+        if (HostCtl::Network::ZrkNic* nic = MenuManagementInterface(c)) {
             RestartNetworkDialog restart(&c.menu, *nic);
             Run(restart);
             return;

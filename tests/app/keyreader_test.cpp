@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "hostctl/backend.h"
 #include "session/session.h"
 #include "store/state.h"
 #include "tests/app/fixtures.h"
@@ -244,7 +245,7 @@ protected:
 };
 
 TEST_F(SmartCards, FirstNonEmptyIdOfTheFirstReadableCardIsDetected) {
-    Tesk::Session session(false);
+    Tesk::Session session(HostCtl::TheBackend(), false);
     Cards(Sim::Json::parse(R"([{"name":"a","token":null},
                                {"name":"b","token":{"userIds":["",""]}},
                                {"name":"c","token":{"userIds":["","alice","bob"]}},
@@ -261,7 +262,7 @@ TEST_F(SmartCards, FirstNonEmptyIdOfTheFirstReadableCardIsDetected) {
 
 TEST_F(SmartCards, CardBoundSessionEndsWhenItsCardLeaves) {
     Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["alice"]}}])"));
-    Tesk::Session session(false);
+    Tesk::Session session(HostCtl::TheBackend(), false);
     session.loggedIn("alice", false);
     session.begin();
     EXPECT_TRUE(session.cardBound());

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "host/runner.h"
-#include "host/zrkctl_exec.h"
+#include "host/command_line.h"
 #include "hostctl/exception.h"
 #include "tests/host/host_root.h"
 
@@ -194,16 +194,16 @@ TEST(TextHelpers, CollapseWhitespaceAndJoinArguments) {
 
 TEST_F(RunnerTest, HostControlExecSplitsLogsAndThrows) {
     WriteRecorder("/bin/zrkping", "$([ \"$3\" = 10.0.0.1 ] && echo 0 || echo 1)");
-    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("/bin/zrkping -c 3  10.0.0.1", false, true, false), 0);
+    EXPECT_EQ(Tesk::RunCommandLine("/bin/zrkping -c 3  10.0.0.1", false, true, false), 0);
     EXPECT_EQ(Calls(), "-c 3 10.0.0.1\n");
     EXPECT_TRUE(Logged("Command \"zrkping -c 3 10.0.0.1\" succeeded")) << Syslog();
 
-    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("/bin/zrkping -c 3 10.0.0.2", false, true, false), 1);
+    EXPECT_EQ(Tesk::RunCommandLine("/bin/zrkping -c 3 10.0.0.2", false, true, false), 1);
     EXPECT_TRUE(Logged("Command \"zrkping -c 3 10.0.0.2\" failed (rc=1)"));
-    EXPECT_THROW(ZrkCtl::Util::ZrkCtl_Exec("/bin/zrkping -c 3 10.0.0.2", false, false, true),
+    EXPECT_THROW(Tesk::RunCommandLine("/bin/zrkping -c 3 10.0.0.2", false, false, true),
                  HostCtl::Lib::HostCtlException);
-    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("   ", false, false, false), -1);
-    EXPECT_EQ(ZrkCtl::Util::ZrkCtl_Exec("exit 5", true, false, false), 5);
+    EXPECT_EQ(Tesk::RunCommandLine("   ", false, false, false), -1);
+    EXPECT_EQ(Tesk::RunCommandLine("exit 5", true, false, false), 5);
 }
 
 }  // namespace

@@ -84,16 +84,16 @@ TEST_F(QueriesTest, PnicNamesAndSummaries) {
         pnics[3]["name"] = "eth0";
     });
     std::vector<std::string> names;
-    ASSERT_TRUE(Tesk::GetPnicNames(names));
+    ASSERT_TRUE(Tesk::GetPnicNames(HostCtl::TheBackend(), names));
     EXPECT_EQ(names, (std::vector<std::string>{"eth0", "pnic1", "pnic2", "pnic10"}));
 
-    auto free = Tesk::GetPnicSummary("eth0", {});
+    auto free = Tesk::GetPnicSummary(HostCtl::TheBackend(), "eth0", {});
     ASSERT_TRUE(free);
     EXPECT_EQ(free->hardwareLabel, "N/A");
     EXPECT_EQ(free->connectionStatus, "Disconnected");
     EXPECT_TRUE(Tesk::FormatPnicDetails(*free).ends_with("\nUsed By: None"));
 
-    auto used = Tesk::GetPnicSummary("pnic10", {{"pnic10", "zSwitch0"}});
+    auto used = Tesk::GetPnicSummary(HostCtl::TheBackend(), "pnic10", {{"pnic10", "zSwitch0"}});
     ASSERT_TRUE(used);
     EXPECT_EQ(used->hardwareLabel, "Acme Networks X540 10 Gigabit Network Connection");
     EXPECT_EQ(Tesk::FormatPnicDetails(*used),
@@ -102,8 +102,8 @@ TEST_F(QueriesTest, PnicNamesAndSummaries) {
 
     root().editState([](Json& s) { s["network"]["pnics"][1]["pci"]["device"] = "  "; });
     root().editState([](Json& s) { s["network"]["pnics"][1]["pci"]["vendor"] = ""; });
-    EXPECT_EQ(Tesk::GetPnicSummary("pnic2", {})->hardwareLabel, "N/A");
-    EXPECT_FALSE(Tesk::GetPnicSummary("pnic7", {}));
+    EXPECT_EQ(Tesk::GetPnicSummary(HostCtl::TheBackend(), "pnic2", {})->hardwareLabel, "N/A");
+    EXPECT_FALSE(Tesk::GetPnicSummary(HostCtl::TheBackend(), "pnic7", {}));
 }
 
 TEST_F(QueriesTest, UplinkOwnersPreferTheDistributedSwitch) {
@@ -112,21 +112,21 @@ TEST_F(QueriesTest, UplinkOwnersPreferTheDistributedSwitch) {
         s["network"]["standardSwitches"][0]["uplinks"].push_back("pnic1");  // also on the qDS
     });
     Tesk::UplinkOwnerMap owners;
-    ASSERT_TRUE(Tesk::BuildUplinkOwnerMap({"pnic0", "pnic1", "pnic3"}, owners));
+    ASSERT_TRUE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0", "pnic1", "pnic3"}, owners));
     EXPECT_EQ(owners, (Tesk::UplinkOwnerMap{{"pnic0", "zSwitch0"}, {"pnic1", "qDS-Prod"}}));
 
     root().setFault("vswitchInfo.getQdsSwitches", {{"exception", "qDS unreachable"}});
     owners.clear();
-    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap({"pnic0"}, owners));
+    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0"}, owners));
     EXPECT_TRUE(root().hasLogLine("Scanning qDS switches failed: qDS unreachable"));
     root().setFault("vswitchInfo.getVirtualSwitches", {{"exception", "no switches"}});
-    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap({"pnic0"}, owners));
+    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0"}, owners));
     EXPECT_TRUE(root().hasLogLine("Scanning virtual switches failed: no switches"));
 }
 
 TEST_F(QueriesTest, StandardSwitchSummaries) {
     std::vector<Tesk::SwitchSummary> switches;
-    ASSERT_TRUE(Tesk::GetStandardSwitches(switches));
+    ASSERT_TRUE(Tesk::GetStandardSwitches(HostCtl::TheBackend(), switches));
     ASSERT_EQ(switches.size(), 2u);
     EXPECT_EQ(switches[0].name, "zSwitch0");
     EXPECT_EQ(switches[0].uplinks, (std::vector<std::string>{"pnic0", "pnic1"}));
@@ -137,36 +137,36 @@ TEST_F(QueriesTest, StandardSwitchSummaries) {
 
     root().setFault("vswitch.getUplinks", {{"exception", "busy"}});
     switches.clear();
-    EXPECT_FALSE(Tesk::GetStandardSwitches(switches));
+    EXPECT_FALSE(Tesk::GetStandardSwitches(HostCtl::TheBackend(), switches));
     EXPECT_TRUE(root().hasLogLine("Gathering standard virtual switch list failed: busy"));
 }
 
 TEST_F(QueriesTest, NoNicHost) {
     UseProfile("nonic");
     std::vector<std::string> names;
-    EXPECT_TRUE(Tesk::GetPnicNames(names));
+    EXPECT_TRUE(Tesk::GetPnicNames(HostCtl::TheBackend(), names));
     EXPECT_TRUE(names.empty());
     std::vector<Tesk::SwitchSummary> switches;
-    EXPECT_TRUE(Tesk::GetStandardSwitches(switches));
+    EXPECT_TRUE(Tesk::GetStandardSwitches(HostCtl::TheBackend(), switches));
     EXPECT_TRUE(switches.empty());
-    EXPECT_EQ(Tesk::GetManagementInterface(), nullptr);
-    EXPECT_FALSE(Tesk::IsManagementOnQds());
+    EXPECT_EQ(Tesk::GetManagementInterface(HostCtl::TheBackend()), nullptr);
+    EXPECT_FALSE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     EXPECT_TRUE(root().hasLogLine("Could not locate the management interface"));
 }
 
 TEST_F(QueriesTest, ManagementOnDistributedSwitch) {
-    EXPECT_FALSE(Tesk::IsManagementOnQds());
+    EXPECT_FALSE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     UseProfile("qds");
-    EXPECT_TRUE(Tesk::IsManagementOnQds());
+    EXPECT_TRUE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     root().setFault("zrkNic.getPortConnection", {{"exception", "port gone"}});
-    EXPECT_FALSE(Tesk::IsManagementOnQds());
+    EXPECT_FALSE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     EXPECT_TRUE(root().hasLogLine("Could not determine if a qDS was in use: port gone"));
 }
 
 TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
     UseProfile("qds");
     std::vector<Tesk::ZrkNicInfo> nics;
-    ASSERT_TRUE(Tesk::LoadZrkNicInfos(nics));
+    ASSERT_TRUE(Tesk::LoadZrkNicInfos(HostCtl::TheBackend(), nics));
     ASSERT_EQ(nics.size(), 1u);
     EXPECT_EQ(nics[0].GetDetails(),
               "Name: zrk0\nMAC Address: 02:5a:4b:a1:10:00\nPortset: qDS-Prod\nPortgroup: N/A");
@@ -176,7 +176,7 @@ TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
     EXPECT_EQ(nics[0].GetLabel(), "Zerkel NIC Name: zrk0");
 
     std::vector<Tesk::PortGroupInfo> groups;
-    ASSERT_TRUE(Tesk::LoadPortGroupInfos(groups));
+    ASSERT_TRUE(Tesk::LoadPortGroupInfos(HostCtl::TheBackend(), groups));
     ASSERT_EQ(groups.size(), 1u);
     EXPECT_EQ(groups[0].GetRow(),
               "{align:padding:20}VM Network{/align}{align:padding:16}zSwitch0{/align}"
@@ -186,7 +186,7 @@ TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
     EXPECT_TRUE(groups[0].GetHeader().starts_with("  {align:padding:20}Portgroup Name"));
 
     root().setFault("network.getAllPortGroups", {{"exception", "no groups"}});
-    EXPECT_FALSE(Tesk::LoadPortGroupInfos(groups));
+    EXPECT_FALSE(Tesk::LoadPortGroupInfos(HostCtl::TheBackend(), groups));
     EXPECT_TRUE(root().hasLogLine("Getting physical nics failed: no groups"));
 }
 

@@ -2,7 +2,7 @@
 // management port group makes the gateway ping and the resolution fail, the
 // right one applied again makes them pass. The ping runs as the test runs it,
 // through the simulated host's own ping tool.
-#include "host/zrkctl_exec.h"
+#include "host/command_line.h"
 #include "network/test_workers.h"
 #include "tests/network/apply_fixture.h"
 
@@ -12,7 +12,7 @@ namespace {
 class TestAfterApply : public ApplyTest {
 protected:
     bool Ping(const std::string& address) {
-        return ZrkCtl::Util::ZrkCtl_Exec(Tesk::PingCommand(address), false, true, false) == 0;
+        return Tesk::RunCommandLine(Tesk::PingCommand(address), false, true, false) == 0;
     }
     bool Resolve(const std::string& name) {
         return HostCtl::TheBackend().GetResolver("defaultNetStack")->Resolve(name);

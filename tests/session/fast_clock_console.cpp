@@ -49,6 +49,6 @@ int main(int argc, char** argv) {
     // The console's own argument (the virtual terminal) is not used here.
     char* args[] = {argv[0], nullptr};
     return Tesk::RunConsole(1, args, [](const Tesk::StartFacts& facts) {
-        return std::make_unique<Tesk::WelcomeWindow>(facts.localConsole);
+        return std::make_unique<Tesk::WelcomeWindow>(HostCtl::TheBackend(), facts.localConsole);
     });
 }

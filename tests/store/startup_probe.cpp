@@ -33,6 +33,6 @@ int main(int argc, char** argv) {
     char* args[] = {argv[0], nullptr};
     (void)argc;
     return Tesk::RunConsole(1, args, [](const Tesk::StartFacts& facts) {
-        return std::make_unique<CountingWelcome>(facts.localConsole);
+        return std::make_unique<CountingWelcome>(HostCtl::TheBackend(), facts.localConsole);
     });
 }

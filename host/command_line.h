@@ -1,10 +1,10 @@
-// The host-control library's command execution: one command line, run
-// through the command runner.
+// One command line run through the command runner, for backends whose tools
+// are named by a line rather than an argument vector.
 #pragma once
 
 #include <string>
 
-namespace ZrkCtl::Util {
+namespace Tesk {
 
 // Runs `command` and returns its exit status (-1 when it could not be started
 // or did not end normally; an empty command gives -1).
@@ -22,6 +22,6 @@ namespace ZrkCtl::Util {
 //
 // Safe to call from worker threads. The screens call it with
 // (false, true, false).
-int ZrkCtl_Exec(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure);
+int RunCommandLine(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure);
 
-}  // namespace ZrkCtl::Util
+}  // namespace Tesk

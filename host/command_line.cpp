@@ -1,4 +1,4 @@
-#include "host/zrkctl_exec.h"
+#include "host/command_line.h"
 
 #include <sstream>
 #include <vector>
@@ -6,9 +6,9 @@
 #include "host/runner.h"
 #include "hostctl/exception.h"
 
-namespace ZrkCtl::Util {
+namespace Tesk {
 
-int ZrkCtl_Exec(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure) {
+int RunCommandLine(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure) {
     std::vector<std::string> words;
     if (useShell) {
         words = {"/bin/sh", "sh", "-c", command};
@@ -26,8 +26,8 @@ int ZrkCtl_Exec(const std::string& command, bool useShell, bool logOutcome, bool
         for (size_t i = 1; i < words.size(); ++i) argv.push_back(words[i].c_str());
         argv.push_back(nullptr);
         const char* path = words[0].c_str();
-        rc = logOutcome ? Tesk::RunCommandLogged(path, argv.data())
-                        : Tesk::RunCommand(path, argv.data(), nullptr, nullptr, nullptr, nullptr,
+        rc = logOutcome ? RunCommandLogged(path, argv.data())
+                        : RunCommand(path, argv.data(), nullptr, nullptr, nullptr, nullptr,
                                            nullptr, 0, 0);
     }
     if (rc != 0 && throwOnFailure)
@@ -36,4 +36,4 @@ int ZrkCtl_Exec(const std::string& command, bool useShell, bool logOutcome, bool
     return rc;
 }
 
-}  // namespace ZrkCtl::Util
+}  // namespace Tesk

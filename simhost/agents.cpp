@@ -1,0 +1,36 @@
+// The simulated host's management agents, through its own tools with their
+// argument vectors and log lines.
+#include "simhost/agents.h"
+
+#include "host/runner.h"
+#include "host/command_line.h"
+#include "platform/syslog.h"
+
+namespace ZrkCtl::Agents {
+
+void ManagementAgentsImpl::Refresh(const std::string& user) const {
+    if (!user.empty()) {
+        Tesk::RefreshHostAgent(user);
+        return;
+    }
+    const char* argv[] = {"rux-cmd", "internalsvc/refresh", nullptr};
+    Tesk::RunCommandLogged("/bin/rux-cmd", argv);
+}
+
+void ManagementAgentsImpl::Stop() const {
+    Tesk::RunCommandLine("/bin/sh /sbin/services.sh stop", false, true, false);
+}
+
+void ManagementAgentsImpl::Start() const {
+    Tesk::RunCommandLine("/bin/sh /sbin/services.sh start", false, true, false);
+}
+
+bool ManagementAgentsImpl::CollectLiveCore() const {
+    Tesk::Platform::Log(LOG_INFO, "%s", "Executing zrkbacktrace -c against hagentd");
+    const int rc = Tesk::RunCommandLine(
+        "/sbin/zrkbacktrace -w -n hagentd -o hagentd-restart% -d /var/log/", false, true, false);
+    if (rc != 0) Tesk::Platform::Log(LOG_ERR, "%s", "zrkbacktrace failed, probably hagentd was down");
+    return rc == 0;
+}
+
+}  // namespace ZrkCtl::Agents
