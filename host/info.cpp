@@ -20,8 +20,7 @@ std::string OrNotAvailable(std::string text) {
 bool LoadZrkNics(const HostCtl::Backend& host, std::vector<ZrkNicRecord>& records) {
     namespace HN = HostCtl::Network;
     return TryHost("Getting Zerkel nics failed: %s", [&] {
-        for (const auto& nic :
-             host.GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
+        for (const auto& nic : host.GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
             if (nic->IsStale()) nic->Refresh();
             auto connection = nic->GetPortConnection();
             std::string portset, portGroup;
@@ -40,8 +39,8 @@ bool LoadPortGroups(const HostCtl::Backend& host, std::vector<PortGroupRecord>& 
     // The text names physical NICs although port groups are read; the line is
     // known under this text.
     return TryHost("Getting physical nics failed: %s", [&] {
-        for (const auto& pg : host.GetNetworkInfo()->GetAllPortGroups(
-                 HostCtl::Network::PortsetKind::All))
+        for (const auto& pg :
+             host.GetNetworkInfo()->GetAllPortGroups(HostCtl::Network::PortsetKind::All))
             records.push_back(
                 {pg.GetName(), pg.GetVirtualSwitchName(), pg.GetActiveClients(), pg.GetVlanId()});
     });

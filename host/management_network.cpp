@@ -42,7 +42,8 @@ std::optional<std::string> GetConnectionSwitchName(HN::ZrkNic& nic) {
                    [&] { return nic.GetPortConnection().GetSwitchName(); });
 }
 
-bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters, UplinkOwnerMap& owners) {
+bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters,
+                 UplinkOwnerMap& owners) {
     std::vector<std::string> names;
     if (!GetPnicNames(host, names) || !BuildUplinkOwnerMap(host, names, owners)) return false;
     for (const auto& name : names) {

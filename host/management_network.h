@@ -37,7 +37,8 @@ std::optional<std::string> GetConnectionSwitchName(HostCtl::Network::ZrkNic& nic
 
 // Every physical adapter, sorted by name, with the switch that uses each;
 // false when the list or the owners cannot be read (logged).
-bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters, UplinkOwnerMap& owners);
+bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters,
+                 UplinkOwnerMap& owners);
 
 // How an adapter is named to the administrator: its PCI device's name with
 // white space collapsed, or its MAC address when it has no PCI device (or the

@@ -107,8 +107,8 @@ bool BuildUplinkOwnerMap(const HostCtl::Backend& host, const std::vector<std::st
 
 bool GetStandardSwitches(const HostCtl::Backend& host, std::vector<SwitchSummary>& switches) {
     return TryHost("Gathering standard virtual switch list failed: %s", [&] {
-        for (const auto& s : host.GetVirtualSwitchInfo()->GetVirtualSwitches(
-                 HN::PortsetKind::All)) {
+        for (const auto& s :
+             host.GetVirtualSwitchInfo()->GetVirtualSwitches(HN::PortsetKind::All)) {
             SwitchSummary summary;
             summary.portGroups = s->GetPortGroups();
             summary.name = s->GetName();

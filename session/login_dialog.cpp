@@ -29,10 +29,9 @@ constexpr int kUpperHeight = 6;
 constexpr int kFieldWidth = 30;
 
 std::string KeyboardLabel(const HostCtl::Backend& host) {
-    const std::string layout =
-        TryHost("Getting keyboard layout failed: %s", [&host] {
-            return host.GetSystemInfo()->GetKeyboardLayout();
-        }).value_or("");
+    const std::string layout = TryHost("Getting keyboard layout failed: %s", [&host] {
+                                   return host.GetSystemInfo()->GetKeyboardLayout();
+                               }).value_or("");
     return "Configured Keyboard (" + EscapeHostText(layout) + ")";
 }
 
@@ -40,7 +39,8 @@ std::string KeyboardLabel(const HostCtl::Backend& host) {
 
 LoginDialog::LoginDialog(Window* opener, Session& session)
     : FormDialog(opener, kWidth, kHeight, kUpperHeight), session_(session) {
-    if (session_.localConsole()) keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(session_.host()), true);
+    if (session_.localConsole())
+        keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(session_.host()), true);
     // Both fields take every printable character, UTF-8 included: a user
     // name or password need not be ASCII.
     login_ = &items().emplace<InputItem>(str(StrId::LoginName), "root", kFieldWidth);
@@ -158,6 +158,7 @@ bool LoginDialog::authenticate() {
 
 LoginDisabledDialog::LoginDisabledDialog(Window* opener, const HostCtl::Backend& host)
     : ConfirmDialog(opener, {kWidth, 9, kUpperHeight}, Str(StrId::AuthenticationDenied),
-                    HostMessage(host, Str(StrId::ConsoleAccessDisabled)), Footer::kOk, {{KeyEnter, 0}}) {}
+                    HostMessage(host, Str(StrId::ConsoleAccessDisabled)), Footer::kOk,
+                    {{KeyEnter, 0}}) {}
 
 }  // namespace Tesk

@@ -18,7 +18,8 @@ std::string StatusText(Session& session) {
 }  // namespace
 
 RootWindow::RootWindow(Window* opener, Session& session)
-    : PaneWindow(opener, kLeftFooter, StatusText(session)), host_{session.host(), session.user()},
+    : PaneWindow(opener, kLeftFooter, StatusText(session)),
+      host_{session.host(), session.user()},
       context_{*this, session, host_, {}, {}} {
     setTitle(str(StrId::SystemCustomization));
     std::vector<std::unique_ptr<MenuEntry>> all = MakeMenuEntries();

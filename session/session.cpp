@@ -55,8 +55,7 @@ void Session::checkCard() {
 
 int ReadIdleTimeout(const HostCtl::Backend& host) {
     try {
-        auto option =
-            host.GetAdvancedOptions()->GetOption("/UserVars/TeskTimeOut");
+        auto option = host.GetAdvancedOptions()->GetOption("/UserVars/TeskTimeOut");
         if (option && option->type == HostCtl::Adv::OptionValue::Type::Integer) {
             auto v = option->intValue;
             if (v < std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "admin/shutdown_dialog.h"
+#include "host/host_facts.h"
 #include "host/product_line.h"
 #include "host/queries.h"
 #include "hostctl/backend.h"
@@ -131,7 +132,9 @@ LowerPlaces PlaceLowerTexts(int cols, int lowerHeight, const std::string& manage
 }  // namespace Welcome
 
 WelcomeWindow::WelcomeWindow(const HostCtl::Backend& host, bool localConsole)
-    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite), host_(host), session_(host, localConsole) {
+    : Window(0, 0, COLS, LINES, ColourBlack, ColourWhite),
+      host_(host),
+      session_(host, localConsole) {
     en_US_Factory::SetProductLineSource(&ReadProductLine);
 }
 
@@ -167,16 +170,16 @@ void WelcomeWindow::enterCustomMode(const std::string& message) {
         werase(curses());
         box(curses(), 0, 0);
         custom_ = std::make_unique<TextArea>(this, 2, 2, COLS - 4, LINES - 4, ColourWhite);
+        for (auto& [name, fact] : HostFacts(host_)) custom_->setVariable(name, std::move(fact));
     }
     custom_->setText(message);
 }
 
 void WelcomeWindow::draw() {
     DrawBatch batch;
-    const std::string message =
-        TryHost("Getting welcome message failed: %s", [this] {
-            return host_.GetSystemInfo()->GetWelcomeMessage();
-        }).value_or("");
+    const std::string message = TryHost("Getting welcome message failed: %s", [this] {
+                                    return host_.GetSystemInfo()->GetWelcomeMessage();
+                                }).value_or("");
     if (message.empty()) {
         enterDefaultMode();
         fill();
@@ -193,10 +196,9 @@ std::string WelcomeWindow::managementText(HostCtl::Network::ZrkNic* nic) {
     if (heading == nullptr || *heading == '\0') return {};
     out << heading;
 
-    const std::string host =
-        TryHost("Getting host name failed: %s", [this] {
-            return host_.GetDnsConfig("defaultNetStack")->GetHostname();
-        }).value_or("");
+    const std::string host = TryHost("Getting host name failed: %s", [this] {
+                                 return host_.GetDnsConfig("defaultNetStack")->GetHostname();
+                             }).value_or("");
     if (!host.empty() && host != "localhost") out << "\nhttps://" << EscapeHostText(host) << "/ ";
 
     // Without a management interface there is no address to offer.

@@ -2,8 +2,8 @@
 // argument vectors and log lines.
 #include "simhost/agents.h"
 
-#include "host/runner.h"
 #include "host/command_line.h"
+#include "host/runner.h"
 #include "platform/syslog.h"
 
 namespace ZrkCtl::Agents {
@@ -29,7 +29,8 @@ bool ManagementAgentsImpl::CollectLiveCore() const {
     Tesk::Platform::Log(LOG_INFO, "%s", "Executing zrkbacktrace -c against hagentd");
     const int rc = Tesk::RunCommandLine(
         "/sbin/zrkbacktrace -w -n hagentd -o hagentd-restart% -d /var/log/", false, true, false);
-    if (rc != 0) Tesk::Platform::Log(LOG_ERR, "%s", "zrkbacktrace failed, probably hagentd was down");
+    if (rc != 0)
+        Tesk::Platform::Log(LOG_ERR, "%s", "zrkbacktrace failed, probably hagentd was down");
     return rc == 0;
 }
 

@@ -426,17 +426,10 @@ int ColourByName(const ColourMap& colours, std::string_view name) {
     return it == colours.end() ? 0 : it->second;
 }
 
-VariableMap& HostVariables() {
-    static VariableMap variables = [] {
-        VariableMap map;
-        for (const char* name : kHostVariableNames) map[name] = [] { return std::string(); };
-        return map;
-    }();
-    return variables;
-}
-
-void SetHostVariable(const std::string& name, VariableProvider provider) {
-    HostVariables()[name] = std::move(provider);
+VariableMap EmptyHostVariables() {
+    VariableMap map;
+    for (const char* name : kHostVariableNames) map[name] = [] { return std::string(); };
+    return map;
 }
 
 std::string FormatByteSize(std::uint64_t bytes) {

@@ -32,11 +32,10 @@ const ColourMap& StandardColours();
 // A colour name's number; unknown names are black.
 int ColourByName(const ColourMap& colours, std::string_view name);
 
-// The host-fact variables every text area knows ("ip", "kovaversion", ...).
-// Their values come from the screens that show them, which register providers
-// here; until then a variable reads as the empty text.
-VariableMap& HostVariables();
-void SetHostVariable(const std::string& name, VariableProvider provider);
+// The host-fact variables every text area knows ("ip", "kovaversion", ...),
+// each reading as the empty text: the screen that shows an area gives it the
+// providers it has (TextArea::setVariable).
+VariableMap EmptyHostVariables();
 
 // A size as "%lu.%lu %cB" with the unit from "MGTP" (1 MiB upwards).
 std::string FormatByteSize(std::uint64_t bytes);

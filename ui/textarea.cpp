@@ -9,17 +9,9 @@ namespace Tesk {
 
 TextArea::TextArea(Window* parent, int x, int y, int width, int height, int background,
                    int foreground)
-    : Window(parent, x, y, width, height, background, foreground), colours_(StandardColours()) {
-    // Each host variable asks the registry when it is used, so providers a
-    // screen registers later still reach areas made before.
-    for (const auto& [name, provider] : HostVariables()) {
-        (void)provider;
-        variables_[name] = [name = name] {
-            auto it = HostVariables().find(name);
-            return it != HostVariables().end() && it->second ? it->second() : std::string();
-        };
-    }
-}
+    : Window(parent, x, y, width, height, background, foreground),
+      colours_(StandardColours()),
+      variables_(EmptyHostVariables()) {}
 
 TextArea::TextArea(Window* parent, int x, int y, int width, int height, int foreground)
     : TextArea(parent, x, y, width, height, -1, foreground) {}

@@ -1,5 +1,5 @@
-#include "hostctl/backend.h"
 #include "session/menu/management.h"
+#include "hostctl/backend.h"
 
 #include <memory>
 

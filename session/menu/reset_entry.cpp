@@ -17,8 +17,7 @@ public:
                          Footer::kResetLogOut) {}
     bool enabled(MenuContext& c) override {
         return !TryHost("Getting advanced option failed: %s", [&c] {
-                    return c.host.backend.GetUserAdvancedOptions()->HasUserOption(
-                        "PXEBootEnabled");
+                    return c.host.backend.GetUserAdvancedOptions()->HasUserOption("PXEBootEnabled");
                 }).value_or(false);
     }
     void open(MenuContext& c) override {

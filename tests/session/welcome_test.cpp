@@ -179,10 +179,14 @@ TEST(WelcomeScreen, MemoryVendorAndProcessorLinesFollowTheHost) {
 TEST(WelcomeScreen, CustomMessageHidesEverythingYetTheKeysStillWork) {
     SimRoot root;
     root.editState([](Json& s) {
-        s["systemInfo"]["welcomeMessage"] = "Property of the {color:red}Lab 4{/color} team";
+        s["systemInfo"]["welcomeMessage"] =
+            "Property of the {color:red}Lab 4{/color} team\nVersion {kovaversion} at "
+            "{ip}{servicetag}.";
     });
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(WaitSettled(console, "Property of the Lab 4 team"));
+    // The host's facts fill the message's variables; one it cannot tell is empty.
+    EXPECT_TRUE(console.find("Version 8.0.2 at 192.168.10.21."));
     EXPECT_EQ(console.find("Property of the"), (Position{2, 2}));
     for (const char* hidden : {"To manage", "Zerkel Host", "Memory", "<F2>", "<F12>", "https://"})
         EXPECT_FALSE(console.find(hidden)) << hidden;

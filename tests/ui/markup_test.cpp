@@ -99,15 +99,6 @@ TEST(Layout, VariablesAreSubstitutedAndTruncatedByPadding) {
     EXPECT_EQ(LayoutMarkup("{ip:4}x", 10, vars), "{ip:4}x");
 }
 
-TEST(Layout, HostVariablesStartEmptyAndFollowTheirProvider) {
-    auto& vars = Tesk::HostVariables();
-    ASSERT_TRUE(vars.count("ssl-thumbprint-sha-256"));
-    EXPECT_EQ(LayoutMarkup("[{servicetag}]", 20, vars), "[]");
-    Tesk::SetHostVariable("servicetag", [] { return std::string("SIM1"); });
-    EXPECT_EQ(LayoutMarkup("[{servicetag}]", 20, vars), "[SIM1]");
-    Tesk::SetHostVariable("servicetag", [] { return std::string(); });
-}
-
 TEST(Layout, MalformedMarkupNeverFails) {
     // An unclosed brace swallows the rest; a stray closing brace is a byte.
     EXPECT_EQ(VisibleLines(LayoutMarkup("ab{color:red cd ef", 10))[0], "ab");
