@@ -38,8 +38,10 @@ std::optional<ManagementPortGroupSettings> ReadManagementPortGroup(HN::ZrkNic& n
 }
 
 std::optional<std::string> GetConnectionSwitchName(HN::ZrkNic& nic) {
-    return TryHost("Getting switch name failed: %s",
-                   [&] { return nic.GetPortConnection().GetSwitchName(); });
+    return TryHost("Getting switch name failed: %s", [&] {
+        if (nic.IsStale()) nic.Refresh();
+        return nic.GetPortConnection().GetSwitchName();
+    });
 }
 
 bool GetAdapters(const HostCtl::Backend& host, std::vector<PnicSummary>& adapters,

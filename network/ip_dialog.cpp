@@ -10,7 +10,7 @@ namespace {
 // Selectable entries: the three modes, then the three fields.
 constexpr int kAddressEntry = 3, kNetmaskEntry = 4, kGatewayEntry = 5;
 constexpr int kFieldWidth = 16;
-constexpr std::size_t kFieldLength = 15;  // "255.255.255.255"
+constexpr std::size_t kFieldLength = 16;
 }  // namespace
 
 IPConfigurationDialog::IPConfigurationDialog(Window* opener, bool none, bool dhcp,

@@ -25,19 +25,13 @@ std::string RestartAddressLines(const HN::IpConfig& now, bool ipv4Dhcp) {
     std::string text;
     if (!ipv4Dhcp)
         text += "\n" + prefix + EscapeHostText(now.GetIpv4Address().GetStringAddress()) + "\n";
+    // Only the first address type (the static addresses): what was learnt from
+    // router advertisements or DHCPv6 is not listed, even when it comes first.
     std::vector<const HN::Ipv6Network*> shown;
-    const auto& all = now.GetIpv6Networks();
-    const HN::Ipv6Network* first = nullptr;
-    for (const auto& n : all)
-        if (n.GetScope() != HN::Ipv6Scope::LinkLocal) {
-            first = &n;
-            break;
-        }
-    if (first)
-        for (const auto& n : all)
-            if (n.GetScope() != HN::Ipv6Scope::LinkLocal &&
-                n.GetIpv6AddressType() == first->GetIpv6AddressType())
-                shown.push_back(&n);
+    for (const auto& n : now.GetIpv6Networks())
+        if (n.GetScope() != HN::Ipv6Scope::LinkLocal &&
+            n.GetIpv6AddressType() == HN::Ipv6AddressType::Static)
+            shown.push_back(&n);
     const size_t count = shown.size() > 3 ? 2 : shown.size();
     if (ipv4Dhcp && !shown.empty()) text += "\n";
     for (size_t i = 0; i < count; ++i)

@@ -32,8 +32,9 @@ private:
 };
 
 // The progress text after the interface came up again: the IPv4 address
-// when it is static, then the IPv6 addresses of the first address type whose
-// scope is not link-local (two and "   ..." when there are more than three).
+// when it is static, then the static IPv6 addresses (the first address type)
+// whose scope is not link-local (two and "   ..." when there are more than
+// three).
 std::string RestartAddressLines(const HostCtl::Network::IpConfig& now, bool ipv4Dhcp);
 
 }  // namespace Tesk

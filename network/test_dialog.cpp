@@ -78,8 +78,7 @@ TestDialog::TestDialog(Window* opener) : FormDialog(opener, kSetUpSize) {
 
     for (int i = 0; i < 3; ++i)
         addresses_[i] = &items().emplace<InputItem>(FieldName(i + 1) + ":", prefill[i], -1);
-    hostname_ =
-        &items().emplace<InputItem>(std::string(str(StrId::ResolveHostname)) + ":", hostname, -1);
+    hostname_ = &items().emplace<InputItem>(str(StrId::ResolveHostname), hostname, -1);
 }
 
 KeyResult TestDialog::accept() {

@@ -16,7 +16,7 @@ VlanDialog::VlanDialog(Window* opener, std::uint16_t vlanId) : FormDialog(opener
     setBody(str(StrId::VlanUnsureHelp));
     setFooter(Footer::kOkCancel);
     field_ = &items().emplace<NumericInputItem>(str(StrId::VlanIdPrompt),
-                                                vlanId ? std::to_string(vlanId) : "", 7, 5);
+                                                vlanId ? std::to_string(vlanId) : "", 5, 5);
 }
 
 std::uint16_t VlanDialog::value() const {
@@ -29,6 +29,7 @@ KeyResult VlanDialog::accept() {
     const unsigned long id = std::stoul(field_->value());
     if (id >= 1 && id < kAllVlans) return KeyResult::Leave(1);
     if (id == kAllVlans) {
+        // A message's band of 7 rows shows three; this text needs five.
         MessageDialog warning(this, str(StrId::Warning), str(StrId::VlanId4095Warning),
                               {{70, 12, 9}, Footer::kOk, false});
         Run(warning);

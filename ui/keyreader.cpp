@@ -84,6 +84,21 @@ timeval Remaining(const timeval& deadline, const timeval& now) {
     return r;
 }
 
+// A key curses can hand over without waiting, or nullopt. Besides what the
+// terminal has sent, curses may hold keys of its own: while it decides whether
+// an Esc starts a sequence it reads on, and gives back what followed when none
+// did. Those keys are no longer on the descriptor, so poll() never sees them.
+std::optional<int> ReadWaitingKey() {
+    // Whole characters, not bytes: a UTF-8 sequence arrives as one key.
+    wtimeout(stdscr, 0);
+    wint_t ch = 0;
+    const int kind = wget_wch(stdscr, &ch);
+    wtimeout(stdscr, -1);
+    if (kind == KEY_CODE_YES) return static_cast<int>(ch);
+    if (kind == OK) return CharKey(static_cast<char32_t>(ch));
+    return std::nullopt;
+}
+
 }  // namespace
 
 void StartSignalHandling() {
@@ -115,6 +130,7 @@ void StartSignalHandling() {
 int WaitForInput(const timeval* limit) {
     // Whatever was drawn is on the terminal before the wait.
     doupdate();
+    if (auto key = ReadWaitingKey()) return *key;
     pollfd fds[2] = {{g_inputFd, POLLIN, 0}, {g_pipe[0], POLLIN, 0}};
     int timeoutMs = -1;
     if (limit) timeoutMs = static_cast<int>(limit->tv_usec / 1000 + limit->tv_sec * 1000);
@@ -126,13 +142,7 @@ int WaitForInput(const timeval* limit) {
     }
     if (n == 0) return EventTimeout;
     if (fds[0].revents & (POLLIN | POLLHUP | POLLERR | POLLNVAL)) {
-        // Whole characters, not bytes: a UTF-8 sequence arrives as one key.
-        wtimeout(stdscr, 0);
-        wint_t ch = 0;
-        const int kind = wget_wch(stdscr, &ch);
-        wtimeout(stdscr, -1);
-        if (kind == KEY_CODE_YES) return static_cast<int>(ch);
-        if (kind == OK) return CharKey(static_cast<char32_t>(ch));
+        if (auto key = ReadWaitingKey()) return *key;
         // The terminal hung up without a SIGHUP reaching this process (the
         // kernel tells the session's leader, which may be the program that
         // started the console): every poll would say so again, and a quit

@@ -50,8 +50,8 @@ void SetKeySession(KeySession* session);
 void StartSignalHandling();
 
 // Waits for a key on the input descriptor or a byte on the wake-up pipe,
-// with an optional limit. Returns a key (>= 0; characters beyond ASCII as
-// CharKey(code point), ui/keys.h) or an InputEvent.
+// with an optional limit; a key curses already holds is returned at once. Returns a key (>= 0;
+// characters beyond ASCII as CharKey(code point), ui/keys.h) or an InputEvent.
 int WaitForInput(const timeval* limit);
 
 // Reads a key for window w (which dims after 60 s and wakes on the next key).

@@ -5,6 +5,7 @@
 #include <sys/time.h>
 
 #include <deque>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -221,6 +222,18 @@ TEST_F(WakeupPipe, KeyBeforePipeByteAndEveryByteItsEvent) {
     EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventNone);
     timeval shortWait{0, 20000};
     EXPECT_EQ(Tesk::WaitForInput(&shortWait), Tesk::EventTimeout);
+}
+
+TEST_F(WakeupPipe, TheKeyAfterALoneEscIsNotLeftWithCurses) {
+    // Curses reads on after an Esc to see whether a sequence starts and keeps
+    // what it read when none does: the descriptor is empty by then.
+    for (const char* second : {"\r", "x", "\x1b"}) {
+        const std::string bytes = std::string("\x1b") + second;
+        ASSERT_EQ(::write(in_[1], bytes.data(), bytes.size()), 2);
+        timeval limit{1, 0};
+        EXPECT_EQ(Tesk::WaitForInput(&limit), 27) << second;
+        EXPECT_EQ(Tesk::WaitForInput(&limit), *second == '\r' ? Tesk::KeyEnter : *second) << second;
+    }
 }
 
 TEST_F(WakeupPipe, SignalsArriveAsTheirEvents) {

@@ -55,6 +55,16 @@ TEST(AdaptersDialog, RowsCutLongNamesLabelsAndMacAddresses) {
     console.waitForQuiet();
     EXPECT_FALSE(Contains(console.text(), kDialogText));
     EXPECT_TRUE(Contains(console.text(), "<Esc> Exit"));
+
+    // The management interface lost its connection after the window read it:
+    // the interface is read again, and the dialog does not open.
+    root.setFault("vswitchInfo.getQdsSwitches", nullptr);
+    root.editState([](Json& s) { s["network"]["zrkNics"][0]["connection"] = nullptr; });
+    console.key(Key::Enter);
+    EXPECT_TRUE(root.waitForLogLine("Getting switch name failed: Unsupported connectee type"));
+    console.waitForQuiet();
+    EXPECT_FALSE(Contains(console.text(), kDialogText));
+    EXPECT_TRUE(Contains(console.text(), "<Esc> Exit"));
 }
 
 TEST(AdaptersDialog, OnlyAnotherSwitchsAdapterWarnsAndIsTakenAnyway) {

@@ -40,7 +40,7 @@ std::string RowWith(ConsoleSession& console, std::string_view text) {
 bool RunNetworkTest(ConsoleSession& console,
                     std::source_location where = std::source_location::current()) {
     console.key(Key::Enter, where);
-    if (!SessionTest::WaitSettled(console, "Resolve Hostname:", where)) return false;
+    if (!SessionTest::WaitSettled(console, "Resolve Hostname", where)) return false;
     console.key(Key::Enter, where);
     return console.waitForText("Done.", TeskTest::DefaultTimeout(), where) &&
            SessionTest::WaitSettled(console, "<Enter> OK", where);

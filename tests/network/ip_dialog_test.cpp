@@ -94,4 +94,23 @@ TEST_F(IpDialogTest, FieldsAreClosedOutsideStaticModeAndTakeOnlyDigitsAndDots) {
     EXPECT_EQ(dialog.result().GetIpv4Address().GetStringAddress(), "10.0.0.9");
 }
 
+TEST_F(IpDialogTest, EachFieldTakesSixteenCharacters) {
+    IPConfigurationDialog dialog(nullptr, false, false, StaticConfig());
+    const std::string typed = "1234567890.234567";  // 17 characters
+    ScriptedKeys keys(Keys({Repeat(KEY_DOWN, 3),
+                            Typed(typed),
+                            {KEY_DOWN},
+                            Typed(typed),
+                            {KEY_DOWN},
+                            Typed(typed),
+                            {KeyEscape}}));
+    EXPECT_EQ(Tesk::Run(dialog), 0);
+    // Items: three modes, a blank line, the three fields.
+    for (std::size_t i = 4; i < 7; ++i) {
+        const auto& field = dynamic_cast<const InputItem&>(dialog.items().at(i));
+        EXPECT_EQ(field.value(), typed.substr(0, 16)) << i;
+        EXPECT_EQ(field.fieldWidth(), 16) << i;
+    }
+}
+
 }  // namespace

@@ -18,41 +18,41 @@ HN::Ipv6Network V6(const std::string& text, HN::Ipv6AddressType type,
     return n;
 }
 
-class RestartLines : public ::testing::Test {
-protected:
-    void SetUp() override { Tesk::StringFactory::GetFactory("en_US"); }
-    HN::IpConfig config_;
-};
+using Type = HN::Ipv6AddressType;
 
-TEST_F(RestartLines, StaticShowsIpv4ThenTheFirstKindOfIpv6Addresses) {
-    config_.SetIpv4Address(HN::Ipv4Address("192.168.10.21"));
-    config_.SetIpv6Networks(
-        {V6("fe80::1/64", HN::Ipv6AddressType::LinkLayer, HN::Ipv6Scope::LinkLocal),
-         V6("2001:db8::21/64", HN::Ipv6AddressType::Static),
-         V6("2001:db8::99/64", HN::Ipv6AddressType::Autoconf),
-         V6("2001:db8::22/64", HN::Ipv6AddressType::Static)});
-    EXPECT_EQ(Tesk::RestartAddressLines(config_, false),
-              "\n   IP address is  192.168.10.21\n"
-              "   IP address is  2001:db8::21/64\n"
-              "   IP address is  2001:db8::22/64\n");
-}
-
-TEST_F(RestartLines, DhcpShowsNoIpv4LineAndAtMostThreeIpv6Addresses) {
-    config_.SetIpv4Address(HN::Ipv4Address("192.168.10.150"));
-    EXPECT_EQ(Tesk::RestartAddressLines(config_, true), "");
-    std::vector<HN::Ipv6Network> four;
-    for (const char* a : {"2001:db8::1/64", "2001:db8::2/64", "2001:db8::3/64", "2001:db8::4/64"})
-        four.push_back(V6(a, HN::Ipv6AddressType::Dhcp));
-    config_.SetIpv6Networks({four.begin(), four.begin() + 3});
-    EXPECT_EQ(Tesk::RestartAddressLines(config_, true),
-              "\n   IP address is  2001:db8::1/64\n"
-              "   IP address is  2001:db8::2/64\n"
-              "   IP address is  2001:db8::3/64\n");
-    config_.SetIpv6Networks(four);
-    EXPECT_EQ(Tesk::RestartAddressLines(config_, true),
-              "\n   IP address is  2001:db8::1/64\n"
-              "   IP address is  2001:db8::2/64\n"
-              "   ...\n");
+TEST(RestartLines, Ipv4WhenStaticThenTheStaticIpv6AddressesOnly) {
+    Tesk::StringFactory::GetFactory("en_US");
+    const auto linkLocal = V6("fe80::1/64", Type::LinkLayer, HN::Ipv6Scope::LinkLocal);
+    const auto autoconf = V6("2001:db8:10:0:5a:4bff:fea1:1000/64", Type::Autoconf);
+    const auto dhcp = V6("2001:db8::99/64", Type::Dhcp);
+    const auto s1 = V6("2001:db8::1/64", Type::Static), s2 = V6("2001:db8::2/64", Type::Static),
+               s3 = V6("2001:db8::3/64", Type::Static), s4 = V6("2001:db8::4/64", Type::Static);
+    const std::string v4 = "\n   IP address is  192.168.10.21\n";
+    const std::string l1 = "   IP address is  2001:db8::1/64\n";
+    const std::string l2 = "   IP address is  2001:db8::2/64\n";
+    const std::string l3 = "   IP address is  2001:db8::3/64\n";
+    struct Case {
+        bool dhcp;
+        std::vector<HN::Ipv6Network> v6;
+        std::string lines;
+    } cases[] = {
+        // Learnt addresses are never shown, even when they come first.
+        {false, {linkLocal, autoconf, s1, dhcp, s2}, v4 + l1 + l2},
+        {false, {linkLocal, autoconf, dhcp}, v4},
+        {true, {linkLocal, autoconf, dhcp}, ""},
+        // A static address of link-local scope is not shown either.
+        {true, {V6("fe80::9/64", Type::Static, HN::Ipv6Scope::LinkLocal), s1}, "\n" + l1},
+        // Three are shown whole, more as two and "...".
+        {true, {s1, s2, s3}, "\n" + l1 + l2 + l3},
+        {true, {s1, autoconf, s2, s3, s4}, "\n" + l1 + l2 + "   ...\n"},
+    };
+    for (const Case& c : cases) {
+        HN::IpConfig config;
+        config.SetIpv4Address(HN::Ipv4Address("192.168.10.21"));
+        config.SetIpv6Networks(c.v6);
+        EXPECT_EQ(Tesk::RestartAddressLines(config, c.dhcp), c.lines)
+            << "dhcp " << c.dhcp << ", " << c.v6.size() << " addresses";
+    }
 }
 
 }  // namespace

@@ -49,10 +49,31 @@ TEST(NetworkWindow, PanesFollowTheVlanAndNameServerRules) {
     EXPECT_TRUE(Contains(Pane(console), "Not set"));
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "VLAN ID (1-4094"));
+    // The field is as wide as the five digits it takes: "[ " 5 cells " ]".
+    const std::string field = console.row(RowOf(console, "VLAN ID (1-4094"));
+    EXPECT_EQ(field.find(']') - field.find('['), 8u) << field;
     console.type("4095");
     console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "You entered a VLAN ID of 4095"));
-    ASSERT_TRUE(Close(console, Key::Enter, "You entered a VLAN ID of 4095"));
+    constexpr char kWarning[] = "You entered a VLAN ID of 4095";
+    ASSERT_TRUE(WaitSettled(console, kWarning));
+    // The warning's five rows of text need a band two rows higher than a
+    // message's: 70 x 12 with a band of 9, centred.
+    auto title = console.find("Warning");
+    ASSERT_TRUE(title);
+    EXPECT_EQ(title->col, (kCols - 70) / 2 + 3);
+    EXPECT_EQ(title->row, (kRows - 12) / 2 + 1);
+    EXPECT_EQ(RowOf(console, "configure a VLAN ID of 4095."), title->row + 6);
+    const auto band = [&](int row) { return console.cell(title->col, row).bg; };
+    EXPECT_TRUE(band(title->row + 7) == band(title->row));
+    EXPECT_FALSE(band(title->row + 8) == band(title->row));
+    EXPECT_EQ(RowOf(console, "<Enter> OK"), title->row + 9);
+    // Esc is no key of the warning; an Enter typed right after it (while
+    // curses still waits to see whether the Esc starts a sequence) closes it
+    // without another key.
+    console.key(Key::Esc);
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForTextGone(kWarning, TeskTest::Scaled(std::chrono::seconds(5))));
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
     EXPECT_TRUE(Contains(Pane(console), "4095\n")) << Pane(console);
 }
 

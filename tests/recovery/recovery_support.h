@@ -2,7 +2,9 @@
 // window, moving its selection, and reading the host's network back.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
+#include <initializer_list>
 #include <source_location>
 #include <string>
 #include <string_view>
@@ -110,6 +112,24 @@ inline void TypeSettled(ConsoleSession& console, std::string_view text,
         console.waitForText(text.substr(text.size() > 12 ? text.size() - 12 : 0),
                             TeskTest::DefaultTimeout(), where);
     console.waitForQuiet(std::chrono::milliseconds(200), TeskTest::DefaultTimeout(), where);
+}
+
+// Whether the syslog holds a line with each text, in this order (others may
+// come between).
+inline ::testing::AssertionResult LogLinesInOrder(const SimRoot& root,
+                                                  std::initializer_list<std::string_view> texts) {
+    const auto lines = root.logLines();
+    auto at = lines.begin();
+    for (std::string_view text : texts) {
+        at = std::find_if(at, lines.end(), [&](const std::string& line) {
+            return line.find(text) != std::string::npos;
+        });
+        if (at == lines.end())
+            return ::testing::AssertionFailure() << "no line \"" << text << "\" in order in\n"
+                                                 << root.logTail(SimRoot::kSyslog, 30);
+        ++at;
+    }
+    return ::testing::AssertionSuccess();
 }
 
 // A switch of the state by name, or null.
