@@ -11,6 +11,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 
+# The packages carry the program's own version (project() in CMakeLists.txt).
+version=$(sed -n 's/^project(tesk VERSION \([^ ]*\) .*/\1/p' CMakeLists.txt)
+packaged=$(dpkg-parsechangelog -S Version)
+if [ "$packaged" != "$version" ]; then
+  echo "debian/changelog has version $packaged, CMakeLists.txt $version: add a changelog entry" >&2
+  exit 1
+fi
+
 out=build-deb
 rm -rf "$out"
 mkdir -p "$out/src"
