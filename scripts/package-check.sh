@@ -10,7 +10,8 @@
 #   - dpkg installs tesk: its files are in place, /etc/pam.d/tesk is a
 #     conffile, no instance of the unit is enabled, and systemd-analyze
 #     verify says nothing about the installed unit;
-#   - dpkg --purge leaves every path of the package as it was before.
+#   - dpkg --purge leaves every path dpkg -L listed as it was before the
+#     install.
 # The tesk package must not be installed when the check starts; it is purged
 # again however the check ends.
 set -euo pipefail
@@ -126,6 +127,8 @@ while IFS= read -r path; do
 done <"$paths" >"$before"
 dpkg_locked dpkg -i "$deb"
 installed=yes
+listed="$work/listed"
+dpkg -L tesk | grep -vx '/\.' >"$listed"
 for file in /usr/sbin/tesk /etc/pam.d/tesk /lib/systemd/system/tesk@.service \
   /usr/share/man/man8/tesk.8.gz /usr/share/doc/tesk/copyright; do
   [ -e "$file" ] || fail "$file is missing after the install"
@@ -150,7 +153,7 @@ while IFS= read -r path; do
   if [ -e "$path" ] || [ -L "$path" ]; then
     grep -qxF "$path" "$before" || { echo "left behind: $path" >&2; left=$((left + 1)); }
   fi
-done <"$paths"
+done <"$listed"
 [ "$left" -eq 0 ] || fail "$left paths left behind by the purge"
 echo "purged: nothing left behind"
 echo "package check: passed"
