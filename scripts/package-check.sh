@@ -52,9 +52,8 @@ trap cleanup EXIT
 
 # dpkg takes one lock for the whole machine; another install may hold it a
 # moment.
-dpkg_locked() {
-  local try
-  for try in $(seq 60); do
+retry_on_lock() {
+  for _ in $(seq 60); do
     if "$@" >"$work/dpkg.log" 2>&1; then return 0; fi
     grep -q 'lock' "$work/dpkg.log" || { cat "$work/dpkg.log" >&2; return 1; }
     sleep 2
@@ -125,7 +124,7 @@ before="$work/before"
 while IFS= read -r path; do
   if [ -e "$path" ] || [ -L "$path" ]; then echo "$path"; fi
 done <"$paths" >"$before"
-dpkg_locked dpkg -i "$deb"
+retry_on_lock dpkg -i "$deb"
 installed=yes
 listed="$work/listed"
 dpkg -L tesk | grep -vx '/\.' >"$listed"
@@ -145,7 +144,7 @@ verify=$(cd / && systemd-analyze verify /lib/systemd/system/tesk@tty1.service 2>
 echo "installed: $(wc -l <"$paths") paths, systemd-analyze verify quiet"
 
 echo "== dpkg purge"
-dpkg_locked dpkg --purge tesk
+retry_on_lock dpkg --purge tesk
 installed=no
 ! known || fail "dpkg still knows tesk after the purge"
 left=0
