@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs every Debian package the console, the simulated host, the tests and
-# the benchmarks need. Safe to run again; it installs only what is missing.
+# Installs every Debian package the console, the simulated host, the tests,
+# the benchmarks and the Debian packages (scripts/package.sh) need. Safe to run again; it installs only what is missing.
 set -euo pipefail
 
 packages=(
@@ -12,6 +12,7 @@ packages=(
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev dialog
   less locales
+  debhelper dpkg-dev fakeroot scdoc lintian groff-base man-db systemd
 )
 
 missing=()
