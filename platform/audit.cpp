@@ -1,14 +1,14 @@
 #include "platform/audit.h"
 
+#include <syslog.h>
+
 #include <cstdarg>
 #include <ctime>
 #include <string>
 
 #include <nlohmann/json.hpp>
 
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
-#include "platform/syslog.h"
+#include "platform/host_platform.h"
 
 namespace {
 
@@ -42,10 +42,10 @@ void BrlAudit_VLog(const char* event, const char* user, const char* application,
     record["data"] = data;
     std::string line = record.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 
-    if (!Tesk::Platform::IsSimulatedRoot()) {
-        ::syslog(LOG_AUTHPRIV | LOG_INFO, "audit: %s", line.c_str());
-        return;
-    }
-    line += '\n';
-    Tesk::Platform::AppendLine(Tesk::Platform::HostPath("/var/log/audit.log"), line);
+    Tesk::Platform::TheHostPlatform().WriteAuditRecord(line);
+}
+
+// The machine keeps its audit records in its system log.
+void Tesk::Platform::HostPlatform::WriteAuditRecord(const std::string& record) const {
+    ::syslog(LOG_AUTHPRIV | LOG_INFO, "audit: %s", record.c_str());
 }

@@ -3,7 +3,8 @@
 
 // event ("tesk.login"), user, application ("tesk"), outcome (1 success,
 // 0 failure), then key/value C strings closed by a null pointer.
-// Under a simulated root each record becomes one JSON line in
-// <root>/var/log/audit.log; on a real root it goes to syslog (authpriv).
+// Each record is one JSON line, handed to the installed platform hooks: the
+// machine's put it in syslog (authpriv), a simulated root's in
+// <root>/var/log/audit.log.
 void BrlAudit_VLog(const char* event, const char* user, const char* application, int outcome, ...)
     __attribute__((sentinel));

@@ -4,7 +4,6 @@
 #include "simhost/adv.h"
 #include "simhost/hardware.h"
 #include "simhost/network.h"
-#include "simhost/platform_nodes.h"
 #include "simhost/resolver.h"
 #include "simhost/system.h"
 
@@ -85,7 +84,6 @@ public:
 }  // namespace
 
 std::unique_ptr<HostCtl::Backend> MakeSimulatedBackend() {
-    InstallPlatformProviders();
     return std::make_unique<SimulatedBackend>();
 }
 

@@ -14,6 +14,7 @@
 #include "session/welcome_window.h"
 #include "ui/keyreader.h"
 #include "simhost/backend.h"
+#include "simhost/platform_nodes.h"
 
 namespace {
 
@@ -28,6 +29,7 @@ timeval FromMicros(std::int64_t us) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());
     HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     const std::int64_t scale = argc > 1 ? std::max(1L, std::strtol(argv[1], nullptr, 10)) : 60;
     timeval startTv{};

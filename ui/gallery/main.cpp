@@ -8,6 +8,7 @@
 #include "app/startup.h"
 #include "hostctl/backend.h"
 #include "simhost/backend.h"
+#include "simhost/platform_nodes.h"
 #include "ui/carousel.h"
 #include "ui/confirm_dialog.h"
 #include "ui/dialog.h"
@@ -253,6 +254,7 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());
     HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(
         argc, argv, [](const Tesk::StartFacts&) { return std::make_unique<GalleryWindow>(); });
