@@ -6,11 +6,8 @@
 #include <memory>
 
 #include "app/startup.h"
-#include "hostctl/backend.h"
 #include "platform/hostroot.h"
 #include "session/welcome_window.h"
-#include "simhost/backend.h"
-#include "simhost/platform_nodes.h"
 #include "store/state.h"
 
 namespace {
@@ -29,8 +26,6 @@ public:
 }  // namespace
 
 int main(int argc, char** argv) {
-    Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());
-    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     // The console's own argument (the virtual terminal) is not used here.
     char* args[] = {argv[0], nullptr};
     (void)argc;
