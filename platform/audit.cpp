@@ -10,9 +10,7 @@
 
 #include "platform/host_platform.h"
 
-namespace {
-
-std::string UtcStamp() {
+std::string Tesk::Platform::UtcStamp() {
     char stamp[32] = "";
     std::time_t now = std::time(nullptr);
     struct tm tm {};
@@ -21,11 +19,9 @@ std::string UtcStamp() {
     return stamp;
 }
 
-}  // namespace
-
 void BrlAudit_VLog(const char* event, const char* user, const char* application, int outcome, ...) {
     nlohmann::ordered_json record;
-    record["time"] = UtcStamp();
+    record["time"] = Tesk::Platform::UtcStamp();
     record["event"] = event ? event : "";
     record["user"] = user ? user : "";
     record["application"] = application ? application : "";

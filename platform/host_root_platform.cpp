@@ -5,22 +5,13 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 
+#include "platform/audit.h"
 #include "platform/regular_file.h"
 #include "platform/syslog.h"
 
 namespace Tesk::Platform {
 namespace {
-
-std::string UtcStamp() {
-    char stamp[32] = "";
-    std::time_t now = std::time(nullptr);
-    struct tm tm {};
-    ::gmtime_r(&now, &tm);
-    std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &tm);
-    return stamp;
-}
 
 // Whether PAM goes to the root's own users: pam_wrapper is loaded and
 // switched on (it reads the service files of the root's etc/simhost).
