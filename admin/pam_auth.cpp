@@ -2,14 +2,12 @@
 // old password, then the new one twice for a change.
 #include "admin/pam_auth.h"
 
-#include <link.h>
 #include <security/pam_appl.h>
 
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/hostroot.h"
-#include "platform/syslog.h"
+#include "platform/host_platform.h"
 
 namespace Tesk {
 
@@ -72,36 +70,11 @@ int ConverseChange(int count, const pam_message** messages, pam_response** respo
     return PAM_SUCCESS;
 }
 
-// Whether PAM goes to the simulated host's own users: pam_wrapper is loaded
-// and switched on (it reads the service files of the root's etc/simhost).
-bool PamWrapperActive() {
-    const char* on = std::getenv("PAM_WRAPPER");
-    if (on == nullptr || std::strcmp(on, "1") != 0) return false;
-    bool loaded = false;
-    ::dl_iterate_phdr(
-        [](dl_phdr_info* info, std::size_t, void* found) {
-            if (info->dlpi_name && std::strstr(info->dlpi_name, "libpam_wrapper")) {
-                *static_cast<bool*>(found) = true;
-                return 1;
-            }
-            return 0;
-        },
-        &loaded);
-    return loaded;
-}
-
-// A simulated host never authenticates against the machine's own accounts.
-bool PamReachesHostUsers() {
-    if (!Platform::IsSimulatedRoot() || PamWrapperActive()) return true;
-    Platform::Log(LOG_ERR, "Login refused: PAM does not go to the simulated host's users");
-    return false;
-}
-
 }  // namespace
 
 bool PamChangePassword(const std::string& user, const std::string& oldPassword,
                        const std::string& newPassword) {
-    if (!PamReachesHostUsers()) return false;
+    if (!Platform::TheHostPlatform().PamReachesHostUsers()) return false;
     // Private copies for the conversation, wiped when PAM is done.
     std::string oldCopy = oldPassword;
     std::string newCopy = newPassword;
@@ -129,7 +102,7 @@ void Wipe(std::string& secret) {
 }
 
 int PamLoginCheck(const std::string& user, const std::string& password) {
-    if (!PamReachesHostUsers()) return PAM_SYSTEM_ERR;
+    if (!Platform::TheHostPlatform().PamReachesHostUsers()) return PAM_SYSTEM_ERR;
     // The conversation's private copy, wiped and freed when PAM is done.
     char* copy = ::strdup(password.c_str());
     if (copy == nullptr) return PAM_BUF_ERR;

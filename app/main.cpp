@@ -1,14 +1,11 @@
-// tesk: the host's direct console. Its only argument is the virtual terminal.
+// tesk: the host's direct console. Its only argument is the virtual terminal;
+// TESK_BACKEND (or TESK_ROOT) picks the host backend (app/backend_choice.h).
 #include <memory>
 
 #include "app/startup.h"
-#include "hostctl/backend.h"
 #include "session/welcome_window.h"
-#include "simhost/backend.h"
 
 int main(int argc, char** argv) {
-    // The one place the console picks its host backend.
-    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(argc, argv, [](const Tesk::StartFacts& facts) {
         return std::make_unique<Tesk::WelcomeWindow>(HostCtl::TheBackend(), facts.localConsole);
     });

@@ -18,6 +18,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "app/backend_choice.h"
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
 #include "platform/pid_text.h"
@@ -137,6 +138,10 @@ void ReleasePidFile() {
 
 int RunConsole(int argc, char** argv,
                const std::function<std::unique_ptr<Window>(const StartFacts&)>& makeTopWindow) {
+    // Before anything logs: the backend decides where the lines go. A run
+    // without a backend ends here, its reason still on stderr.
+    if (!InstallHostBackend()) return 1;
+
     Preference_Init();
 
     std::optional<int> vt;

@@ -31,9 +31,11 @@ struct StartFacts {
     bool localConsole = false;
 };
 
-// The whole program: start-up in its fixed order, the top-level window made by
-// makeTopWindow and run until it returns or the console is asked to end
-// (ExitRequest), then the terminal put back. Returns the exit status.
+// The whole program: the host backend chosen and installed (status 1 when
+// none can be: app/backend_choice.h), start-up in its fixed order, the
+// top-level window made by makeTopWindow and run until it returns or the
+// console is asked to end (ExitRequest), then the terminal put back. Returns
+// the exit status.
 int RunConsole(int argc, char** argv,
                const std::function<std::unique_ptr<Window>(const StartFacts&)>& makeTopWindow);
 

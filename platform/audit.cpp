@@ -1,18 +1,16 @@
 #include "platform/audit.h"
 
+#include <syslog.h>
+
 #include <cstdarg>
 #include <ctime>
 #include <string>
 
 #include <nlohmann/json.hpp>
 
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
-#include "platform/syslog.h"
+#include "platform/host_platform.h"
 
-namespace {
-
-std::string UtcStamp() {
+std::string Tesk::Platform::UtcStamp() {
     char stamp[32] = "";
     std::time_t now = std::time(nullptr);
     struct tm tm {};
@@ -21,11 +19,9 @@ std::string UtcStamp() {
     return stamp;
 }
 
-}  // namespace
-
 void BrlAudit_VLog(const char* event, const char* user, const char* application, int outcome, ...) {
     nlohmann::ordered_json record;
-    record["time"] = UtcStamp();
+    record["time"] = Tesk::Platform::UtcStamp();
     record["event"] = event ? event : "";
     record["user"] = user ? user : "";
     record["application"] = application ? application : "";
@@ -42,10 +38,10 @@ void BrlAudit_VLog(const char* event, const char* user, const char* application,
     record["data"] = data;
     std::string line = record.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 
-    if (!Tesk::Platform::IsSimulatedRoot()) {
-        ::syslog(LOG_AUTHPRIV | LOG_INFO, "audit: %s", line.c_str());
-        return;
-    }
-    line += '\n';
-    Tesk::Platform::AppendLine(Tesk::Platform::HostPath("/var/log/audit.log"), line);
+    Tesk::Platform::TheHostPlatform().WriteAuditRecord(line);
+}
+
+// The machine keeps its audit records in its system log.
+void Tesk::Platform::HostPlatform::WriteAuditRecord(const std::string& record) const {
+    ::syslog(LOG_AUTHPRIV | LOG_INFO, "audit: %s", record.c_str());
 }

@@ -4,19 +4,13 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <ctime>
+#include <cstdlib>
 
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
+#include "platform/host_platform.h"
 
 namespace {
 bool g_open = false;
-Tesk::Platform::NoxInitCheck g_initCheck = nullptr;
 }  // namespace
-
-void Tesk::Platform::SetNoxInitCheck(NoxInitCheck check) {
-    g_initCheck = check;
-}
 
 std::pair<std::string, std::string> Tesk::Platform::SplitNoxText(const std::string& text) {
     const std::string marker = kNoxMarker;
@@ -28,11 +22,20 @@ std::pair<std::string, std::string> Tesk::Platform::SplitNoxText(const std::stri
     return {"-", text};
 }
 
+// The machine's event service takes every event, into its system log.
+int Tesk::Platform::HostPlatform::CheckEventService() const {
+    return 0;
+}
+
+int Tesk::Platform::HostPlatform::PostObservationEvent(const std::string& id,
+                                                       const std::string& message) const {
+    ::syslog(LOG_USER | LOG_INFO, "event %s: %s", id.c_str(), message.c_str());
+    return 0;
+}
+
 int NoxUserLib_Init() {
-    if (g_initCheck) {
-        int code = g_initCheck();
-        if (code != 0) return code;
-    }
+    int code = Tesk::Platform::TheHostPlatform().CheckEventService();
+    if (code != 0) return code;
     g_open = true;
     return 0;
 }
@@ -46,20 +49,10 @@ int NoxUserLib_AddNox(const char* fmt, ...) {
     va_end(args);
     if (n < 0) return -1;
     std::string text(raw, static_cast<size_t>(n));
-    ::free(raw);
+    std::free(raw);
 
     auto [id, message] = Tesk::Platform::SplitNoxText(text);
-    if (!Tesk::Platform::IsSimulatedRoot()) {
-        ::syslog(LOG_USER | LOG_INFO, "event %s: %s", id.c_str(), message.c_str());
-        return 0;
-    }
-    char stamp[32] = "";
-    std::time_t now = std::time(nullptr);
-    struct tm tm {};
-    ::gmtime_r(&now, &tm);
-    std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &tm);
-    std::string line = std::string(stamp) + " " + id + " " + message + "\n";
-    return Tesk::Platform::AppendLine(Tesk::Platform::HostPath("/var/log/noxd.log"), line) ? 0 : -1;
+    return Tesk::Platform::TheHostPlatform().PostObservationEvent(id, message);
 }
 
 void NoxUserLib_Close() {

@@ -7,8 +7,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
+#include "platform/host_platform.h"
 
 namespace Tesk::Platform {
 namespace {
@@ -16,12 +15,6 @@ namespace {
 std::string& Identity() {
     static std::string identity = "TESK";
     return identity;
-}
-
-void AppendMirror(const std::string& text) {
-    std::string line = FormatMirrorLine(text);
-    line += '\n';
-    AppendLine(HostPath("/var/log/syslog.log"), line);
 }
 
 }  // namespace
@@ -65,13 +58,11 @@ void VLog(int priority, const char* fmt, va_list args) {
         std::vsnprintf(text.data(), text.size(), fmt, args);
         text.resize(static_cast<size_t>(n));
     }
-    // A simulated host's lines go to its own log only: the machine's system
-    // log (which broadcasts emergency lines to every terminal) is not the
-    // simulated host's.
-    if (IsSimulatedRoot())
-        AppendMirror(text);
-    else
-        ::syslog(priority, "%s", text.c_str());
+    TheHostPlatform().WriteLogLine(priority, text);
+}
+
+void HostPlatform::WriteLogLine(int priority, const std::string& text) const {
+    ::syslog(priority, "%s", text.c_str());
 }
 
 void Log(int priority, const char* fmt, ...) {

@@ -1,5 +1,6 @@
-// Syslog for the console; on a simulated root the lines go to the root's
-// var/log/syslog.log instead of the machine's system log.
+// Syslog for the console. The lines go where the installed platform hooks
+// put them: the machine's system log, or a simulated root's
+// var/log/syslog.log (platform/host_platform.h).
 #pragma once
 
 #include <syslog.h>
@@ -23,7 +24,7 @@ void VLog(int priority, const char* fmt, va_list args);
 // "<what> with errno(<errno>): <strerror>" at error level, errno as it is now.
 void LogSystemError(const char* what);
 
-// The line mirrored for a simulated root, without its newline:
+// The line a simulated root's log keeps, without its newline:
 // "Nov 21 05:02:18 <host> <identity>[<pid>]: <text>".
 std::string FormatMirrorLine(const std::string& text);
 

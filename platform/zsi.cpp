@@ -1,17 +1,14 @@
-// The system-information nodes, answered by the installed provider.
+// The system-information nodes, answered by the installed platform hooks.
 #include "platform/zsi.h"
 
-namespace {
-
-Tesk::Platform::ZsiProvider g_provider = nullptr;
-
-}  // namespace
+#include "platform/host_platform.h"
 
 int ZSI_Get(ZSI_Node node, void* out, std::size_t size) {
-    if (out == nullptr || g_provider == nullptr) return -1;
-    return g_provider(node, out, size);
+    if (out == nullptr) return -1;
+    return Tesk::Platform::TheHostPlatform().ReadSystemNode(node, out, size);
 }
 
-void Tesk::Platform::SetZsiProvider(ZsiProvider provider) {
-    g_provider = provider;
+// The machine offers no such nodes.
+int Tesk::Platform::HostPlatform::ReadSystemNode(ZSI_Node, void*, std::size_t) const {
+    return -1;
 }

@@ -18,17 +18,8 @@ struct ZSI_SystemVersion {
 
 // Reads a node into out (size bytes). 0 on success, -1 when the node cannot be
 // read (or does not fit). The boot-option node is 4 bytes; its first byte is 1
-// in audit mode. The nodes come from the provider the host backend installed
-// (the simulated host answers from its state); without one every read fails,
-// as on a host without these nodes.
+// in audit mode. The nodes come from the installed platform hooks
+// (platform/host_platform.h: the simulated host answers from its state); the
+// machine's own hooks have none, and every read fails, as on a host without
+// these nodes.
 int ZSI_Get(ZSI_Node node, void* out, std::size_t size);
-
-namespace Tesk::Platform {
-
-// Answers ZSI_Get; same contract.
-using ZsiProvider = int (*)(ZSI_Node node, void* out, std::size_t size);
-
-// Installs the provider (null: none).
-void SetZsiProvider(ZsiProvider provider);
-
-}  // namespace Tesk::Platform

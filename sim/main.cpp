@@ -162,8 +162,10 @@ int Card(const Options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // The simulated tools work through the same host-control objects as the
-    // console.
+    // Always the simulated backend, not a choice as in the console: this is
+    // the simulated host's own program, and its tools work through the same
+    // host-control objects as the console. It installs no platform hooks:
+    // nothing here logs, reads system-information nodes or switches terminals.
     HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     std::string name = fs::path(argv[0]).filename().string();
     if (name != "tesk-sim") {

@@ -5,7 +5,6 @@
 #include "simhost/agents.h"
 #include "simhost/hardware.h"
 #include "simhost/network.h"
-#include "simhost/platform_nodes.h"
 #include "simhost/power.h"
 #include "simhost/resolver.h"
 #include "simhost/system.h"
@@ -94,7 +93,6 @@ public:
 }  // namespace
 
 std::unique_ptr<HostCtl::Backend> MakeSimulatedBackend() {
-    InstallPlatformProviders();
     return std::make_unique<SimulatedBackend>();
 }
 

@@ -1,5 +1,6 @@
-// The system-information nodes, the event service's start-up check and the
-// active virtual terminal of the simulated host.
+// The simulated host's platform hooks: the system-information nodes, the
+// event service's start-up check and the active virtual terminal, from its
+// state.
 #include "simhost/platform_nodes.h"
 
 #include <cstdint>
@@ -8,9 +9,8 @@
 #include <string>
 
 #include "hostctl/exception.h"
-#include "platform/nox.h"
+#include "platform/host_root_platform.h"
 #include "platform/syslog.h"
-#include "platform/vt.h"
 #include "platform/zsi.h"
 #include "simhost/state_values.h"
 #include "store/state.h"
@@ -102,12 +102,34 @@ int NoxInitCheck() {
     }
 }
 
+// The nodes and the event service's check, read from the state.
+template <class Where>
+class StateNodes : public Where {
+public:
+    int ReadSystemNode(ZSI_Node node, void* out, std::size_t size) const override {
+        return ReadNode(node, out, size);
+    }
+    int CheckEventService() const override { return NoxInitCheck(); }
+};
+
+// A simulated root: its own logs, and the terminal recorded in its state.
+class InItsRoot final : public StateNodes<Tesk::Platform::HostRootPlatform> {
+public:
+    void ActivateVirtualTerminal(int vt) const override {
+        if (!RecordActiveTerminal(vt))
+            Tesk::Platform::Log(LOG_ERR,
+                                "Activating virtual terminal %d of the simulated host failed", vt);
+        else
+            Tesk::Platform::Log(LOG_INFO, "Activated virtual terminal %d of the simulated host",
+                                vt);
+    }
+};
+
 }  // namespace
 
-void InstallPlatformProviders() {
-    Tesk::Platform::SetZsiProvider(&ReadNode);
-    Tesk::Platform::SetNoxInitCheck(&NoxInitCheck);
-    Tesk::Platform::SetVirtualTerminalProvider(&RecordActiveTerminal);
+std::unique_ptr<Tesk::Platform::HostPlatform> MakeSimulatedPlatform() {
+    if (Tesk::Platform::IsSimulatedRoot()) return std::make_unique<InItsRoot>();
+    return std::make_unique<StateNodes<Tesk::Platform::HostPlatform>>();
 }
 
 }  // namespace ZrkCtl

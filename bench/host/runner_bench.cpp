@@ -5,11 +5,13 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <benchmark/benchmark.h>
 
 #include "host/runner.h"
+#include "platform/host_root_platform.h"
 #include "platform/hostroot.h"
 
 namespace {
@@ -25,6 +27,8 @@ public:
         if (std::system(command.c_str()) != 0) std::abort();
         std::filesystem::create_symlink("/bin/true", path_ + "/bin/true");
         Tesk::Platform::SetHostRootForTesting(path_);
+        // The runner's log lines go to the root's own log, not the machine's.
+        Tesk::Platform::InstallHostPlatform(std::make_unique<Tesk::Platform::HostRootPlatform>());
     }
     ~BenchRoot() {
         std::error_code ec;

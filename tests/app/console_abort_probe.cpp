@@ -4,9 +4,7 @@
 #include <memory>
 
 #include "app/startup.h"
-#include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "simhost/backend.h"
 #include "ui/window.h"
 
 namespace {
@@ -28,7 +26,6 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     bool fail = argc > 1 && std::strcmp(argv[1], "hostctl") == 0;
     // The console's own argument (the virtual terminal) is not used here.
     char* args[] = {argv[0], nullptr};

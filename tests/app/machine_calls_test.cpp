@@ -56,19 +56,27 @@ const Listed kListed[] = {
     {"session/log_viewer.cpp", "ioctl", "TIOCGWINSZ on the console's own terminal: reads its size"},
     {"session/log_viewer.cpp", "syscall", "pidfd_open on the pager, its own child"},
     {"admin/pam_auth.cpp", "pam_start",
-     "through pam_wrapper to the root's users; refused on a simulated root without it"},
+     "through pam_wrapper to the root's users; a simulated root's platform hooks refuse it "
+     "without"},
     {"host/runner.cpp", "fork", "a child for a host tool of the host root"},
     {"host/runner.cpp", "execve",
      "host tools of the host root (HostPath), environment PYTHONHOME=/ only"},
     {"host/runner.cpp", "syscall", "pidfd_open on its own child"},
     {"host/runner.cpp", "kill", "SIGTERM/SIGKILL to its own child's process group"},
     {"platform/hostroot.cpp", "\"/dev", "device paths are left as they are (no device is opened)"},
-    {"platform/vt.cpp", "\"/dev", "/dev/console on the real root only; a simulated root records"},
-    {"platform/vt.cpp", "ioctl", "VT_ACTIVATE on the real root only; a simulated root records"},
+    {"platform/vt.cpp", "\"/dev",
+     "/dev/console in the machine's platform hooks only; a "
+     "simulated root's hooks record the terminal"},
+    {"platform/vt.cpp", "ioctl",
+     "VT_ACTIVATE in the machine's platform hooks only; a "
+     "simulated root's hooks record the terminal"},
     {"platform/syslog.cpp", "openlog", "names the console; no connection is made by it"},
-    {"platform/syslog.cpp", "syslog", "the real root only; a simulated root writes its own log"},
-    {"platform/audit.cpp", "syslog", "the real root only; a simulated root writes audit.log"},
-    {"platform/nox.cpp", "syslog", "the real root only; a simulated root writes noxd.log"},
+    {"platform/syslog.cpp", "syslog",
+     "the machine's platform hooks only; a simulated root's write its syslog.log"},
+    {"platform/audit.cpp", "syslog",
+     "the machine's platform hooks only; a simulated root's write its audit.log"},
+    {"platform/nox.cpp", "syslog",
+     "the machine's platform hooks only; a simulated root's write its noxd.log"},
 };
 
 // The call a match names: "ioctl", "kill", ... or "\"/dev" for a path.

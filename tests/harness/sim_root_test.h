@@ -1,6 +1,6 @@
 // A fixture for in-process tests against a fresh simulated host root: the
 // root is made by SimRoot and is this process's host root while a test runs,
-// served by the simulated host backend.
+// served by the simulated host backend and its platform hooks.
 #pragma once
 
 #include <memory>
@@ -11,6 +11,7 @@
 #include "hostctl/backend.h"
 #include "platform/hostroot.h"
 #include "simhost/backend.h"
+#include "simhost/platform_nodes.h"
 #include "tests/harness/sim_root.h"
 
 namespace TeskTest {
@@ -21,10 +22,12 @@ protected:
         sim_ = std::make_unique<SimRoot>();
         root_ = sim_->path();
         Tesk::Platform::SetHostRootForTesting(root_);
+        Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());
         HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     }
     void TearDown() override {
         Tesk::Platform::SetHostRootForTesting("");
+        Tesk::Platform::InstallHostPlatform(nullptr);
         sim_.reset();
     }
 

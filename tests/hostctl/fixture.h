@@ -1,5 +1,5 @@
 // A simulated host root that the host-control code in this process talks to,
-// through the simulated host backend.
+// through the simulated host backend and its platform hooks.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 #include "hostctl/backend.h"
 #include "platform/hostroot.h"
 #include "simhost/backend.h"
+#include "simhost/platform_nodes.h"
 #include "tests/harness/sim_root.h"
 
 namespace TeskTest {
@@ -19,10 +20,14 @@ protected:
     void UseProfile(const std::string& profile) {
         root_ = std::make_unique<SimRoot>(profile);
         Tesk::Platform::SetHostRootForTesting(root_->path());
+        Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());
         HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     }
     void SetUp() override { UseProfile("default"); }
-    void TearDown() override { Tesk::Platform::SetHostRootForTesting(""); }
+    void TearDown() override {
+        Tesk::Platform::SetHostRootForTesting("");
+        Tesk::Platform::InstallHostPlatform(nullptr);
+    }
 
     SimRoot& root() { return *root_; }
 

@@ -10,10 +10,8 @@
 #include <memory>
 
 #include "app/startup.h"
-#include "hostctl/backend.h"
 #include "session/welcome_window.h"
 #include "ui/keyreader.h"
-#include "simhost/backend.h"
 
 namespace {
 
@@ -28,7 +26,6 @@ timeval FromMicros(std::int64_t us) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     const std::int64_t scale = argc > 1 ? std::max(1L, std::strtol(argv[1], nullptr, 10)) : 60;
     timeval startTv{};
     ::gettimeofday(&startTv, nullptr);

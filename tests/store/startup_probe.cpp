@@ -6,10 +6,8 @@
 #include <memory>
 
 #include "app/startup.h"
-#include "hostctl/backend.h"
 #include "platform/hostroot.h"
 #include "session/welcome_window.h"
-#include "simhost/backend.h"
 #include "store/state.h"
 
 namespace {
@@ -28,7 +26,6 @@ public:
 }  // namespace
 
 int main(int argc, char** argv) {
-    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     // The console's own argument (the virtual terminal) is not used here.
     char* args[] = {argv[0], nullptr};
     (void)argc;

@@ -6,9 +6,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/hostroot.h"
 #include "host/product_line.h"
-#include "simhost/backend.h"
+#include "platform/host_platform.h"
+#include "platform/hostroot.h"
+#include "simhost/platform_nodes.h"
 #include "store/state.h"
 #include "ui/string_ids.h"
 #include "ui/strings.h"
@@ -52,7 +53,7 @@ TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {
         fs::temp_directory_path() / ("tesk-ui-strings-" + std::to_string(::getpid()));
     fs::create_directories(root);
     Tesk::Platform::SetHostRootForTesting(root.string());
-    auto backend = ZrkCtl::MakeSimulatedBackend();  // installs the system-information nodes
+    Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());  // the nodes
     Sim::Save({{"system",
                 {{"productName", "Zerkel Host"},
                  {"productVersion", "8.0.2"},
@@ -73,6 +74,7 @@ TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {
     EXPECT_EQ(table->get(2), line);
 
     Tesk::Platform::SetHostRootForTesting("");
+    Tesk::Platform::InstallHostPlatform(nullptr);
     fs::remove_all(root);
 }
 

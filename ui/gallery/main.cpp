@@ -1,13 +1,11 @@
 // tesk-gallery: a screen to try the toolkit's widgets with real keys. It starts
 // through the console's own curses set-up, so colours, keys and dimming behave
-// exactly as in the console.
+// exactly as in the console, and it picks its host backend the same way.
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "app/startup.h"
-#include "hostctl/backend.h"
-#include "simhost/backend.h"
 #include "ui/carousel.h"
 #include "ui/confirm_dialog.h"
 #include "ui/dialog.h"
@@ -253,7 +251,6 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    HostCtl::SetBackend(ZrkCtl::MakeSimulatedBackend());
     return Tesk::RunConsole(
         argc, argv, [](const Tesk::StartFacts&) { return std::make_unique<GalleryWindow>(); });
 }

@@ -1,0 +1,102 @@
+// The host backend's choice: by TESK_BACKEND or else by TESK_ROOT, among the
+// backends built; a name that cannot be served ends the console before
+// anything else happens.
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "app/backend_choice.h"
+#include "tests/harness/console_session.h"
+
+namespace {
+
+using TeskTest::ConsoleSession;
+using TeskTest::ExitStatus;
+using TeskTest::SessionOptions;
+using TeskTest::SimRoot;
+
+TEST(BackendChoice, NamedOrFollowingTheRootAmongTheBuiltOnes) {
+    const std::string unknown =
+        "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)";
+    const std::string notBuilt =
+        "Host backend \"linux\" is not built into this program (built: simulated)";
+    struct Case {
+        const char* requested;
+        bool simulatedRoot;
+        const char* chosen;  // null: the error below
+        std::string error;
+    };
+    const Case cases[] = {
+        {nullptr, true, "simulated", ""},
+        {nullptr, false, "simulated", ""},  // the machine's own, until Linux exists
+        {"", true, "simulated", ""},
+        {"simulated", false, "simulated", ""},
+        {"linux", true, nullptr, notBuilt},
+        {"linux", false, nullptr, notBuilt},
+        {"nonsense", true, nullptr, unknown},
+        {"nonsense", false, nullptr, unknown},
+    };
+    for (const Case& c : cases) {
+        const std::string what = std::string(c.requested ? c.requested : "(unset)") +
+                                 (c.simulatedRoot ? " on a simulated root" : " on /");
+        const Tesk::BackendChoice choice = Tesk::ChooseBackend(c.requested, c.simulatedRoot);
+        EXPECT_EQ(choice.error, c.error) << what;
+        if (c.chosen) {
+            ASSERT_NE(choice.entry, nullptr) << what;
+            EXPECT_STREQ(choice.entry->name, c.chosen) << what;
+        } else {
+            EXPECT_EQ(choice.entry, nullptr) << what;
+        }
+    }
+}
+
+// The console started without a terminal, stdout and stderr in files of the
+// root: its exit status.
+int RunWithoutTerminal(const SimRoot& root, const std::string& backend) {
+    const std::string command = "env -i PATH=/usr/bin:/bin TESK_ROOT='" + root.path() +
+                                "' TESK_BACKEND='" + backend + "' " + TESK_BINARY +
+                                " </dev/null >'" + root.path("/tmp/stdout") + "' 2>'" +
+                                root.path("/tmp/stderr") + "'";
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(BackendChoice, AnUnservableNameEndsTheConsoleBeforeItStarts) {
+    const struct {
+        const char* backend;
+        const char* message;
+    } cases[] = {
+        {"nonsense", "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)"},
+        {"linux", "Host backend \"linux\" is not built into this program (built: simulated)"},
+    };
+    for (const auto& c : cases) {
+        SimRoot root;
+        EXPECT_EQ(RunWithoutTerminal(root, c.backend), 1) << c.backend;
+        EXPECT_EQ(root.tryReadFile("/tmp/stderr"), "TESK: " + std::string(c.message) + "\n");
+        EXPECT_EQ(root.tryReadFile("/tmp/stdout"), "") << "nothing drawn: " << c.backend;
+        EXPECT_EQ(root.logLinesWith(c.message).size(), 1u) << root.logTail();
+        EXPECT_FALSE(root.hasLogLine("Starting TESK")) << c.backend;
+        EXPECT_FALSE(root.exists("/var/run/tesk.pid")) << c.backend;
+    }
+}
+
+TEST(BackendChoice, TheSimulatedBackendNamedOnARootServesItAsWithoutTheName) {
+    SimRoot root;
+    SessionOptions options;
+    options.args = {"3"};
+    options.env = {{"TESK_BACKEND", "simulated"}};
+    ConsoleSession console(root, options);
+    // The welcome frame's host facts come from the backend, the terminal's
+    // record from its platform hooks.
+    EXPECT_TRUE(console.waitForText("iB Memory"));
+    EXPECT_TRUE(root.waitForLogLine("Activated virtual terminal 3 of the simulated host"));
+    EXPECT_EQ(root.stateValue("/console/activeVt"), TeskTest::Json(3));
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+}
+
+}  // namespace
