@@ -299,6 +299,12 @@ TEST_F(NicContract, FailuresLeaveTheHostAlone) {
     const auto nic = [](void (*call)(ZrkNic&)) {
         return [call](const Backend& b) { call(*Management(b, false)); };
     };
+    const auto useDhcp = nic([](ZrkNic& n) {
+        IpConfig config = n.GetConfiguredIpConfig();
+        config.SetUseDhcp(true);
+        config.SetUseIpv6Dhcp(true);
+        n.SetIpConfig(config);
+    });
     ExpectFailures({
         {"NetworkInfo.IsZrkIpv6Enabled",
          [](const Backend& b) { b.GetNetworkInfo()->IsZrkIpv6Enabled(); }},
@@ -334,14 +340,14 @@ TEST_F(NicContract, FailuresLeaveTheHostAlone) {
         {"ZrkNic.IsUsable", nic([](ZrkNic& n) { n.IsUsable(); })},
         {"ZrkNic.InterfaceDown", nic([](ZrkNic& n) { n.InterfaceDown(); })},
         {"ZrkNic.InterfaceUp", nic([](ZrkNic& n) { n.InterfaceUp(); })},
-        {"ZrkNic.RenewDhcp", nic([](ZrkNic& n) { n.RenewDhcp(); })},
-        {"ZrkNic.RenewDhcpv6", nic([](ZrkNic& n) { n.RenewDhcpv6(); })},
         {"ZrkNic.RequestRenewal", nic([](ZrkNic& n) { n.RequestRenewal(true); })},
         {"Pnic.Refresh", [&](const Backend& b) { pnic(b)->Refresh(); }},
         {"Pnic.GetPciDevice", [&](const Backend& b) { pnic(b)->GetPciDevice(); }},
         {"Pnic.GetMacAddress", [&](const Backend& b) { pnic(b)->GetMacAddress(); }},
         {"Pnic.IsLinkUp", [&](const Backend& b) { pnic(b)->IsLinkUp(); }},
-        // Last: it clears the network first.
+        // Last, as they change the host first: DHCP on, the network cleared.
+        {"ZrkNic.RenewDhcp", nic([](ZrkNic& n) { n.RenewDhcp(); }), useDhcp},
+        {"ZrkNic.RenewDhcpv6", nic([](ZrkNic& n) { n.RenewDhcpv6(); }), useDhcp},
         {"NetworkInfo.AutoConfigNetwork",
          [](const Backend& b) { b.GetNetworkInfo()->AutoConfigNetwork(); },
          [](const Backend& b) { b.GetNetworkInfo()->ClearNetworkConfig(); }},
