@@ -36,16 +36,14 @@ public:
     // A distributed switch by name.
     virtual std::unique_ptr<Network::QdsSwitch> GetQdsSwitch(const std::string& name) const = 0;
     virtual std::unique_ptr<Network::ZerkelNicInfo> GetZerkelNicInfo() const = 0;
-    // A Zerkel NIC or a physical NIC by name; stale until refreshed.
-    virtual std::unique_ptr<Network::ZrkNic> GetZrkNic(const std::string& name) const = 0;
+    // A physical NIC by name; stale until refreshed.
     virtual std::unique_ptr<Network::Pnic> GetPnic(const std::string& name) const = 0;
     // The default gateways and the DNS settings of a network stack
-    // ("defaultNetStack").
+    // ("defaultNetStack"); the calls of an object for a stack the host does
+    // not have fail.
     virtual std::unique_ptr<Network::RoutingInfo> GetRoutingInfo(
         const std::string& netStack) const = 0;
     virtual std::unique_ptr<Network::DnsConfig> GetDnsConfig(const std::string& netStack) const = 0;
-    // A hosts file by its host path ("/etc/hosts").
-    virtual std::unique_ptr<Network::HostsFile> GetHostsFile(const std::string& hostPath) const = 0;
     // Name resolution through the DNS settings of a network stack.
     virtual std::unique_ptr<Network::Resolver> GetResolver(const std::string& netStack) const = 0;
 
@@ -57,8 +55,6 @@ public:
 
     // System.
     virtual std::unique_ptr<System::SystemInfo> GetSystemInfo() const = 0;
-    // The host object; fails when the host cannot be reached.
-    virtual std::unique_ptr<Host> GetHost() const = 0;
     virtual std::unique_ptr<Resource::ResourceInfo> GetResourceInfo() const = 0;
     // Writes the host's user accounts (the passwords the host authenticates
     // with now) to the persistent configuration store.

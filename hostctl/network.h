@@ -1,7 +1,7 @@
 // The host's networking as the console sees it: physical NICs, Zerkel
 // (kernel) NICs, standard and distributed switches, port groups, the
-// management interface, routing, DNS and the hosts file. Interfaces only; a
-// host backend (hostctl/backend.h) hands out the objects.
+// management interface, routing and DNS. Interfaces only; a host backend
+// (hostctl/backend.h) hands out the objects.
 //
 // Every operation reads the host's state when it is called; only the objects
 // that say so (ZrkNic, Pnic, DnsConfig) keep a copy, which they mark stale
@@ -67,7 +67,7 @@ public:
     const std::string& GetName() const { return name_; }
     const std::string& GetVirtualSwitchName() const { return switchName_; }
 
-    // 0 means no VLAN, 4095 all VLANs.
+    // 0 means no VLAN, 4095 all VLANs; a higher id is refused.
     std::uint16_t GetVlanId() const;
     void SetVlanId(std::uint16_t vlanId) const;
     // Zerkel NICs connected to the group, plus the virtual machines on it.
@@ -80,9 +80,11 @@ public:
     // Makes the physical NIC an active uplink of the group: it is taken away
     // from every other switch (standard or distributed) that has it, made an
     // uplink of this group's switch, and appended to the group's active list.
+    // Throws when the host has no such NIC.
     void AddUplink(const std::string& pnic) const;
     // Takes the NIC off the group's policy; when no other group of the switch
-    // still lists it, it stops being an uplink of the switch as well.
+    // still lists it, it stops being an uplink of the switch as well. Throws
+    // when the group's policy does not list it.
     void RemoveUplink(const std::string& pnic) const;
 
 private:
@@ -153,14 +155,16 @@ public:
     // What is configured: the mode flags and the static addresses.
     virtual IpConfig GetConfiguredIpConfig() = 0;
     // Configures the NIC; the addresses in effect follow at once (a DHCP
-    // interface asks the DHCP server again).
+    // interface asks the DHCP server again). Only static IPv6 addresses that
+    // are not link-local are kept as configured. Throws for a static IPv4
+    // configuration whose netmask is not one.
     virtual void SetIpConfig(const IpConfig& config) = 0;
 
     virtual ConnectionPoint GetPortConnection() = 0;
-    // Connects the NIC to a standard-switch port group.
+    // Connects the NIC to a standard-switch port group; throws when there is
+    // no port group of that name.
     virtual void ConnectToPortGroup(const std::string& portGroup) = 0;
 
-    virtual bool IsEnabled() = 0;
     virtual void Enable() = 0;
     virtual void Disable() = 0;
     // Enabled, connected to a port group or port that exists, and up.
@@ -172,15 +176,16 @@ public:
     virtual void InterfaceUp() = 0;
 
     // Asks the DHCP server to renew the IPv4 lease; without an answer the
-    // current lease is kept.
+    // current lease is kept. Throws when the NIC is not configured for DHCP.
     virtual void RenewDhcp() = 0;
-    // The same for the DHCPv6 addresses.
+    // The same for the DHCPv6 addresses (throws without DHCPv6).
     virtual void RenewDhcpv6() = 0;
     // Asks for a new lease; with release the current lease is dropped first,
     // so without an answer the NIC is left at 0.0.0.0.
     virtual void RequestRenewal(bool release) = 0;
 
-    // Connects the NIC to a port of a distributed switch.
+    // Connects the NIC to a port of a distributed switch; throws when the
+    // switch or the port does not exist.
     virtual void ConnectToQdsPort(const std::string& switchName, const std::string& portId) = 0;
 };
 
@@ -204,6 +209,7 @@ public:
     virtual std::int64_t GetConfiguredPorts() const = 0;
 
     virtual NicTeamingPolicy GetTeamingPolicy() const = 0;
+    // Throws when the policy names a NIC that is not an uplink of the switch.
     virtual void SetTeamingPolicy(const NicTeamingPolicy& policy) const = 0;
     // Makes the physical NIC an uplink. Throws when the NIC does not exist or
     // another switch has it.
@@ -211,8 +217,9 @@ public:
     // Drops the uplink from the switch, its policy and its port groups'
     // policies; does nothing when the switch does not have it.
     virtual void RemoveUplink(const std::string& pnic) const = 0;
-    // Adds a port group (VLAN 0, the switch's teaming policy). Throws when a
-    // port group of that name exists anywhere on the host.
+    // Adds a port group (VLAN 0, the switch's teaming policy). Throws when the
+    // name is empty or a port group of that name exists anywhere on the host,
+    // or the VLAN id is above 4095.
     virtual PortGroup AddPortGroup(const std::string& name, std::uint16_t vlanId = 0) const = 0;
 };
 
@@ -222,8 +229,6 @@ public:
     virtual ~NamedPortGroup() = default;
     // True when a port group of this name exists on any standard switch.
     virtual bool IsValidPortGroup() const = 0;
-    // The port group; throws when there is none of this name.
-    virtual PortGroup Get() const = 0;
 };
 
 // A distributed switch, by name.
@@ -233,8 +238,6 @@ public:
     virtual const std::string& GetName() const = 0;
     // Physical NIC name to the switch's uplink port name.
     virtual std::map<std::string, std::string> GetUplinkMap() const = 0;
-    virtual std::vector<std::string> GetPortIds() const = 0;
-    virtual std::int64_t GetNumPorts() const = 0;
     // Drops the physical NIC from the uplink map; nothing when absent.
     virtual void RemoveUplink(const std::string& pnic) const = 0;
 
@@ -244,8 +247,8 @@ public:
     // The settings of one port; throws when the switch has no such port.
     virtual QdsPortSettings GetPortSettings(const std::string& portId) const = 0;
     // Makes a host-local port ("hlp-" and the next free number) with the
-    // settings and answers its id. Throws on a foreign switch, or when an
-    // uplink is not one of the switch's.
+    // settings and answers its id. Throws on a foreign switch or a full one,
+    // when an uplink is not one of the switch's, or for a VLAN id above 4094.
     virtual std::string AddHostLocalPort(const QdsPortSettings& settings) const = 0;
 };
 
@@ -276,9 +279,8 @@ public:
     virtual ~NetworkInfo() = default;
     // Whether the kernel runs with IPv6 now.
     virtual bool IsZrkIpv6Enabled() const = 0;
-    // Whether it shall after the next reboot.
+    // Whether it shall after the next reboot (now stays as it is).
     virtual void SetZrkIpv6Enabled(bool enabled) const = 0;
-    virtual bool GetZrkIpv6EnabledAfterReboot() const = 0;
 
     virtual std::vector<std::unique_ptr<Pnic>> GetPnics(PnicKind kind = PnicKind::All) const = 0;
     virtual std::vector<PortGroup> GetAllPortGroups(PortsetKind kind = PortsetKind::All) const = 0;
@@ -297,10 +299,10 @@ public:
     // first physical NIC that has a link (else the first one) as uplink, port
     // groups "Management Network" and "VM Network", Zerkel NIC "zrk0" on the
     // management port group using DHCP, IPv6 with router advertisements.
+    // Throws when the network is not cleared or the host has no physical NIC.
     virtual void AutoConfigNetwork() const = 0;
     // Switches the network dump target off.
     virtual void DisableNetDumper() const = 0;
-    virtual bool IsNetDumperEnabled() const = 0;
 };
 
 // Default gateways of a network stack ("defaultNetStack").
@@ -309,7 +311,7 @@ public:
     virtual ~RoutingInfo() = default;
     virtual Ipv4Address GetZerkelDefaultGateway() const = 0;
     // With checkReachable the gateway must lie in the management interface's
-    // IPv4 subnet.
+    // IPv4 subnet (throws otherwise).
     virtual void SetZerkelDefaultGateway(const Ipv4Address& gateway,
                                          bool checkReachable = false) const = 0;
     virtual Ipv6Address GetIpv6ZerkelDefaultGateway() const = 0;
@@ -333,10 +335,12 @@ public:
     virtual std::vector<Ipv6Address> GetIpv6NameServers(bool includeLinkLocal) = 0;
     virtual std::vector<std::string> GetSearchDomains() = 0;
 
-    // A host name without dots. With save the change is saved at once.
+    // A host name without dots (throws for anything else). With save the
+    // change is saved at once.
     virtual void SetHostname(const std::string& hostname, bool save) = 0;
     // "host.example.com": host name "host" and domain "example.com", or
-    // domain when it is not empty.
+    // domain when it is not empty. Throws for a name or domain that is not
+    // one.
     virtual void SetFqdn(const std::string& fqdn, bool save, const std::string& domain) = 0;
     // Both IPv4 and IPv6 name servers.
     virtual void RemoveNameServers() = 0;
@@ -344,19 +348,9 @@ public:
     // Replaces the search domains by the names in text (separated by blanks
     // or commas).
     virtual void SetSearchDomainsString(const std::string& text) = 0;
-    // Appends unless present.
+    // Appends unless present; throws for the empty name.
     virtual void AddUserSearchDomain(const std::string& domain) = 0;
     virtual void SaveConfig() = 0;
-};
-
-// The host's hosts file ("/etc/hosts").
-class HostsFile {
-public:
-    virtual ~HostsFile() = default;
-    // Takes the name (case-insensitive) off every line; a line left with no
-    // name is dropped, comments and other lines stay. True when the name was
-    // found. Throws when the file cannot be read or written.
-    virtual bool RemoveEntryByHostName(const std::string& hostname) const = 0;
 };
 
 }  // namespace HostCtl::Network

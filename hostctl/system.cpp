@@ -11,10 +11,6 @@ const FirewallRulesetOps& FirewallRuleset::Ops() const {
     return *ops_;
 }
 
-bool FirewallRuleset::IsEnabled() const {
-    return Ops().IsEnabled(id_);
-}
-
 bool FirewallRuleset::IsServiceControlled() const {
     return Ops().IsServiceControlled(id_);
 }
@@ -23,23 +19,11 @@ void FirewallRuleset::SetEnabled(bool enabled) const {
     Ops().SetEnabled(id_, enabled);
 }
 
-bool FirewallRuleset::IsActive() const {
-    return Ops().IsActive(id_);
-}
-
 void FirewallRuleset::Apply() const {
     Ops().Apply(id_);
 }
 
 }  // namespace HostCtl::System
-
-namespace HostCtl {
-
-std::unique_ptr<Host> HostFactory::GetHost() {
-    return TheBackend().GetHost();
-}
-
-}  // namespace HostCtl
 
 namespace HostCtl::Authentication {
 

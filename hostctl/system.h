@@ -1,7 +1,6 @@
 // System information (welcome message, alerts, keyboard layouts, firewall
-// rulesets), the host object, running virtual machines and the user-account
-// store. Interfaces only; a host backend (hostctl/backend.h) hands out the
-// objects.
+// rulesets), running virtual machines and the user-account store. Interfaces
+// only; a host backend (hostctl/backend.h) hands out the objects.
 #pragma once
 
 #include <memory>
@@ -17,10 +16,8 @@ class FirewallRuleset;
 class FirewallRulesetOps {
 public:
     virtual ~FirewallRulesetOps() = default;
-    virtual bool IsEnabled(const std::string& id) const = 0;
     virtual bool IsServiceControlled(const std::string& id) const = 0;
     virtual void SetEnabled(const std::string& id, bool enabled) const = 0;
-    virtual bool IsActive(const std::string& id) const = 0;
     virtual void Apply(const std::string& id) const = 0;
 };
 
@@ -31,15 +28,12 @@ public:
     FirewallRuleset(std::string id, std::shared_ptr<const FirewallRulesetOps> ops)
         : id_(std::move(id)), ops_(std::move(ops)) {}
     const std::string& GetId() const { return id_; }
-    // The configured state.
-    bool IsEnabled() const;
     // Whether the ruleset follows its service: the console opens it when it
     // starts the service (the query it makes before enabling).
     bool IsServiceControlled() const;
-    // Changes the configured state; Apply() makes it the active one.
+    // Changes the configured state; Apply() makes it the one the firewall
+    // acts on.
     void SetEnabled(bool enabled) const;
-    // Whether the firewall lets the ruleset's traffic through now.
-    bool IsActive() const;
     void Apply() const;
 
 private:
@@ -53,10 +47,8 @@ public:
     virtual ~SystemInfo() = default;
     // The administrator's welcome text; empty when none is set.
     virtual std::string GetWelcomeMessage() const = 0;
-    virtual void SetWelcomeMessage(const std::string& message) const = 0;
     // Raises an alert in the host's alert list (kept in order, repeats too).
     virtual void SetSystemAlert(const std::string& text) const = 0;
-    virtual std::vector<std::string> GetSystemAlerts() const = 0;
 
     // Layout names in the host's order, and the layout in use.
     virtual std::vector<std::string> GetKeyboardLayouts() const = 0;
@@ -72,29 +64,12 @@ public:
 
 }  // namespace HostCtl::System
 
-namespace HostCtl {
-
-// The host the console runs on.
-class Host {
-public:
-    virtual ~Host() = default;
-    virtual std::unique_ptr<System::SystemInfo> GetSystemInfo() const = 0;
-};
-
-struct HostFactory {
-    // The current backend's host (HostCtl::TheBackend().GetHost()).
-    static std::unique_ptr<Host> GetHost();
-};
-
-}  // namespace HostCtl
-
 namespace HostCtl::Resource {
 
 class ResourceInfo {
 public:
     virtual ~ResourceInfo() = default;
-    // Names of the virtual machines that are powered on, in the host's order.
-    virtual std::vector<std::string> GetRunningVirtualMachines() const = 0;
+    // Whether any virtual machine is powered on.
     virtual bool HasRunningVirtualMachines() const = 0;
 };
 

@@ -34,9 +34,6 @@ public:
     std::unique_ptr<HN::ZerkelNicInfo> GetZerkelNicInfo() const override {
         return std::make_unique<Network::ZerkelNicInfoImpl>();
     }
-    std::unique_ptr<HN::ZrkNic> GetZrkNic(const std::string& name) const override {
-        return std::make_unique<Network::ZrkNicImpl>(name);
-    }
     std::unique_ptr<HN::Pnic> GetPnic(const std::string& name) const override {
         return std::make_unique<Network::PnicImpl>(name);
     }
@@ -45,9 +42,6 @@ public:
     }
     std::unique_ptr<HN::DnsConfig> GetDnsConfig(const std::string& netStack) const override {
         return std::make_unique<Network::DnsConfigImpl>(netStack);
-    }
-    std::unique_ptr<HN::HostsFile> GetHostsFile(const std::string& hostPath) const override {
-        return std::make_unique<Network::HostsFileImpl>(hostPath);
     }
     std::unique_ptr<HN::Resolver> GetResolver(const std::string& netStack) const override {
         return Network::MakeResolver(netStack);
@@ -69,7 +63,6 @@ public:
     std::unique_ptr<HostCtl::System::SystemInfo> GetSystemInfo() const override {
         return std::make_unique<System::SystemInfoImpl>();
     }
-    std::unique_ptr<HostCtl::Host> GetHost() const override { return System::GetHost(); }
     std::unique_ptr<HostCtl::Resource::ResourceInfo> GetResourceInfo() const override {
         return std::make_unique<Resource::ResourceInfoImpl>();
     }

@@ -1,12 +1,9 @@
-// Routing, DNS and the hosts file of the network stack.
+// Routing and DNS of the network stack.
 #include <algorithm>
 #include <cctype>
-#include <fstream>
 #include <sstream>
 
 #include "hostctl/exception.h"
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
 #include "simhost/netmodel.h"
 #include "simhost/network.h"
 #include "simhost/state_values.h"
@@ -59,11 +56,6 @@ bool IsValidHostLabel(const std::string& name) {
     if (name.empty() || name.size() > 63 || name.front() == '-' || name.back() == '-') return false;
     return std::all_of(name.begin(), name.end(),
                        [](unsigned char c) { return std::isalnum(c) || c == '-'; });
-}
-
-std::string Lower(std::string s) {
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
-    return s;
 }
 
 }  // namespace
@@ -248,57 +240,6 @@ void DnsConfigImpl::SaveConfig() {
         saved.erase("saved");
         dns["saved"] = saved;
     });
-}
-
-// --- HostsFile ---------------------------------------------------------------
-
-bool HostsFileImpl::RemoveEntryByHostName(const std::string& hostname) const {
-    Sim::CheckFault("hostsFile.removeEntryByHostName");
-    std::string path = Tesk::Platform::HostPath(path_);
-    std::string failure;
-    const auto text = Tesk::Platform::ReadRegularFile(path, &failure);
-    if (!text) throw HostCtlException("Cannot read " + path_ + ": " + failure);
-    std::istringstream in(*text);
-    std::string out, line;
-    bool found = false;
-    const std::string wanted = Lower(hostname);
-    while (std::getline(in, line)) {
-        auto hash = line.find('#');
-        std::string body = line.substr(0, hash);
-        std::string comment = hash == std::string::npos ? std::string() : line.substr(hash);
-        std::istringstream words(body);
-        std::string address, name;
-        std::vector<std::string> kept;
-        bool matched = false;
-        if (words >> address) {
-            while (words >> name) {
-                if (Lower(name) == wanted)
-                    matched = true;
-                else
-                    kept.push_back(name);
-            }
-        }
-        if (!matched) {
-            out += line + "\n";
-            continue;
-        }
-        found = true;
-        if (kept.empty()) continue;  // the line named only this host
-        std::string rebuilt = address;
-        for (const auto& k : kept) rebuilt += (rebuilt == address ? "\t" : " ") + k;
-        if (!comment.empty()) rebuilt += " " + comment;
-        out += rebuilt + "\n";
-    }
-    if (!found) return false;
-    std::string tmp = path + ".tmp";
-    {
-        std::ofstream o(tmp, std::ios::trunc);
-        o << out;
-        if (!o.flush()) throw HostCtlException("Cannot write " + path_);
-    }
-    if (std::rename(tmp.c_str(), path.c_str()) != 0)
-        throw HostCtlException("Cannot replace " + path_);
-    return true;
 }
 
 }  // namespace ZrkCtl::Network

@@ -221,11 +221,6 @@ void ZrkNicImpl::ConnectToPortGroup(const std::string& portGroup) {
     });
 }
 
-bool ZrkNicImpl::IsEnabled() {
-    Sim::CheckFault("zrkNic.isEnabled");
-    return Flag(Object(Data(), "nic"), "enabled", true);
-}
-
 void ZrkNicImpl::Enable() {
     Change("zrkNic.enable", [](Json& nic, Json& net) {
         nic["enabled"] = true;
@@ -406,14 +401,6 @@ bool PortGroupImpl::IsValidPortGroup() const {
     return M::FindPortGroup(NetSnapshot("portGroup.isValidPortGroup").net, name_).second != nullptr;
 }
 
-HostCtl::Network::PortGroup PortGroupImpl::Get() const {
-    const NetSnapshot snapshot("portGroup.get");
-    const Json& net = snapshot.net;
-    auto [vswitch, pg] = M::FindPortGroup(net, name_);
-    if (!pg) throw HostCtlException("Port group " + name_ + " not found");
-    return HostCtl::Network::PortGroup(name_, Text(*vswitch, "name"), PortGroupOperations());
-}
-
 std::map<std::string, std::string> QdsSwitchImpl::GetUplinkMap() const {
     const NetSnapshot snapshot("qds.getUplinkMap");
     const Json& net = snapshot.net;
@@ -422,19 +409,6 @@ std::map<std::string, std::string> QdsSwitchImpl::GetUplinkMap() const {
         Object(M::Require(net, "distributedSwitches", name_, "Distributed switch"), "uplinks");
     for (const auto& [pnic, port] : uplinks.items()) map[pnic] = Text(uplinks, pnic);
     return map;
-}
-
-std::vector<std::string> QdsSwitchImpl::GetPortIds() const {
-    const NetSnapshot snapshot("qds.getPortIds");
-    const Json& net = snapshot.net;
-    return Sim::Texts(M::Require(net, "distributedSwitches", name_, "Distributed switch"), "ports");
-}
-
-std::int64_t QdsSwitchImpl::GetNumPorts() const {
-    const NetSnapshot snapshot("qds.getNumPorts");
-    const Json& net = snapshot.net;
-    return Integer<std::int64_t>(
-        M::Require(net, "distributedSwitches", name_, "Distributed switch"), "numPorts", 0);
 }
 
 void QdsSwitchImpl::RemoveUplink(const std::string& pnic) const {
@@ -507,12 +481,6 @@ bool NetworkInfoImpl::IsZrkIpv6Enabled() const {
 void NetworkInfoImpl::SetZrkIpv6Enabled(bool enabled) const {
     Sim::CheckFault("network.setZrkIpv6Enabled");
     Sim::Update([&](Json& state) { M::Net(state)["ipv6EnabledAfterReboot"] = enabled; });
-}
-
-bool NetworkInfoImpl::GetZrkIpv6EnabledAfterReboot() const {
-    const NetSnapshot snapshot("network.getZrkIpv6EnabledAfterReboot");
-    const Json& net = snapshot.net;
-    return Flag(net, "ipv6EnabledAfterReboot", Flag(net, "ipv6Enabled"));
 }
 
 std::vector<std::unique_ptr<HN::Pnic>> NetworkInfoImpl::GetPnics(HN::PnicKind kind) const {
@@ -617,10 +585,6 @@ void NetworkInfoImpl::AutoConfigNetwork() const {
 void NetworkInfoImpl::DisableNetDumper() const {
     Sim::CheckFault("network.disableNetDumper");
     Sim::Update([](Json& state) { M::Net(state)["netDumper"] = {{"enabled", false}}; });
-}
-
-bool NetworkInfoImpl::IsNetDumperEnabled() const {
-    return Flag(Object(NetSnapshot("network.isNetDumperEnabled").net, "netDumper"), "enabled");
 }
 
 }  // namespace ZrkCtl::Network

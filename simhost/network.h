@@ -50,7 +50,6 @@ public:
     void SetIpConfig(const HN::IpConfig& config) override;
     HN::ConnectionPoint GetPortConnection() override;
     void ConnectToPortGroup(const std::string& portGroup) override;
-    bool IsEnabled() override;
     void Enable() override;
     void Disable() override;
     bool IsUsable() override;
@@ -96,7 +95,6 @@ class PortGroupImpl : public HN::NamedPortGroup {
 public:
     explicit PortGroupImpl(std::string name) : name_(std::move(name)) {}
     bool IsValidPortGroup() const override;
-    HN::PortGroup Get() const override;
 
 private:
     std::string name_;
@@ -107,8 +105,6 @@ public:
     explicit QdsSwitchImpl(std::string name) : name_(std::move(name)) {}
     const std::string& GetName() const override { return name_; }
     std::map<std::string, std::string> GetUplinkMap() const override;
-    std::vector<std::string> GetPortIds() const override;
-    std::int64_t GetNumPorts() const override;
     void RemoveUplink(const std::string& pnic) const override;
     bool IsOwnKind() const override;
     HN::QdsPortSettings GetPortSettings(const std::string& portId) const override;
@@ -137,7 +133,6 @@ class NetworkInfoImpl : public HN::NetworkInfo {
 public:
     bool IsZrkIpv6Enabled() const override;
     void SetZrkIpv6Enabled(bool enabled) const override;
-    bool GetZrkIpv6EnabledAfterReboot() const override;
     std::vector<std::unique_ptr<HN::Pnic>> GetPnics(
         HN::PnicKind kind = HN::PnicKind::All) const override;
     std::vector<HN::PortGroup> GetAllPortGroups(
@@ -147,7 +142,6 @@ public:
     void ClearNetworkConfig() const override;
     void AutoConfigNetwork() const override;
     void DisableNetDumper() const override;
-    bool IsNetDumperEnabled() const override;
 
 private:
     std::optional<std::string> management_;
@@ -191,16 +185,6 @@ private:
     std::string netStack_;
     std::optional<Sim::Json> data_;
     bool changed_ = false;
-};
-
-// The hosts file in the host root: a plain text file, not part of the state.
-class HostsFileImpl : public HN::HostsFile {
-public:
-    explicit HostsFileImpl(std::string hostPath = "/etc/hosts") : path_(std::move(hostPath)) {}
-    bool RemoveEntryByHostName(const std::string& hostname) const override;
-
-private:
-    std::string path_;
 };
 
 }  // namespace ZrkCtl::Network

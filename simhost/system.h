@@ -1,5 +1,5 @@
-// The simulated host's system information, host object, virtual machines and
-// user-account store, over the state's "/systemInfo", "/vms" and "/users";
+// The simulated host's system information, virtual machines and user-account
+// store, over the state's "/systemInfo", "/vms" and "/users";
 // and the reading of the kernel's information nodes.
 #pragma once
 
@@ -16,9 +16,7 @@ namespace ZrkCtl::System {
 class SystemInfoImpl : public HostCtl::System::SystemInfo {
 public:
     std::string GetWelcomeMessage() const override;
-    void SetWelcomeMessage(const std::string& message) const override;
     void SetSystemAlert(const std::string& text) const override;
-    std::vector<std::string> GetSystemAlerts() const override;
     std::vector<std::string> GetKeyboardLayouts() const override;
     std::string GetKeyboardLayout() const override;
     void LoadKeyboardMappings(const std::string& layout) const override;
@@ -29,14 +27,6 @@ public:
 // The firewall-ruleset operations every FirewallRuleset handle of the
 // simulated host shares.
 std::shared_ptr<const HostCtl::System::FirewallRulesetOps> FirewallOperations();
-
-class HostImpl : public HostCtl::Host {
-public:
-    std::unique_ptr<HostCtl::System::SystemInfo> GetSystemInfo() const override;
-};
-
-// The host object; fails with the fault "host.getHost".
-std::unique_ptr<HostCtl::Host> GetHost();
 
 // Copies the password hashes and outcomes of the root's PAM user file
 // ("/etc/simhost/users") into the state's "users" ("passwordHash",
@@ -49,7 +39,6 @@ namespace ZrkCtl::Resource {
 
 class ResourceInfoImpl : public HostCtl::Resource::ResourceInfo {
 public:
-    std::vector<std::string> GetRunningVirtualMachines() const override;
     bool HasRunningVirtualMachines() const override;
 };
 

@@ -73,7 +73,7 @@ TEST_F(BadStateTest, WrongListsAndSectionsFailTheQueriesThatReadThem) {
     ExpectFails([&] { host().GetRoutingInfo("defaultNetStack")->GetZerkelDefaultGateway(); },
                 "'routing' is string");
     ExpectFails([&] { host().GetSmartCardInfo()->GetAllSlots(); }, "'name' is number");
-    ExpectFails([&] { host().GetResourceInfo()->GetRunningVirtualMachines(); }, "'running'");
+    ExpectFails([&] { host().GetResourceInfo()->HasRunningVirtualMachines(); }, "'running'");
     EXPECT_EQ(host()
                   .GetVirtualSwitchInfo()
                   ->GetVirtualSwitches(HostCtl::Network::PortsetKind::All)

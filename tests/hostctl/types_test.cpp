@@ -2,7 +2,10 @@
 // configuration's mode switches.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "hostctl/exception.h"
+#include "hostctl/network.h"
 #include "hostctl/network_types.h"
 
 namespace {
@@ -147,6 +150,36 @@ TEST(NicTeamingPolicyTest, ActiveUplinksStayUniqueAndLeaveStandby) {
     EXPECT_TRUE(p.RemoveUplink("pnic0"));
     EXPECT_FALSE(p.HasUplink("pnic0"));
     EXPECT_FALSE(p.RemoveUplink("pnic0"));
+}
+
+// Each kind answers only its own questions, with the texts the screens log.
+TEST(ConnectionPointTest, KindsRefuseTheOthersQuestions) {
+    const ConnectionPoint none,
+        port = ConnectionPoint::ToQdsPort("qDS-Prod", "10"),
+        group = ConnectionPoint::ToPortGroup("VM Network", "zSwitch0", nullptr);
+    EXPECT_EQ(static_cast<int>(none.GetType()), 0);
+    EXPECT_EQ(static_cast<int>(group.GetType()), 1);
+    EXPECT_EQ(static_cast<int>(port.GetType()), 2);
+    EXPECT_EQ(group.GetPortGroup().GetVirtualSwitchName(), "zSwitch0");
+    EXPECT_EQ(port.GetSwitchName(), "qDS-Prod");
+    const struct {
+        std::function<void()> call;
+        const char* text;
+    } refusals[] = {
+        {[&] { none.GetSwitchName(); }, "Unsupported connectee type"},
+        {[&] { none.GetPortGroup(); }, "Unsupported zSwitch type"},
+        {[&] { port.GetPortGroup(); }, "Unsupported zSwitch type"},
+        {[&] { group.GetPortId(); }, "Unsupported zSwitch type"},
+        {[&] { group.GetPortGroup().GetVlanId(); }, "Port group VM Network has no host"},
+    };
+    for (const auto& r : refusals) {
+        try {
+            r.call();
+            ADD_FAILURE() << "no failure; expected " << r.text;
+        } catch (const HostCtlException& e) {
+            EXPECT_STREQ(e.what(), r.text);
+        }
+    }
 }
 
 }  // namespace

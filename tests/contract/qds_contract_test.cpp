@@ -1,0 +1,134 @@
+// The contract of distributed switches: QdsSwitch, host-local ports and a
+// Zerkel NIC moved onto a port (ZrkNic::ConnectToQdsPort).
+#include "tests/contract/contract.h"
+
+namespace {
+
+using namespace HostCtl::Network;
+using namespace TeskContract;
+using HostCtl::Backend;
+
+class QdsContract : public OnDistributedSwitchHost {
+protected:
+    void SetUp() override {
+        OnDistributedSwitchHost::SetUp();
+        if (IsSkipped()) return;
+        const ConnectionPoint point = Management(host())->GetPortConnection();
+        ASSERT_EQ(point.GetType(), ConnectionType::QdsPort);
+        name_ = point.GetSwitchName();
+        port_ = point.GetPortId();
+    }
+    std::unique_ptr<QdsSwitch> Qds() const { return host().GetQdsSwitch(name_); }
+    // The switch's uplink ports ("uplink1"), in the order of their NICs.
+    std::vector<std::string> UplinkPorts() const {
+        std::vector<std::string> ports;
+        for (const auto& [pnic, port] : Qds()->GetUplinkMap()) ports.push_back(port);
+        return ports;
+    }
+
+    std::string name_;  // the management interface's switch
+    std::string port_;  // and port
+};
+
+TEST_F(QdsContract, ManagementInterfaceIsOnAPortOfAnOwnKindSwitch) {
+    bool listed = false;
+    for (const auto& q : host().GetVirtualSwitchInfo()->GetQdsSwitches())
+        listed = listed || q->GetName() == name_;
+    EXPECT_TRUE(listed);
+    EXPECT_TRUE(Qds()->IsOwnKind());
+    EXPECT_GE(UplinkPorts().size(), 2u);
+    EXPECT_TRUE(host().GetPortset(name_)->IsValidVirtualSwitch()) << "switch names are shared";
+    Qds()->GetPortSettings(port_);
+
+    auto nics = host().GetZerkelNicInfo();
+    const std::string management = Management(host())->GetName();
+    ASSERT_EQ(nics->GetZerkelNics(PortsetKind::Qds).size(), 1u);
+    EXPECT_EQ(nics->GetZerkelNics(PortsetKind::Qds)[0]->GetName(), management);
+    for (const auto& nic : nics->GetZerkelNics(PortsetKind::Standard))
+        EXPECT_NE(nic->GetName(), management);
+}
+
+TEST_F(QdsContract, HostLocalPortsTakeTheNextNumberAndKeepTheirSettings) {
+    QdsPortSettings settings;
+    settings.vlanId = 40;
+    settings.blocked = true;
+    settings.activeUplinks = {UplinkPorts().at(1)};
+    settings.standbyUplinks = {UplinkPorts().at(0)};
+    settings.properties = {{"mtu", "9000"}};
+    EXPECT_EQ(Qds()->AddHostLocalPort(settings), "hlp-0");
+    EXPECT_EQ(Qds()->GetPortSettings("hlp-0"), settings);
+    EXPECT_EQ(Qds()->AddHostLocalPort({}), "hlp-1");
+    EXPECT_EQ(Qds()->GetPortSettings("hlp-1"), QdsPortSettings());
+
+    auto nic = Management(host());
+    nic->ConnectToQdsPort(name_, "hlp-0");
+    EXPECT_TRUE(nic->IsStale());
+    nic->Refresh();
+    EXPECT_EQ(nic->GetPortConnection().GetPortId(), "hlp-0");
+    EXPECT_EQ(nic->GetPortConnection().GetSwitchName(), name_);
+}
+
+TEST_F(QdsContract, UplinksLeaveTheMapWhenRemovedOrTakenByAPortGroup) {
+    auto map = Qds()->GetUplinkMap();
+    const std::string first = map.begin()->first;
+    const std::string second = std::next(map.begin())->first;
+    Qds()->RemoveUplink(first);
+    EXPECT_FALSE(Qds()->GetUplinkMap().count(first));
+    Qds()->RemoveUplink(first);  // gone already: nothing to do
+
+    const auto groups = host().GetNetworkInfo()->GetAllPortGroups(PortsetKind::All);
+    ASSERT_FALSE(groups.empty());
+    groups[0].AddUplink(second);
+    EXPECT_FALSE(Qds()->GetUplinkMap().count(second));
+    EXPECT_TRUE(groups[0].GetTeamingPolicy().HasUplink(second));
+}
+
+TEST_F(QdsContract, RefusedPortChangesLeaveTheHostAndTheNumbersAlone) {
+    QdsPortSettings strangeUplink;
+    strangeUplink.activeUplinks = {"no-such-uplink"};
+    QdsPortSettings vlan4095;
+    vlan4095.vlanId = 4095;
+    const std::string name = name_;
+    const std::string port = port_;
+    ExpectRefused({
+        {"an uplink the switch lacks",
+         [&](const Backend& b) { b.GetQdsSwitch(name)->AddHostLocalPort(strangeUplink); }},
+        {"a VLAN of 4095",
+         [&](const Backend& b) { b.GetQdsSwitch(name)->AddHostLocalPort(vlan4095); }},
+        {"settings of a port the switch lacks",
+         [&](const Backend& b) { b.GetQdsSwitch(name)->GetPortSettings("no-such-port"); }},
+        {"a NIC onto a port the switch lacks",
+         [&](const Backend& b) { Management(b)->ConnectToQdsPort(name, "no-such-port"); }},
+        {"a NIC onto a switch the host lacks",
+         [&](const Backend& b) { Management(b)->ConnectToQdsPort("no-such-switch", port); }},
+        {"a standard switch of the same name",
+         [&](const Backend& b) { b.GetVirtualSwitchInfo()->AddVirtualSwitch(name); }},
+        {"an uplink of the distributed switch on a standard one",
+         [&](const Backend& b) {
+             const auto standard = b.GetVirtualSwitchInfo()->GetVirtualSwitches(PortsetKind::All);
+             standard.at(0)->AddUplink(b.GetQdsSwitch(name)->GetUplinkMap().begin()->first);
+         }},
+    });
+    EXPECT_EQ(Qds()->AddHostLocalPort({}), "hlp-0") << "a refusal takes no number";
+}
+
+TEST_F(QdsContract, FailuresLeaveTheHostAlone) {
+    const std::string name = name_;
+    const std::string port = port_;
+    auto qds = [name](void (*call)(const QdsSwitch&)) {
+        return [name, call](const Backend& b) { call(*b.GetQdsSwitch(name)); };
+    };
+    ExpectFailures({
+        {"QdsSwitch.GetUplinkMap", qds([](const QdsSwitch& q) { q.GetUplinkMap(); })},
+        {"QdsSwitch.RemoveUplink",
+         qds([](const QdsSwitch& q) { q.RemoveUplink(q.GetUplinkMap().begin()->first); })},
+        {"QdsSwitch.IsOwnKind", qds([](const QdsSwitch& q) { q.IsOwnKind(); })},
+        {"QdsSwitch.GetPortSettings",
+         [=](const Backend& b) { b.GetQdsSwitch(name)->GetPortSettings(port); }},
+        {"QdsSwitch.AddHostLocalPort", qds([](const QdsSwitch& q) { q.AddHostLocalPort({}); })},
+        {"ZrkNic.ConnectToQdsPort",
+         [=](const Backend& b) { Management(b)->ConnectToQdsPort(name, port); }},
+    });
+}
+
+}  // namespace
