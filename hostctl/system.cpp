@@ -40,11 +40,3 @@ std::unique_ptr<Host> HostFactory::GetHost() {
 }
 
 }  // namespace HostCtl
-
-namespace HostCtl::Authentication {
-
-void StoreUserAccountsToCs() {
-    TheBackend().StoreUserAccountsToCs();
-}
-
-}  // namespace HostCtl::Authentication

@@ -1,7 +1,6 @@
 // System information (welcome message, alerts, keyboard layouts, firewall
-// rulesets), the host object, running virtual machines and the user-account
-// store. Interfaces only; a host backend (hostctl/backend.h) hands out the
-// objects.
+// rulesets), the host object and running virtual machines. Interfaces only;
+// a host backend (hostctl/backend.h) hands out the objects.
 #pragma once
 
 #include <memory>
@@ -99,11 +98,3 @@ public:
 };
 
 }  // namespace HostCtl::Resource
-
-namespace HostCtl::Authentication {
-
-// Writes the host's user accounts (the passwords the host authenticates with
-// now) to the persistent configuration store, through the current backend.
-void StoreUserAccountsToCs();
-
-}  // namespace HostCtl::Authentication

@@ -5,6 +5,7 @@
 #include "admin/change_password_dialog.h"
 #include "admin/keyboard_dialog.h"
 #include "admin/pam_auth.h"
+#include "host/host_context.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "hostctl/try_call.h"
@@ -29,10 +30,9 @@ constexpr int kUpperHeight = 6;
 constexpr int kFieldWidth = 30;
 
 std::string KeyboardLabel(const HostCtl::Backend& host) {
-    const std::string layout =
-        TryHost("Getting keyboard layout failed: %s", [&host] {
-            return host.GetSystemInfo()->GetKeyboardLayout();
-        }).value_or("");
+    const std::string layout = TryHost("Getting keyboard layout failed: %s", [&host] {
+                                   return host.GetSystemInfo()->GetKeyboardLayout();
+                               }).value_or("");
     return "Configured Keyboard (" + EscapeHostText(layout) + ")";
 }
 
@@ -40,7 +40,8 @@ std::string KeyboardLabel(const HostCtl::Backend& host) {
 
 LoginDialog::LoginDialog(Window* opener, Session& session)
     : FormDialog(opener, kWidth, kHeight, kUpperHeight), session_(session) {
-    if (session_.localConsole()) keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(session_.host()), true);
+    if (session_.localConsole())
+        keyboard_ = &items().emplace<LabelItem>(KeyboardLabel(session_.host()), true);
     // Both fields take every printable character, UTF-8 included: a user
     // name or password need not be ASCII.
     login_ = &items().emplace<InputItem>(str(StrId::LoginName), "root", kFieldWidth);
@@ -90,7 +91,7 @@ KeyResult LoginDialog::onKey(int key) {
         return KeyResult::Redraw();
     }
     if (key == KeyEnter && keyboard_ && item == keyboard_) {
-        KeyboardDialog dialog(this);
+        KeyboardDialog dialog(this, session_.host());
         Run(dialog);
         // The label shows the layout configured now.
         keyboard_->setLabel(KeyboardLabel(session_.host()));
@@ -147,7 +148,8 @@ bool LoginDialog::authenticate() {
     Run(message);
     if (status == PAM_NEW_AUTHTOK_REQD) {
         // The user sets a new password, then logs in with it from here.
-        ChangePasswordDialog change(this, user_);
+        const HostContext expired{session_.host(), user_};
+        ChangePasswordDialog change(this, expired);
         Run(change);
     }
     // After an expired password the user logs in again from here.
@@ -158,6 +160,7 @@ bool LoginDialog::authenticate() {
 
 LoginDisabledDialog::LoginDisabledDialog(Window* opener, const HostCtl::Backend& host)
     : ConfirmDialog(opener, {kWidth, 9, kUpperHeight}, Str(StrId::AuthenticationDenied),
-                    HostMessage(host, Str(StrId::ConsoleAccessDisabled)), Footer::kOk, {{KeyEnter, 0}}) {}
+                    HostMessage(host, Str(StrId::ConsoleAccessDisabled)), Footer::kOk,
+                    {{KeyEnter, 0}}) {}
 
 }  // namespace Tesk

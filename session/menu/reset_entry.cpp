@@ -17,12 +17,11 @@ public:
                          Footer::kResetLogOut) {}
     bool enabled(MenuContext& c) override {
         return !TryHost("Getting advanced option failed: %s", [&c] {
-                    return c.host.backend.GetUserAdvancedOptions()->HasUserOption(
-                        "PXEBootEnabled");
+                    return c.host.backend.GetUserAdvancedOptions()->HasUserOption("PXEBootEnabled");
                 }).value_or(false);
     }
     void open(MenuContext& c) override {
-        RestoreDialog dialog(&c.menu);
+        RestoreDialog dialog(&c.menu, c.host.backend);
         Run(dialog);
     }
 };

@@ -81,7 +81,7 @@ TEST_F(SystemTest, AccountStoreTakesThePasswordHashesInUse) {
     const std::string hash = TeskTest::PasswordHash("n3w-Secret");
     root().writeFile("/etc/simhost/users",
                      "root:" + hash + ":success\nexpired:" + hash + ":success\n");
-    HostCtl::Authentication::StoreUserAccountsToCs();
+    HostCtl::TheBackend().StoreUserAccountsToCs();
     EXPECT_EQ(root().stateValue("/users/0/passwordHash"), Json(hash));
     const Json expired = root().stateValue("/users/2").value();
     ASSERT_EQ(expired["name"], "expired");
@@ -157,7 +157,7 @@ TEST_F(SystemTest, FaultsArriveAsExceptionsWithTheirText) {
         {"resource.hasRunningVirtualMachines",
          [] { ZrkCtl::Resource::ResourceInfoImpl().HasRunningVirtualMachines(); }},
         {"authentication.storeUserAccountsToCs",
-         [] { HostCtl::Authentication::StoreUserAccountsToCs(); }},
+         [] { HostCtl::TheBackend().StoreUserAccountsToCs(); }},
     };
     for (const auto& [name, call] : operations) {
         SCOPED_TRACE(name);
