@@ -3,7 +3,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
