@@ -3,9 +3,7 @@
 #include <security/pam_appl.h>
 
 #include "admin/pam_auth.h"
-#include "host/runner.h"
 #include "hostctl/exception.h"
-#include "hostctl/system.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -23,8 +21,8 @@ constexpr int kFieldWidth = 30;
 
 }  // namespace
 
-ChangePasswordDialog::ChangePasswordDialog(Window* opener, std::string user)
-    : FormDialog(opener, kSize), user_(std::move(user)) {
+ChangePasswordDialog::ChangePasswordDialog(Window* opener, const HostContext& host)
+    : FormDialog(opener, kSize), host_(host) {
     setTitle(str(StrId::ConfigurePasswordTitle));
     setBody(str(StrId::SettingPasswordHelp));
     setFooter(Footer::kOkCancel);
@@ -63,7 +61,7 @@ KeyResult ChangePasswordDialog::onKey(int key) {
 
 KeyResult ChangePasswordDialog::checkOldPassword() {
     std::string password = old_->value();
-    const int status = PamLoginCheck(user_, password);
+    const int status = PamLoginCheck(host_.user, password);
     Wipe(password);
     // An expired password is still the right one.
     if (status == PAM_SUCCESS || status == PAM_NEW_AUTHTOK_REQD) {
@@ -90,7 +88,7 @@ KeyResult ChangePasswordDialog::submit() {
         SamePasswordConfirmDialog same(this);
         if (Run(same) != 1) return KeyResult::Redraw();
     }
-    if (!PamChangePassword(user_, old_->value(), new_->value())) {
+    if (!PamChangePassword(host_.user, old_->value(), new_->value())) {
         showError(StrId::PasswordChangeFailed);
         new_->wipe();
         confirm_->wipe();
@@ -102,18 +100,17 @@ KeyResult ChangePasswordDialog::submit() {
 
 void ChangePasswordDialog::announce() {
     try {
-        HostCtl::Authentication::StoreUserAccountsToCs();
+        host_.backend.StoreUserAccountsToCs();
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Platform::Log(LOG_ERR, "Storing user accounts failed: %s", e.what());
         MessageDialog failed(this, StrId::ConfigurePasswordWarning, StrId::StoringAccountsFailed);
         Run(failed);
     }
-    const char* backup[] = {"backup.sh", "0", nullptr};
-    RunCommandLogged("/sbin/backup.sh", backup);
-    RefreshHostAgent(user_);
-    PostEvent(LOG_INFO, "Login password for user " + user_ + " has changed", nullptr,
+    host_.backend.GetHostConfiguration()->Backup();
+    host_.backend.GetManagementAgents()->Refresh(host_.user);
+    PostEvent(LOG_INFO, "Login password for user " + host_.user + " has changed", nullptr,
               "@&!*@*@(nox.user.tesk.login.passwd.changed)Login password for user %s changed",
-              user_.c_str());
+              host_.user.c_str());
 }
 
 void ChangePasswordDialog::showError(std::uint32_t textId) {

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "host/host_context.h"
 #include "ui/confirm_dialog.h"
 #include "ui/form_dialog.h"
 
@@ -15,7 +16,8 @@ class InputItem;
 // run(): 1 when the password was changed, 0 on <Esc>.
 class ChangePasswordDialog : public FormDialog {
 public:
-    ChangePasswordDialog(Window* opener, std::string user);
+    // Changes the password of host's user, on host.
+    ChangePasswordDialog(Window* opener, const HostContext& host);
     ~ChangePasswordDialog() override;
 
 protected:
@@ -32,7 +34,7 @@ private:
     void announce();
     void showError(std::uint32_t textId);
 
-    std::string user_;
+    const HostContext& host_;
     InputItem* old_ = nullptr;
     InputItem* new_ = nullptr;
     InputItem* confirm_ = nullptr;

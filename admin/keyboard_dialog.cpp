@@ -1,7 +1,5 @@
 #include "admin/keyboard_dialog.h"
 
-#include "hostctl/backend.h"
-#include "hostctl/system.h"
 #include "hostctl/try_call.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -24,11 +22,12 @@ public:
 
 }  // namespace
 
-KeyboardDialog::KeyboardDialog(Window* opener) : FormDialog(opener, kSize) {
+KeyboardDialog::KeyboardDialog(Window* opener, const HostCtl::Backend& host)
+    : FormDialog(opener, kSize), host_(host) {
     setTitle(str(StrId::ConfigureKeyboard));
     setBody(str(StrId::KeyboardLayoutHelp));
     setFooter(Footer::kSelectToggleOkCancel);
-    auto info = [] { return HostCtl::TheBackend().GetSystemInfo(); };
+    auto info = [this] { return host_.GetSystemInfo(); };
     layouts_ = TryHost("Getting keyboard layouts failed: %s", [&] {
                    return info()->GetKeyboardLayouts();
                }).value_or(std::vector<std::string>{});
@@ -58,7 +57,7 @@ KeyResult KeyboardDialog::onKey(int key) {
 KeyResult KeyboardDialog::accept() {
     if (layouts_.empty()) return KeyResult::Leave(0);
     const std::string& layout = layouts_[chosen_];
-    auto info = [] { return HostCtl::TheBackend().GetSystemInfo(); };
+    auto info = [this] { return host_.GetSystemInfo(); };
     const bool applied =
         TryHost("Loading keyboard mappings failed: %s",
                 [&] { info()->LoadKeyboardMappings(layout); }) &&

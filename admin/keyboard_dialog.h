@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "hostctl/backend.h"
 #include "ui/form_dialog.h"
 
 namespace Tesk {
@@ -17,13 +18,14 @@ class RadioItem;
 // offered.
 class KeyboardDialog : public FormDialog {
 public:
-    explicit KeyboardDialog(Window* opener);
+    KeyboardDialog(Window* opener, const HostCtl::Backend& host);
 
 protected:
     KeyResult onKey(int key) override;
     KeyResult accept() override;
 
 private:
+    const HostCtl::Backend& host_;
     std::vector<std::string> layouts_;
     std::vector<RadioItem*> choices_;
     std::size_t chosen_ = 0;

@@ -8,11 +8,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <mutex>
 
-#include "host/command_line.h"
-#include "hostctl/backend.h"
-#include "hostctl/system.h"
 #include "platform/syslog.h"
 #include "platform/waiting.h"
 
@@ -41,24 +39,26 @@ void WaitForWorkersAtExit() {
     w.ended.wait_for(lock, std::chrono::seconds(5), [&] { return w.running == 0; });
 }
 
-// The capture, then the alert or the error line.
-void CollectLiveCore() {
+// What one worker uses: made on the UI thread, owned by the worker.
+struct Job {
+    std::unique_ptr<HostCtl::Agents::ManagementAgents> agents;
+    std::unique_ptr<HostCtl::System::SystemInfo> info;
+};
+
+// The capture (which logs its own failure), then the alert.
+void CollectLiveCore(const Job& job) {
     try {
-        Platform::Log(LOG_INFO, "%s", "Executing zrkbacktrace -c against hagentd");
-        const int rc = Tesk::RunCommandLine(
-            "/sbin/zrkbacktrace -w -n hagentd -o hagentd-restart% -d /var/log/", false, true,
-            false);
-        if (rc == 0)
-            HostCtl::TheBackend().GetSystemInfo()->SetSystemAlert("Hagentd core dump completed");
-        else
-            Platform::Log(LOG_ERR, "%s", "zrkbacktrace failed, probably hagentd was down");
+        if (job.agents->CollectLiveCore()) job.info->SetSystemAlert("Hagentd core dump completed");
     } catch (const std::exception& e) {
         Platform::Log(LOG_ERR, "%s", e.what());
     }
 }
 
-void* WorkerMain(void*) {
-    CollectLiveCore();
+void* WorkerMain(void* argument) {
+    {
+        const std::unique_ptr<Job> job(static_cast<Job*>(argument));
+        CollectLiveCore(*job);
+    }
     Workers& w = TheWorkers();
     {
         std::lock_guard lock(w.mutex);
@@ -70,16 +70,26 @@ void* WorkerMain(void*) {
 
 }  // namespace
 
-bool StartLiveCoreWorker(std::string* error) {
+bool StartLiveCoreWorker(const HostCtl::Backend& host, std::string* error) {
+    auto job = std::make_unique<Job>();
+    try {
+        job->agents = host.GetManagementAgents();
+        job->info = host.GetSystemInfo();
+    } catch (const std::exception& e) {
+        if (error) *error = e.what();
+        return false;
+    }
     Workers& w = TheWorkers();
     std::lock_guard lock(w.mutex);
     if (!w.exitHookInstalled) w.exitHookInstalled = std::atexit(WaitForWorkersAtExit) == 0;
     pthread_t thread;
-    const int rc = pthread_create(&thread, nullptr, WorkerMain, nullptr);
+    const int rc = pthread_create(&thread, nullptr, WorkerMain, job.get());
     if (rc != 0) {
         if (error) *error = std::strerror(rc);
         return false;
     }
+    // The worker owns it now.
+    job.release();
     pthread_detach(thread);
     ++w.running;
     return true;

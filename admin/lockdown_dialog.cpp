@@ -1,8 +1,6 @@
 #include "admin/lockdown_dialog.h"
 
-#include <string>
-
-#include "host/runner.h"
+#include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
 #include "ui/items.h"
@@ -16,11 +14,12 @@ constexpr DialogSize kSize{70, 11, 6};
 
 }  // namespace
 
-LockdownDialog::LockdownDialog(Window* opener) : FormDialog(opener, kSize) {
+LockdownDialog::LockdownDialog(Window* opener, const HostCtl::Backend& host)
+    : FormDialog(opener, kSize), host_(host) {
     setTitle(str(StrId::ConfigureLockdownModeTitle));
     setBody(str(StrId::LockdownModeHelp));
     setFooter(Footer::kToggleOkCancel);
-    enabled_ = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled");
+    enabled_ = host_.GetLockdownMode()->IsEnabled();
     check_ = &items().emplace<CheckItem>(str(StrId::EnableLockdownMode), enabled_);
 }
 
@@ -32,30 +31,17 @@ KeyResult LockdownDialog::accept() {
 }
 
 bool LockdownDialog::switchLockdown(bool enter) {
-    const char* command =
-        enter ? "ruxsvc/auth/lockdown_mode_enter" : "ruxsvc/auth/lockdown_mode_exit";
-    const char* argv[] = {"rux-cmd", "-U", kServiceAccount, command, nullptr};
-    char output[kCaptureBufferSize] = {};
-    char error[kCaptureBufferSize] = {};
-    int outputLength = kCaptureCapacity;
-    int errorLength = kCaptureCapacity;
-    // Bounded like the lockdown query, so a hung tool cannot hold the menu.
-    const CommandOutcome outcome =
-        RunCommandDetailed("/bin/rux-cmd", argv, output, &outputLength, error, &errorLength,
-                           nullptr, 0, kQueryTimeLimit);
-    if (outcome.result() == 0) {
-        Platform::Log(LOG_INFO, enter ? "Lockdown mode enabled" : "Lockdown mode disabled");
-        return true;
+    try {
+        host_.GetLockdownMode()->SetEnabled(enter);
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Platform::Log(LOG_ERR,
+                      enter ? "Enabling lockdown mode failed with error: %s"
+                            : "Disabling lockdown mode failed with error: %s",
+                      e.what());
+        return false;
     }
-    std::string text =
-        CollapseWhitespace(std::string_view(error, errorLength > 0 ? errorLength : 0));
-    // A tool that said nothing: how it ended is the error.
-    if (text.empty()) text = outcome.describe();
-    Platform::Log(LOG_ERR,
-                  enter ? "Enabling lockdown mode failed with error: %s"
-                        : "Disabling lockdown mode failed with error: %s",
-                  text.c_str());
-    return false;
+    Platform::Log(LOG_INFO, enter ? "Lockdown mode enabled" : "Lockdown mode disabled");
+    return true;
 }
 
 }  // namespace Tesk

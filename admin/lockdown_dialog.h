@@ -1,29 +1,31 @@
-// Switching the host's lockdown mode on or off through the management tool.
+// Switching the host's lockdown mode on or off.
 #pragma once
 
+#include "hostctl/backend.h"
 #include "ui/form_dialog.h"
 
 namespace Tesk {
 
 class CheckItem;
 
-// run(): on <Enter> 1 when a lockdown command was run, otherwise whether
-// lockdown is on; 0 on <Esc>. A failed command is logged with the tool's
+// run(): on <Enter> 1 when lockdown was asked to change, otherwise whether
+// lockdown is on; 0 on <Esc>. A refused change is logged with the host's
 // error text and changes nothing.
 class LockdownDialog : public FormDialog {
 public:
-    explicit LockdownDialog(Window* opener);
+    LockdownDialog(Window* opener, const HostCtl::Backend& host);
     // The lockdown state as read when the dialog was made, or as the last
-    // command left it.
+    // change left it.
     bool lockdownEnabled() const { return enabled_; }
 
 protected:
     KeyResult accept() override;
 
 private:
-    // Runs the enter or exit command; true when the tool succeeded.
+    // Enters or leaves lockdown mode; true when the host did.
     bool switchLockdown(bool enter);
 
+    const HostCtl::Backend& host_;
     CheckItem* check_ = nullptr;
     bool enabled_ = false;
 };

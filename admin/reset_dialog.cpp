@@ -3,7 +3,6 @@
 
 #include <syslog.h>
 
-#include "host/runner.h"
 #include "platform/events.h"
 #include "platform/waiting.h"
 #include "ui/footers.h"
@@ -23,7 +22,7 @@ const ResetSteps kFactoryReset{
     StrId::DefaultSettingsRestored,
     "Restoring factory defaults",
     "@&!*@*@(nox.user.tesk.restore.factory.defaults)Restoring factory defaults",
-    "/sbin/factoryConfig.py --reset-only > /dev/null 2>&1",
+    &HostCtl::Configuration::HostConfiguration::ResetToFactoryDefaults,
 };
 
 const ResetSteps kRemoveCustomExtensions{
@@ -35,12 +34,12 @@ const ResetSteps kRemoveCustomExtensions{
     StrId::CustomExtensionsRemoved,
     "Removing custom extensions",
     "@&!*@*@(nox.user.tesk.remove.custom.extensions)Removing custom extensions",
-    "/sbin/factoryConfig.py --remove-custom-extensions > /dev/null 2>&1",
+    &HostCtl::Configuration::HostConfiguration::RemoveCustomExtensions,
 };
 
 namespace {
 
-int Steps(ProgressDialog& p, const ResetSteps& steps) {
+int Steps(ProgressDialog& p, const HostCtl::Backend& host, const ResetSteps& steps) {
     p.setFooter(Footer::kF11OkCancel);
     p.add(Str(steps.question));
     const int confirmed = RunKeyLoop(p, {.handler = [](int key) {
@@ -55,20 +54,21 @@ int Steps(ProgressDialog& p, const ResetSteps& steps) {
     p.setFooter("");
     p.setTitle(Str(steps.workTitle));
     p.setBody(Str(steps.workMessage));
-    if (RunShellCommand(steps.command) != 0) return 0;
+    const auto configuration = host.GetHostConfiguration();
+    if (!((*configuration).*steps.operation)()) return 0;
 
     p.setBody(Str(steps.doneMessage));
     // The host must restart: only <Enter> leaves.
     p.waitForEnter(Footer::kRestartHost);
     // Cut short because the host ends the console: no failure.
-    if (RunShellCommand("reboot -f") == -1 && !Platform::QuitRequested()) return 0;
+    if (!host.GetPowerControl()->ForceRestartHost() && !Platform::QuitRequested()) return 0;
     p.holdScreen();
 }
 
 }  // namespace
 
-RestoreDialog::RestoreDialog(Window* opener, const ResetSteps& steps)
+RestoreDialog::RestoreDialog(Window* opener, const HostCtl::Backend& host, const ResetSteps& steps)
     : ProgressDialog(opener, {70, 12, 7}, Str(steps.confirmTitle), Str(steps.warning),
-                     [steps](ProgressDialog& p) { return Steps(p, steps); }) {}
+                     [&host, steps](ProgressDialog& p) { return Steps(p, host, steps); }) {}
 
 }  // namespace Tesk

@@ -4,7 +4,6 @@
 #include <syslog.h>
 
 #include "admin/live_core.h"
-#include "host/command_line.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -31,9 +30,10 @@ std::string Running(const std::string& done, const char* step) {
 
 }  // namespace
 
-RestartAgentsDialog::RestartAgentsDialog(Window* opener)
+RestartAgentsDialog::RestartAgentsDialog(Window* opener, const HostCtl::Backend& host)
     : ProgressDialog(opener, {kWidth, 20, 9}, Str(StrId::RestartManagementAgentsConfirm),
                      Str(StrId::RestartManagementAgentsWarning), nullptr),
+      host_(host),
       items_(&ItemParent(*this), 0, 0, itemArea() ? kWidth - 4 : 0, itemArea() ? 1 : 0) {
     footer_ = Footer::kF11OkCancel;
     collect_ = &items_.emplace<CheckItem>(Str(StrId::CollectTroubleshootingInformation), false);
@@ -72,7 +72,7 @@ void RestartAgentsDialog::restart() {
     std::string done = "{color:dark-grey}";
     if (collect_->checked()) {
         std::string error;
-        if (StartLiveCoreWorker(&error)) {
+        if (StartLiveCoreWorker(host_, &error)) {
             done += std::string(Str(StrId::CollectingLiveCore)) + " " + Str(StrId::Done) + "\n";
             show(done);
         } else {
@@ -80,12 +80,13 @@ void RestartAgentsDialog::restart() {
                           error.c_str());
         }
     }
+    const auto agents = host_.GetManagementAgents();
     show(Running(done, Str(StrId::StoppingManagementAgents)));
-    Tesk::RunCommandLine("/bin/sh /sbin/services.sh stop", false, true, false);
+    agents->Stop();
     done += std::string(Str(StrId::StoppingManagementAgents)) + " " + Str(StrId::Done) + "\n";
 
     show(Running(done, Str(StrId::StartingManagementAgents)));
-    Tesk::RunCommandLine("/bin/sh /sbin/services.sh start", false, true, false);
+    agents->Start();
     done += std::string(Str(StrId::StartingManagementAgents)) + " " + Str(StrId::Done) + "{/color}";
 
     show(done);

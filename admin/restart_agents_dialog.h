@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "hostctl/backend.h"
 #include "ui/items.h"
 #include "ui/progress_dialog.h"
 #include "ui/textarea.h"
@@ -17,7 +18,7 @@ namespace Tesk {
 
 class RestartAgentsDialog : public ProgressDialog {
 public:
-    explicit RestartAgentsDialog(Window* opener);
+    RestartAgentsDialog(Window* opener, const HostCtl::Backend& host);
     // 1 after the restart (once <Enter> closed the final screen), 0 on <Esc>.
     int run() override;
 
@@ -25,6 +26,7 @@ private:
     void restart();
     void show(const std::string& text);
 
+    const HostCtl::Backend& host_;
     ItemList items_;
     CheckItem* collect_;
     std::unique_ptr<TextArea> progress_;

@@ -12,7 +12,8 @@
 
 namespace Tesk {
 
-ShutdownDialog::ShutdownDialog(Window* opener) : FormDialog(opener, {60, 19, 13}) {
+ShutdownDialog::ShutdownDialog(Window* opener, const HostContext& host)
+    : FormDialog(opener, {60, 19, 13}), host_(host) {
     setTitle(Str(StrId::ShutDownRestartTitle));
     setBody(Str(StrId::ShutDownRestartHelp));
     setFooter(Footer::kShutDownRestartCancel);
@@ -23,13 +24,13 @@ KeyResult ShutdownDialog::onKey(int key) {
     if (key == KEY_F(2)) {
         PostEvent(LOG_INFO, "Shutting down host", nullptr,
                   "@&!*@*@(nox.user.tesk.shutdown.host)Shutting down host");
-        ShutDownHost(this, !force_->checked());
+        ShutDownHost(this, host_, !force_->checked());
         return KeyResult::Redraw();
     }
     if (key == KEY_F(11)) {
         PostEvent(LOG_INFO, "Rebooting host", nullptr,
                   "@&!*@*@(nox.user.tesk.reboot.host)Rebooting host");
-        RestartHost(this, !force_->checked());
+        RestartHost(this, host_, !force_->checked());
         return KeyResult::Redraw();
     }
     return KeyResult::Ignored();

@@ -7,9 +7,12 @@
 
 namespace Tesk {
 
+struct HostContext;
+
 class ShutdownDialog : public FormDialog {
 public:
-    explicit ShutdownDialog(Window* opener);
+    // host: the host to take down and the user who logged in for it.
+    ShutdownDialog(Window* opener, const HostContext& host);
 
 protected:
     KeyResult onKey(int key) override;
@@ -17,6 +20,7 @@ protected:
     KeyResult accept() override { return KeyResult::Handled(); }
 
 private:
+    const HostContext& host_;
     CheckItem* force_;
 };
 

@@ -3,10 +3,7 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
-#include "host/runner.h"
-#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -18,8 +15,6 @@
 namespace Tesk {
 namespace {
 
-constexpr const char kShellTimeout[] = "/UserVars/KovixShellTimeOut";
-constexpr const char kShellIdleTimeout[] = "/UserVars/KovixShellInteractiveTimeOut";
 constexpr const char kTeskTimeout[] = "/UserVars/TeskTimeOut";
 // Long enough for any number that is still in range.
 constexpr std::size_t kFieldLength = 12;
@@ -29,47 +24,8 @@ bool ShellTimeoutChar(char32_t c) {
     return CharFilters::Digits(c) || c == '-';
 }
 
-// An advanced option in minutes, through the host's option tool (which answers
-// in seconds).
-int ReadOptionMinutes(const char* option) {
-    const char* argv[] = {"kovacfg-advcfg", "-q", "-g", option, nullptr};
-    char out[kCaptureBufferSize] = {};
-    int length = kCaptureCapacity;
-    const int rc =
-        RunCommand("/sbin/kovacfg-advcfg", argv, out, &length, nullptr, nullptr, nullptr, 0, 0);
-    if (rc != 0 || length <= 0) {
-        Platform::Log(LOG_ERR, "Unable to read %s", option);
-        return 0;
-    }
-    // The last byte is the line feed.
-    out[length - 1] = '\0';
-    return static_cast<int>(std::strtol(out, nullptr, 10) / 60);
-}
-
-// Sets an integer option through the host command tool, or its local variant
-// when that fails.
-bool WriteOptionSeconds(const char* option, unsigned long long seconds) {
-    const std::string value = std::to_string(seconds);
-    const char* argv[] = {"kovacli", "system", "settings", "advanced",    "set",
-                          "-o",      option,   "-i",       value.c_str(), nullptr};
-    if (RunCommand("/sbin/kovacli", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0) == 0)
-        return true;
-    argv[0] = "kovacli-local";
-    if (RunCommand("/sbin/kovacli-local", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
-                   0) == 0)
-        return true;
-    Platform::Log(LOG_ERR, "Unable to set %s", option);
-    return false;
-}
-
-// A running service takes a new timeout when it restarts.
-void RestartIfRunning(const char* script) {
-    const char* status[] = {"sh", script, "status", nullptr};
-    if (RunCommand("/bin/sh", status, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0) != 0)
-        return;
-    const char* restart[] = {"sh", script, "restart", nullptr};
-    RunCommand("/bin/sh", restart, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
-}
+using HostCtl::Services::Service;
+using HostCtl::Services::ShellTimeout;
 
 void ShowOutOfRange(Window* over) {
     MessageDialog message(over, StrId::InvalidTimeoutValue, StrId::TimeoutValueRange);
@@ -93,12 +49,17 @@ std::optional<unsigned long long> ParseTimeoutMinutes(std::string_view text) {
     return value;
 }
 
-ShellTimeoutDialog::ShellTimeoutDialog(Window* opener) : FormDialog(opener, {70, 21, 15}) {
+ShellTimeoutDialog::ShellTimeoutDialog(Window* opener, const HostCtl::Backend& host)
+    : FormDialog(opener, {70, 21, 15}), services_(host.GetShellServices()) {
     setTitle(Str(StrId::SetShellTimeouts));
     setBody(Str(StrId::SetShellTimeoutsHelp));
     setFooter(Footer::kOkCancel);
-    const int availability = ReadOptionMinutes(kShellTimeout);
-    const int idle = ReadOptionMinutes(kShellIdleTimeout);
+    // In minutes; a time-out the host cannot tell shows as none.
+    auto minutes = [this](ShellTimeout timeout) {
+        return static_cast<int>(services_->GetTimeoutSeconds(timeout).value_or(0) / 60);
+    };
+    const int availability = minutes(ShellTimeout::Availability);
+    const int idle = minutes(ShellTimeout::Idle);
     auto& a = items().emplace<FilteredInputItem>(Str(StrId::AvailabilityTimeout),
                                                  std::to_string(availability), kFieldWidth,
                                                  ShellTimeoutChar);
@@ -106,13 +67,13 @@ ShellTimeoutDialog::ShellTimeoutDialog(Window* opener) : FormDialog(opener, {70,
                                                  kFieldWidth, ShellTimeoutChar);
     a.setMaxLength(kFieldLength);
     i.setMaxLength(kFieldLength);
-    availability_ = {kShellTimeout,
+    availability_ = {ShellTimeout::Availability,
                      &a,
                      availability,
                      true,
                      "Disabled Shell timeout",
                      "Modified Shell timeout to %d minutes"};
-    idle_ = {kShellIdleTimeout,
+    idle_ = {ShellTimeout::Idle,
              &i,
              idle,
              false,
@@ -129,11 +90,12 @@ bool ShellTimeoutDialog::apply(Field& field) {
     }
     const int n = static_cast<int>(*minutes);
     if (n == field.minutes) return true;
-    if (!WriteOptionSeconds(field.option, *minutes * 60)) return true;
+    if (!services_->SetTimeoutSeconds(field.timeout, *minutes * 60)) return true;
     field.minutes = n;
+    // A running service takes a new timeout when it restarts.
     if (field.restartServices) {
-        RestartIfRunning("/etc/init.d/KovaShell");
-        RestartIfRunning("/etc/init.d/SSH");
+        services_->RestartIfRunning(Service::Shell);
+        services_->RestartIfRunning(Service::Ssh);
     }
     if (n == 0)
         Platform::Log(LOG_INFO, "%s", field.disabledLine);
@@ -147,9 +109,12 @@ KeyResult ShellTimeoutDialog::accept() {
     return KeyResult::Leave(1);
 }
 
-TeskTimeoutDialog::TeskTimeoutDialog(Window* opener, int currentSeconds,
-                                     std::function<void(int)> rearm)
-    : FormDialog(opener, {70, 14, 9}), currentSeconds_(currentSeconds), rearm_(std::move(rearm)) {
+TeskTimeoutDialog::TeskTimeoutDialog(Window* opener, const HostCtl::Backend& host,
+                                     int currentSeconds, std::function<void(int)> rearm)
+    : FormDialog(opener, {70, 14, 9}),
+      host_(host),
+      currentSeconds_(currentSeconds),
+      rearm_(std::move(rearm)) {
     setTitle(Str(StrId::SetTeskIdleTimeout));
     setBody(Str(StrId::SetTeskIdleTimeoutHelp));
     setFooter(Footer::kOkCancel);
@@ -168,7 +133,7 @@ KeyResult TeskTimeoutDialog::accept() {
     const int seconds = static_cast<int>(*minutes * 60);
     if (seconds == currentSeconds_) return KeyResult::Leave(1);
     try {
-        HostCtl::TheBackend().GetAdvancedOptions()->SetIntOption(kTeskTimeout, seconds);
+        host_.GetAdvancedOptions()->SetIntOption(kTeskTimeout, seconds);
     } catch (const HostCtl::Lib::HostCtlException& e) {
         // Nothing changed: the console keeps its timeout.
         Platform::Log(LOG_ERR, "Setting %s failed: %s", kTeskTimeout, e.what());

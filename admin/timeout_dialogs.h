@@ -6,10 +6,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "hostctl/backend.h"
 #include "ui/form_dialog.h"
 
 namespace Tesk {
@@ -24,14 +26,14 @@ std::optional<unsigned long long> ParseTimeoutMinutes(std::string_view text);
 class ShellTimeoutDialog : public FormDialog {
 public:
     // Reads both timeouts from the host.
-    explicit ShellTimeoutDialog(Window* opener);
+    ShellTimeoutDialog(Window* opener, const HostCtl::Backend& host);
 
 protected:
     KeyResult accept() override;
 
 private:
     struct Field {
-        const char* option;
+        HostCtl::Services::ShellTimeout timeout;
         InputItem* item;
         int minutes;  // as read (or last written)
         bool restartServices;
@@ -41,6 +43,7 @@ private:
     // False when the value is out of range (the message was shown).
     bool apply(Field& field);
 
+    std::unique_ptr<HostCtl::Services::ShellServices> services_;
     Field availability_;
     Field idle_;
 };
@@ -48,13 +51,15 @@ private:
 class TeskTimeoutDialog : public FormDialog {
 public:
     // currentSeconds: the console's idle timeout now; rearm is called with the
-    // new timeout in seconds once it has been stored.
-    TeskTimeoutDialog(Window* opener, int currentSeconds, std::function<void(int)> rearm);
+    // new timeout in seconds once it has been stored on host.
+    TeskTimeoutDialog(Window* opener, const HostCtl::Backend& host, int currentSeconds,
+                      std::function<void(int)> rearm);
 
 protected:
     KeyResult accept() override;
 
 private:
+    const HostCtl::Backend& host_;
     int currentSeconds_;
     std::function<void(int)> rearm_;
     InputItem* field_;

@@ -1,19 +1,16 @@
 // Switching the host's local shell and its SSH server on and off, as the
-// troubleshooting window does: through the management tool as the given user,
-// with the service's init script as the fallback for start and stop, and for
-// SSH the firewall ruleset opened when it is switched on. The caller's flag
-// is inverted whatever the tools answered.
+// troubleshooting window does: the host switches the service as the context's
+// user (hostctl/shell_services.h says what that takes and how failures are
+// logged), and the window's flag is inverted whatever the host answered.
 #pragma once
 
-#include <string>
+#include "host/host_context.h"
+#include "hostctl/shell_services.h"
 
 namespace Tesk {
 
-// Whether "sh /etc/init.d/<service> status" answers 0.
-bool ServiceRunning(const char* initScript);
-
-// Each inverts *enabled and writes the user's log line.
-void SwitchShell(const std::string& user, bool* enabled);
-void SwitchSsh(const std::string& user, bool* enabled);
+// Inverts *enabled, switches the service to it and writes the user's log
+// line ("User root enabled SSH").
+void SwitchService(const HostContext& host, HostCtl::Services::Service service, bool* enabled);
 
 }  // namespace Tesk

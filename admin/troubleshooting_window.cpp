@@ -22,6 +22,10 @@ std::string LightGrey(std::uint32_t id) {
     return std::string("{color:light-grey}") + Str(id) + "{/color}";
 }
 
+bool Running(const HostContext& host, HostCtl::Services::Service service) {
+    return host.backend.GetShellServices()->IsRunning(service);
+}
+
 // A dialog made over the window, run, and gone when it returns.
 template <typename Dialog, typename... Args>
 void Open(Window* over, Args&&... args) {
@@ -31,27 +35,27 @@ void Open(Window* over, Args&&... args) {
 
 }  // namespace
 
-TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
+TroubleShootingWindow::TroubleShootingWindow(Window* opener, const HostContext& host,
                                              IdleTimeoutAccess idle)
     : PaneWindow(opener, kLeftFooter),
-      user_(std::move(user)),
+      host_(host),
       idle_(std::move(idle)),
-      shellEnabled_(ServiceRunning("/etc/init.d/KovaShell")),
-      sshEnabled_(ServiceRunning("/etc/init.d/SSH")) {
+      shellEnabled_(Running(host, HostCtl::Services::Service::Shell)),
+      sshEnabled_(Running(host, HostCtl::Services::Service::Ssh)) {
     setTitle(Str(StrId::TroubleshootingModeOptions));
     // The two status formats differ in where white ends; both are kept.
-    shellRow_ = addRow({}, {[this] {
-                                return PaneText{
-                                    Heading(StrId::KovixShell) + "{/color}{color:white}" +
-                                        Str(shellEnabled_ ? StrId::KovixShellIsEnabled
-                                                          : StrId::KovixShellIsDisabled) +
-                                        "{/color}\n\n" + LightGrey(StrId::ChangeKovixShellState),
-                                    Footer::kChangeExit};
-                            },
-                            [this] {
-                                SwitchShell(user_, &shellEnabled_);
-                                showSwitches();
-                            }});
+    shellRow_ = addRow(
+        {}, {[this] {
+                 return PaneText{Heading(StrId::KovixShell) + "{/color}{color:white}" +
+                                     Str(shellEnabled_ ? StrId::KovixShellIsEnabled
+                                                       : StrId::KovixShellIsDisabled) +
+                                     "{/color}\n\n" + LightGrey(StrId::ChangeKovixShellState),
+                                 Footer::kChangeExit};
+             },
+             [this] {
+                 SwitchService(host_, HostCtl::Services::Service::Shell, &shellEnabled_);
+                 showSwitches();
+             }});
     sshRow_ = addRow(
         {}, {[this] {
                  return PaneText{Heading(StrId::SshSupport) + "{/color}{color:white}" +
@@ -60,7 +64,7 @@ TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
                                  Footer::kChangeExit};
              },
              [this] {
-                 SwitchSsh(user_, &sshEnabled_);
+                 SwitchService(host_, HostCtl::Services::Service::Ssh, &sshEnabled_);
                  showSwitches();
              }});
     timeoutsRow_ =
@@ -69,7 +73,7 @@ TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
                                             LightGrey(StrId::ModifyShellAndSshTimeoutsHelp),
                                         Footer::kChangeExit};
                     },
-                    [this] { Open<ShellTimeoutDialog>(this); }});
+                    [this] { Open<ShellTimeoutDialog>(this, host_.backend); }});
     addRow(Str(StrId::ModifyTeskIdleTimeout),
            {[] {
                 return PaneText{Heading(StrId::ModifyTeskIdleTimeout) +
@@ -77,7 +81,8 @@ TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
                                 Footer::kChangeExit};
             },
             [this] {
-                Open<TeskTimeoutDialog>(this, idle_.current ? idle_.current() : 0, idle_.rearm);
+                Open<TeskTimeoutDialog>(this, host_.backend, idle_.current ? idle_.current() : 0,
+                                        idle_.rearm);
             }});
     addRow(Str(StrId::RestartManagementAgents),
            {[] {
@@ -85,7 +90,7 @@ TroubleShootingWindow::TroubleShootingWindow(Window* opener, std::string user,
                                     LightGrey(StrId::RestartManagementAgentsHelp),
                                 Footer::kRestartExit};
             },
-            [this] { Open<RestartAgentsDialog>(this); }});
+            [this] { Open<RestartAgentsDialog>(this, host_.backend); }});
     showSwitches();
     selectRow(shellRow_);
 }

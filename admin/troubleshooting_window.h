@@ -4,8 +4,8 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
+#include "host/host_context.h"
 #include "ui/pane_window.h"
 
 namespace Tesk {
@@ -19,8 +19,8 @@ struct IdleTimeoutAccess {
 
 class TroubleShootingWindow : public PaneWindow {
 public:
-    // user: the logged-in user the management tool runs as.
-    TroubleShootingWindow(Window* opener, std::string user, IdleTimeoutAccess idle);
+    // host: the host and the logged-in user its services are switched as.
+    TroubleShootingWindow(Window* opener, const HostContext& host, IdleTimeoutAccess idle);
 
 private:
     // The switches' names and the timeouts row's state follow the services.
@@ -30,7 +30,7 @@ private:
     int sshRow_ = -1;
     int timeoutsRow_ = -1;
 
-    std::string user_;
+    const HostContext& host_;
     IdleTimeoutAccess idle_;
     bool shellEnabled_;
     bool sshEnabled_;

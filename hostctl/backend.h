@@ -10,11 +10,15 @@
 
 #include "hostctl/adv.h"
 #include "hostctl/agents.h"
+#include "hostctl/configuration.h"
 #include "hostctl/hardware.h"
+#include "hostctl/lockdown.h"
 #include "hostctl/network.h"
 #include "hostctl/power.h"
 #include "hostctl/resolver.h"
+#include "hostctl/shell_services.h"
 #include "hostctl/smartcard.h"
+#include "hostctl/support_info.h"
 #include "hostctl/system.h"
 
 namespace HostCtl {
@@ -64,6 +68,14 @@ public:
     virtual std::unique_ptr<Power::PowerControl> GetPowerControl() const = 0;
     // The management agents.
     virtual std::unique_ptr<Agents::ManagementAgents> GetManagementAgents() const = 0;
+
+    // Administration: the local shell and SSH, lockdown mode, the
+    // configuration as a whole (backup, factory reset, custom extensions) and
+    // the support information.
+    virtual std::unique_ptr<Services::ShellServices> GetShellServices() const = 0;
+    virtual std::unique_ptr<Lockdown::LockdownMode> GetLockdownMode() const = 0;
+    virtual std::unique_ptr<Configuration::HostConfiguration> GetHostConfiguration() const = 0;
+    virtual std::unique_ptr<Support::SupportInformation> GetSupportInformation() const = 0;
 
     // Advanced options.
     virtual std::unique_ptr<Adv::AdvancedOption> GetAdvancedOptions() const = 0;

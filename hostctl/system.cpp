@@ -25,10 +25,3 @@ void FirewallRuleset::Apply() const {
 
 }  // namespace HostCtl::System
 
-namespace HostCtl::Authentication {
-
-void StoreUserAccountsToCs() {
-    TheBackend().StoreUserAccountsToCs();
-}
-
-}  // namespace HostCtl::Authentication

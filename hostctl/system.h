@@ -1,6 +1,6 @@
 // System information (welcome message, alerts, keyboard layouts, firewall
-// rulesets), running virtual machines and the user-account store. Interfaces
-// only; a host backend (hostctl/backend.h) hands out the objects.
+// rulesets) and running virtual machines. Interfaces only; a host backend
+// (hostctl/backend.h) hands out the objects.
 #pragma once
 
 #include <memory>
@@ -74,11 +74,3 @@ public:
 };
 
 }  // namespace HostCtl::Resource
-
-namespace HostCtl::Authentication {
-
-// Writes the host's user accounts (the passwords the host authenticates with
-// now) to the persistent configuration store, through the current backend.
-void StoreUserAccountsToCs();
-
-}  // namespace HostCtl::Authentication

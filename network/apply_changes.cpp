@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "admin/power.h"
+#include "host/host_context.h"
 #include "host/runner.h"
 #include "hostctl/backend.h"
 #include "hostctl/try_call.h"
@@ -113,7 +114,7 @@ void RestartForIpv6(Window* opener, bool enable) {
         Footer::kRestartHost, ConfirmDialog::Enter());
     notice.setEscapeResult(std::nullopt);
     Run(notice);
-    RestartHost(opener, true);
+    RestartHost(opener, HostContext{HostCtl::TheBackend(), {}}, true);
 }
 
 void RefreshManagementService() {

@@ -5,6 +5,7 @@
 #include "admin/change_password_dialog.h"
 #include "admin/keyboard_dialog.h"
 #include "admin/pam_auth.h"
+#include "host/host_context.h"
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "hostctl/try_call.h"
@@ -90,7 +91,7 @@ KeyResult LoginDialog::onKey(int key) {
         return KeyResult::Redraw();
     }
     if (key == KeyEnter && keyboard_ && item == keyboard_) {
-        KeyboardDialog dialog(this);
+        KeyboardDialog dialog(this, session_.host());
         Run(dialog);
         // The label shows the layout configured now.
         keyboard_->setLabel(KeyboardLabel(session_.host()));
@@ -147,7 +148,8 @@ bool LoginDialog::authenticate() {
     Run(message);
     if (status == PAM_NEW_AUTHTOK_REQD) {
         // The user sets a new password, then logs in with it from here.
-        ChangePasswordDialog change(this, user_);
+        const HostContext expired{session_.host(), user_};
+        ChangePasswordDialog change(this, expired);
         Run(change);
     }
     // After an expired password the user logs in again from here.

@@ -26,8 +26,7 @@ public:
     const HostCtl::Backend& host() const { return host_; }
 
     // A user was authenticated: the session is bound to a smart card when one
-    // that lists the user is present, and the administration screens act as
-    // that user (admin/acting_user.h) until the session ends.
+    // that lists the user is present.
     void loggedIn(const std::string& user, bool emptyPassword);
     // The user's session (the customization menu) begins: the idle timeout is
     // read again.

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "admin/shutdown_dialog.h"
+#include "host/host_context.h"
 #include "host/host_facts.h"
 #include "host/product_line.h"
 #include "host/queries.h"
@@ -347,7 +348,8 @@ void WelcomeWindow::login(bool shutdownPath) {
         // A login before the power question starts no session and records no
         // logout.
         try {
-            ShutdownDialog dialog(this);
+            const HostContext host{host_, session_.user()};
+            ShutdownDialog dialog(this, host);
             Run(dialog);
         } catch (const TeskTimeout&) {
             setActive(true);

@@ -3,10 +3,14 @@
 
 #include "simhost/adv.h"
 #include "simhost/agents.h"
+#include "simhost/configuration.h"
 #include "simhost/hardware.h"
+#include "simhost/lockdown.h"
 #include "simhost/network.h"
 #include "simhost/power.h"
 #include "simhost/resolver.h"
+#include "simhost/shell_services.h"
+#include "simhost/support_info.h"
 #include "simhost/system.h"
 
 namespace ZrkCtl {
@@ -73,6 +77,20 @@ public:
     }
     std::unique_ptr<HostCtl::Agents::ManagementAgents> GetManagementAgents() const override {
         return std::make_unique<Agents::ManagementAgentsImpl>();
+    }
+
+    std::unique_ptr<HostCtl::Services::ShellServices> GetShellServices() const override {
+        return std::make_unique<Services::ShellServicesImpl>();
+    }
+    std::unique_ptr<HostCtl::Lockdown::LockdownMode> GetLockdownMode() const override {
+        return std::make_unique<Lockdown::LockdownModeImpl>();
+    }
+    std::unique_ptr<HostCtl::Configuration::HostConfiguration> GetHostConfiguration()
+        const override {
+        return std::make_unique<Configuration::HostConfigurationImpl>();
+    }
+    std::unique_ptr<HostCtl::Support::SupportInformation> GetSupportInformation() const override {
+        return std::make_unique<Support::SupportInformationImpl>();
     }
 
     std::unique_ptr<HostCtl::Adv::AdvancedOption> GetAdvancedOptions() const override {

@@ -1,9 +1,6 @@
 // "Remove Custom Extensions": shown only while the host has custom extensions
-// installed (asked of the host command tool when the menu opens).
-#include <string_view>
-
+// installed (asked when the menu opens).
 #include "admin/reset_dialog.h"
-#include "host/runner.h"
 #include "session/menu/menu_entry.h"
 #include "ui/footers.h"
 #include "ui/string_ids.h"
@@ -11,32 +8,18 @@
 namespace Tesk {
 namespace {
 
-// True when "kovacli software vib list --custom" names at least one extension.
-bool HasCustomExtensions() {
-    const char* argv[] = {"kovacli", "software", "vib", "list", "--custom", nullptr};
-    char out[kCaptureBufferSize] = {};
-    int length = kCaptureCapacity;
-    if (RunCommand("/bin/kovacli", argv, out, &length, nullptr, nullptr, nullptr, 0,
-                   kQueryTimeLimit) != 0)
-        return false;
-    const std::string_view text(out, length > 0 ? length : 0);
-    return text.find_first_not_of(" \t\r\n") != std::string_view::npos;
-}
-
 class ExtensionsEntry : public FixedTextEntry {
 public:
     ExtensionsEntry()
         : FixedTextEntry(StrId::RemoveCustomExtensions, StrId::RemoveCustomExtensionsHelp,
-                         Footer::kResetLogOut),
-          present_(HasCustomExtensions()) {}
-    bool shown(MenuContext&) const override { return present_; }
+                         Footer::kResetLogOut) {}
+    bool shown(MenuContext& c) const override {
+        return c.host.backend.GetHostConfiguration()->HasCustomExtensions();
+    }
     void open(MenuContext& c) override {
-        RestoreDialog dialog(&c.menu, kRemoveCustomExtensions);
+        RestoreDialog dialog(&c.menu, c.host.backend, kRemoveCustomExtensions);
         Run(dialog);
     }
-
-private:
-    bool present_;
 };
 
 }  // namespace

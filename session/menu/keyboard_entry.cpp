@@ -16,7 +16,7 @@ public:
                          Footer::kMoreLogOut) {}
     bool shown(MenuContext& c) const override { return c.session.localConsole(); }
     void open(MenuContext& c) override {
-        KeyboardDialog dialog(&c.menu);
+        KeyboardDialog dialog(&c.menu, c.host.backend);
         Run(dialog);
     }
 };

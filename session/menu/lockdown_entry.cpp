@@ -1,7 +1,6 @@
 // "Configure Lockdown Mode": whether lockdown is on; usable when it is, or
 // when the host says it could be. <Enter> switches it.
 #include "admin/lockdown_dialog.h"
-#include "host/runner.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
@@ -15,9 +14,11 @@ public:
     std::string title(MenuContext& c) const override {
         return c.menu.str(StrId::ConfigureLockdownMode);
     }
-    void reload(MenuContext&) override { enabled_ = RuxCmdGet("ruxsvc/auth/lockdown_is_enabled"); }
-    bool enabled(MenuContext&) override {
-        return enabled_ || RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
+    void reload(MenuContext& c) override {
+        enabled_ = c.host.backend.GetLockdownMode()->IsEnabled();
+    }
+    bool enabled(MenuContext& c) override {
+        return enabled_ || c.host.backend.GetLockdownMode()->IsPossible();
     }
     std::string pane(MenuContext& c) override {
         return std::string(c.menu.str(enabled_ ? StrId::Enabled : StrId::Disabled)) + "\n\n" +
@@ -25,8 +26,8 @@ public:
     }
     std::string footer(MenuContext&) override { return Footer::kChangeLogOutOpen; }
     void open(MenuContext& c) override {
-        LockdownDialog dialog(&c.menu);
-        // A command ran: the host's state is read again.
+        LockdownDialog dialog(&c.menu, c.host.backend);
+        // A change was asked for: the host's state is read again.
         if (Run(dialog) == 1) reload(c);
     }
 

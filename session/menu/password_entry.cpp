@@ -21,7 +21,7 @@ public:
     }
     std::string footer(MenuContext&) override { return Footer::kChangeLogOut; }
     void open(MenuContext& c) override {
-        ChangePasswordDialog dialog(&c.menu, c.session.user());
+        ChangePasswordDialog dialog(&c.menu, c.host);
         // Empty passwords are refused, so the new one never is.
         if (Run(dialog) == 1) c.session.setEmptyPasswordLogin(false);
     }

@@ -21,7 +21,7 @@ public:
                 }).value_or(false);
     }
     void open(MenuContext& c) override {
-        RestoreDialog dialog(&c.menu);
+        RestoreDialog dialog(&c.menu, c.host.backend);
         Run(dialog);
     }
 };

@@ -1,11 +1,7 @@
-// "View Support Information": the host's support file, read when the menu
-// opens, in the pane.
-#include <cerrno>
-#include <cstring>
+// "View Support Information": the host's support information, read when the
+// menu opens, in the pane.
+#include <optional>
 
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
-#include "platform/syslog.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
 #include "ui/markup_escape.h"
@@ -14,36 +10,27 @@
 namespace Tesk {
 namespace {
 
-constexpr const char kSupportFile[] = "/etc/brelt/support";
-
-// The file's text as it shows in the pane: its lines, each ended by a line
-// feed. Anything but a regular file (a FIFO would hold the menu until some
-// writer came) is refused and logged; a missing file is simply empty.
-std::string ReadSupportText() {
-    std::string failure;
-    const auto text = Platform::ReadRegularFile(Platform::HostPath(kSupportFile), &failure);
-    if (!text) {
-        if (failure != std::strerror(ENOENT))
-            Platform::Log(LOG_ERR, "Reading support information %s failed: %s", kSupportFile,
-                          failure.c_str());
-        return {};
-    }
-    std::string lines = *text;
+// The text as it shows in the pane: its lines, each ended by a line feed.
+std::string SupportLines(const HostCtl::Backend& host) {
+    std::string lines = host.GetSupportInformation()->GetSupportText();
     if (!lines.empty() && lines.back() != '\n') lines += '\n';
-    return lines;
+    return EscapeHostLines(lines);
 }
 
 class SupportEntry : public MenuEntry {
 public:
-    SupportEntry() : text_(EscapeHostLines(ReadSupportText())) {}
     std::string title(MenuContext& c) const override {
         return c.menu.str(StrId::ViewSupportInformation);
     }
-    std::string pane(MenuContext&) override { return text_; }
+    // Once, when the menu opens.
+    void reload(MenuContext& c) override {
+        if (!text_) text_ = SupportLines(c.host.backend);
+    }
+    std::string pane(MenuContext&) override { return text_.value_or(""); }
     std::string footer(MenuContext&) override { return {}; }
 
 private:
-    std::string text_;
+    std::optional<std::string> text_;
 };
 
 }  // namespace

@@ -16,7 +16,7 @@ public:
     void open(MenuContext& c) override {
         Session& session = c.session;
         TroubleShootingWindow window(
-            &c.menu, session.user(),
+            &c.menu, c.host,
             {[&session] { return session.idleTimeout(); },
              [&session](int seconds) { session.setIdleTimeout(seconds); }});
         Run(window);
