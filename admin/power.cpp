@@ -4,6 +4,7 @@
 #include "admin/power.h"
 
 #include <cstdint>
+#include <functional>
 
 #include "admin/acting_user.h"
 #include "host/runner.h"
@@ -15,18 +16,27 @@
 namespace Tesk {
 namespace {
 
+// stopMachines runs first; powerCommand answers false when the command could
+// not be started.
 bool TakeHostDown(Window* opener, std::uint32_t titleId, std::uint32_t messageId,
-                  const char* command, bool graceful) {
+                  const std::function<void()>& stopMachines,
+                  const std::function<bool()>& powerCommand) {
     ProgressDialog progress(opener, {70, 10, 7}, Str(titleId), Str(messageId),
                             [&](ProgressDialog& p) -> int {
-                                PowerOffVms(ActingUser(), graceful);
+                                stopMachines();
                                 // A command cut short because the host is ending the console is
                                 // no failure: the screen stays until the end.
-                                if (RunShellCommand(command) == -1 && !Platform::QuitRequested())
-                                    return 0;
+                                if (!powerCommand() && !Platform::QuitRequested()) return 0;
                                 p.holdScreen();
                             });
     return Run(progress) != 0;
+}
+
+bool TakeHostDown(Window* opener, std::uint32_t titleId, std::uint32_t messageId,
+                  const char* command, bool graceful) {
+    return TakeHostDown(
+        opener, titleId, messageId, [graceful] { PowerOffVms(ActingUser(), graceful); },
+        [command] { return RunShellCommand(command) != -1; });
 }
 
 }  // namespace
@@ -38,6 +48,14 @@ bool ShutDownHost(Window* opener, bool graceful) {
 
 bool RestartHost(Window* opener, bool graceful) {
     return TakeHostDown(opener, StrId::RestartHost, StrId::RestartInProgress, "reboot", graceful);
+}
+
+bool RestartHost(Window* opener, const HostContext& host, bool graceful) {
+    const auto power = host.backend.GetPowerControl();
+    return TakeHostDown(
+        opener, StrId::RestartHost, StrId::RestartInProgress,
+        [&] { power->StopVirtualMachines(host.user, graceful); },
+        [&] { return power->RestartHost(); });
 }
 
 }  // namespace Tesk

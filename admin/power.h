@@ -4,6 +4,8 @@
 // discarded until the machine stops (the idle timeout still applies).
 #pragma once
 
+#include "host/host_context.h"
+
 namespace Tesk {
 
 class Window;
@@ -12,5 +14,8 @@ class Window;
 bool ShutDownHost(Window* opener, bool graceful);
 // "Restart Host": "reboot". False when the command cannot be started.
 bool RestartHost(Window* opener, bool graceful);
+// "Restart Host" through the host's power control, the machines stopped as
+// host.user. False when the restart cannot be started.
+bool RestartHost(Window* opener, const HostContext& host, bool graceful);
 
 }  // namespace Tesk
