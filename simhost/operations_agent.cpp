@@ -1,8 +1,8 @@
-// The operations agent through its host tools (host/runner.h), with
+// The operations agent through its host tools (host/ops_agent_service.h), with
 // their argument vectors and log lines.
 #include "simhost/operations_agent.h"
 
-#include "host/runner.h"
+#include "host/ops_agent_service.h"
 
 namespace ZrkCtl::Network {
 
