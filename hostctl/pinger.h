@@ -18,8 +18,8 @@ public:
     // a ping that could not run or was cut short (the console is ending) all
     // answer false; the outcome is logged, nothing is thrown. Changes nothing
     // on the host. May take seconds, or hang with the network: callers run it
-    // on a worker thread, which is safe, and the object holds nothing of the
-    // backend that made it, so it can outlive whoever asked.
+    // on a worker thread, which is safe; the object keeps no reference to the
+    // backend or the screen that made it, so the worker may outlive the screen.
     virtual bool Ping(const std::string& target) const = 0;
 };
 
