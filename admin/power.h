@@ -5,6 +5,8 @@
 // applies).
 #pragma once
 
+#include "host/host_context.h"
+
 namespace Tesk {
 
 class Window;

@@ -1,5 +1,6 @@
 // Running host command-line tools as child processes and judging them by
-// their exit status, and the wrappers the screens call.
+// their exit status, and the wrappers host backends build on (screens reach
+// the host through the hostctl/ interfaces, never through these).
 //
 // Every absolute path names a host path and is resolved against the host root
 // (Tesk::Platform::HostPath), so "/bin/rux-cmd" runs <root>/bin/rux-cmd under
@@ -122,14 +123,6 @@ bool RuxCmdGet(const char* query);
 // "/bin/powerOffVms" (with "--terminate" unless graceful); results are
 // ignored.
 void PowerOffVms(const std::string& user, bool graceful);
-
-// The network-virtualisation operations agent's service.
-void StopPlexOpsAgent(bool& stopped);
-void StartPlexOpsAgent(bool stopped);
-bool IsPlexOpsAgentPresent();
-bool IsPlexOpsAgentV3();
-bool PlexOpsAgentV3Present();
-bool PlexCfgVswitchMigrate(const std::string& port, const std::string& interfaceName);
 
 // Trims and collapses runs of white space into single blanks.
 std::string CollapseWhitespace(std::string_view text);

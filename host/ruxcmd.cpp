@@ -1,5 +1,4 @@
-// The management tool, the virtual-machine power-off sequence and the
-// network-virtualisation operations agent's service.
+// The management tool and the virtual-machine power-off sequence.
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -13,15 +12,6 @@ namespace Tesk {
 namespace {
 
 constexpr const char kRuxCmd[] = "/bin/rux-cmd";
-constexpr const char kPlexOpsAgent[] = "/etc/init.d/plex-opsagent";
-
-// The version test of the agent: the major number of the installed package's
-// version, 3 or more.
-constexpr const char kPlexOpsAgentV3Test[] =
-    "let v=`kovacli --formatter=keyvalue software vib get -n plex-opsagent | awk "
-    "'/Version/{ split($0, kv, \"=\"); split(kv[2], ver, \".\"); print ver[1] }'`; "
-    "(exit $((v < 3)))";
-
 void RunAsUser(const std::string& user, const char* command) {
     const char* argv[] = {"rux-cmd", "-U", user.c_str(), command, nullptr};
     RuxCmdRun(kRuxCmd, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0);
@@ -85,52 +75,6 @@ void PowerOffVms(const std::string& user, bool graceful) {
     RunAsUser(user, "hostsvc/autostartmanager/autostop");
     const char* argv[] = {"powerOffVms", graceful ? nullptr : "--terminate", nullptr};
     RunCommand("/bin/powerOffVms", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
-}
-
-void StopPlexOpsAgent(bool& stopped) {
-    Platform::Log(LOG_INFO, "%s", "Stopping plex-opsagent.");
-    stopped = RunShellCommand((std::string(kPlexOpsAgent) + " stop").c_str()) == 0;
-    if (stopped)
-        Platform::Log(LOG_INFO, "%s", "plex-opsagent has been successfully stopped.");
-    else
-        Platform::Log(LOG_ERR, "%s", "Failed to stop plex-opsagent.");
-}
-
-void StartPlexOpsAgent(bool stopped) {
-    if (!stopped) {
-        Platform::Log(LOG_INFO, "%s", "Skipping plex-opsagent start.");
-        return;
-    }
-    Platform::Log(LOG_INFO, "%s", "Starting plex-opsagent.");
-    if (RunShellCommand((std::string(kPlexOpsAgent) + " start").c_str()) == 0)
-        Platform::Log(LOG_INFO, "%s", "plex-opsagent has been successfully started.");
-    else
-        Platform::Log(LOG_ERR, "%s", "Failed to start plex-opsagent.");
-}
-
-bool IsPlexOpsAgentPresent() {
-    const std::string command = std::string(kPlexOpsAgent) + " status";
-    Platform::Log(LOG_INFO, "Running: %s", command.c_str());
-    bool present = RunShellCommand(command.c_str()) == 0;
-    Platform::Log(LOG_INFO, "plex-opsagent is %spresent on the system.", present ? "" : "not ");
-    return present;
-}
-
-bool IsPlexOpsAgentV3() {
-    Platform::Log(LOG_INFO, "Running: %s", kPlexOpsAgentV3Test);
-    if (RunShellCommand(kPlexOpsAgentV3Test) != 0) return false;
-    Platform::Log(LOG_INFO, "%s", "plex-opsagent version >= 3 detected");
-    return true;
-}
-
-bool PlexOpsAgentV3Present() {
-    return IsPlexOpsAgentPresent() && IsPlexOpsAgentV3();
-}
-
-bool PlexCfgVswitchMigrate(const std::string& port, const std::string& interfaceName) {
-    static constexpr const char kTool[] = "/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch";
-    const char* argv[] = {kTool, "-m", "-p", port.c_str(), "-I", interfaceName.c_str(), nullptr};
-    return RunCommandLogged(kTool, argv) == 0;
 }
 
 }  // namespace Tesk

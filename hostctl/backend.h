@@ -14,6 +14,9 @@
 #include "hostctl/hardware.h"
 #include "hostctl/lockdown.h"
 #include "hostctl/network.h"
+#include "hostctl/operations_agent.h"
+#include "hostctl/pinger.h"
+#include "hostctl/port_group_creator.h"
 #include "hostctl/power.h"
 #include "hostctl/resolver.h"
 #include "hostctl/shell_services.h"
@@ -50,6 +53,12 @@ public:
     virtual std::unique_ptr<Network::DnsConfig> GetDnsConfig(const std::string& netStack) const = 0;
     // Name resolution through the DNS settings of a network stack.
     virtual std::unique_ptr<Network::Resolver> GetResolver(const std::string& netStack) const = 0;
+    // The echo test of the management network test.
+    virtual std::unique_ptr<Network::Pinger> GetPinger() const = 0;
+    // New port groups on the standard switches.
+    virtual std::unique_ptr<Network::PortGroupCreator> GetPortGroupCreator() const = 0;
+    // The network-virtualisation operations agent.
+    virtual std::unique_ptr<Network::OperationsAgent> GetOperationsAgent() const = 0;
 
     // Hardware.
     virtual std::unique_ptr<Hardware::HardwareInfo> GetHardwareInfo() const = 0;

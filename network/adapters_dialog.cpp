@@ -1,4 +1,4 @@
-#include "hostctl/backend.h"
+// The management network's adapters, their details and the in-use warning.
 #include "network/adapters_dialog.h"
 
 #include <algorithm>
@@ -13,13 +13,14 @@
 
 namespace Tesk {
 
-AdaptersDialog::AdaptersDialog(Window* opener, std::vector<std::string> selection,
-                               std::int32_t activeUplinks, std::string managementSwitch)
+AdaptersDialog::AdaptersDialog(Window* opener, const HostContext& host,
+                               std::vector<std::string> selection, std::int32_t activeUplinks,
+                               std::string managementSwitch)
     : FormDialog(opener, {78, 21, 7}),
       selection_(std::move(selection)),
       activeUplinks_(activeUplinks),
       managementSwitch_(std::move(managementSwitch)),
-      loaded_(GetAdapters(HostCtl::TheBackend(), adapters_, owners_)) {
+      loaded_(GetAdapters(host.backend, adapters_, owners_)) {
     if (!loaded_) return;
     setTitle(str(StrId::NetworkAdaptersTitle));
     setBody(str(StrId::SelectNetworkAdapters));

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/host_context.h"
 #include "host/queries.h"
 #include "ui/confirm_dialog.h"
 #include "ui/form_dialog.h"
@@ -18,8 +19,8 @@ namespace Tesk {
 class AdaptersDialog : public FormDialog {
 public:
     // Reads the adapters from the host.
-    AdaptersDialog(Window* opener, std::vector<std::string> selection, std::int32_t activeUplinks,
-                   std::string managementSwitch);
+    AdaptersDialog(Window* opener, const HostContext& host, std::vector<std::string> selection,
+                   std::int32_t activeUplinks, std::string managementSwitch);
     // False when the adapters could not be read (logged): the dialog is not
     // to be shown.
     bool loaded() const { return loaded_; }

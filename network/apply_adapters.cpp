@@ -4,7 +4,6 @@
 // and the VLAN ID.
 #include <algorithm>
 
-#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "network/apply_steps.h"
 #include "platform/syslog.h"
@@ -26,8 +25,8 @@ HN::PortGroup ManagementPortGroup(HN::ZrkNic& nic) {
 
 // The standard or distributed switch that has the adapter as an uplink now;
 // empty when none has it.
-std::string SwitchHolding(const std::string& pnic) {
-    auto switches = HostCtl::TheBackend().GetVirtualSwitchInfo();
+std::string SwitchHolding(const HostCtl::Backend& backend, const std::string& pnic) {
+    auto switches = backend.GetVirtualSwitchInfo();
     for (const auto& vswitch : switches->GetVirtualSwitches(HN::PortsetKind::All))
         if (Contains(vswitch->GetUplinks(), pnic)) return vswitch->GetName();
     for (const auto& qds : switches->GetQdsSwitches())
@@ -37,8 +36,9 @@ std::string SwitchHolding(const std::string& pnic) {
 
 // Makes the adapter an active uplink of the group. The host's add takes it
 // away from whichever switch has it; the lookup only says so in the log.
-void AddUplink(const HN::PortGroup& group, const std::string& pnic) {
-    const std::string holder = SwitchHolding(pnic);
+void AddUplink(const HostCtl::Backend& backend, const HN::PortGroup& group,
+               const std::string& pnic) {
+    const std::string holder = SwitchHolding(backend, pnic);
     if (!holder.empty() && holder != group.GetVirtualSwitchName())
         Platform::Log(LOG_INFO, "Moving adapter %s from %s to %s", pnic.c_str(), holder.c_str(),
                       group.GetVirtualSwitchName().c_str());
@@ -69,7 +69,7 @@ void ApplyAdaptersAndVlan(ApplyRun& run) {
             }
             for (const auto& adapter : p.adapters) {
                 if (Contains(*current, adapter)) continue;
-                AddUplink(group, adapter);
+                AddUplink(run.host.backend, group, adapter);
                 run.uplinksChanged = true;
             }
         });
@@ -79,7 +79,7 @@ void ApplyAdaptersAndVlan(ApplyRun& run) {
                                                       current->front() != p.adapters.front());
     if (firstChanged) {
         run.Guard("Setting mac address of pnic failed: ", [&] {
-            auto pnic = HostCtl::TheBackend().GetPnic(p.adapters.front());
+            auto pnic = run.host.backend.GetPnic(p.adapters.front());
             if (pnic->IsStale()) pnic->Refresh();
             nic.SetMacAddressFromPnic(*pnic);
         });

@@ -8,8 +8,6 @@
 
 #include "admin/power.h"
 #include "host/host_context.h"
-#include "host/runner.h"
-#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "network/apply_changes_dialog.h"
 #include "network/apply_steps.h"
@@ -106,7 +104,7 @@ void RestartInterface(ApplyRun& run) {
 
 // The host must restart for IPv6 to be switched; the administrator agreed to
 // that when applying, so the notice only waits for <Enter>.
-void RestartForIpv6(Window* opener, bool enable) {
+void RestartForIpv6(Window* opener, const HostContext& host, bool enable) {
     ConfirmDialog notice(
         opener, {70, 10, 7},
         Str(enable ? StrId::EnableIpv6RestartRequired : StrId::DisableIpv6RestartRequiredTitle),
@@ -114,12 +112,13 @@ void RestartForIpv6(Window* opener, bool enable) {
         Footer::kRestartHost, ConfirmDialog::Enter());
     notice.setEscapeResult(std::nullopt);
     Run(notice);
-    RestartHost(opener, HostContext{HostCtl::TheBackend(), {}}, true);
+    RestartHost(opener, host, true);
 }
 
-void RefreshManagementService() {
-    const char* argv[] = {"rux-cmd", "internalsvc/refresh", nullptr};
-    RunCommandLogged("/bin/rux-cmd", argv);
+// The management agents read the host's configuration again; the apply step
+// asks as the host's administrator, not as the logged-in user.
+void RefreshManagementService(const HostCtl::Backend& backend) {
+    backend.GetManagementAgents()->Refresh("");
 }
 
 }  // namespace
@@ -144,14 +143,14 @@ ApplyAnswer AskToApplyNetworkChanges(Window* opener, bool ipv6Switched) {
     return ApplyAnswer::Cancel;
 }
 
-void ApplyNetworkChanges(Window* opener, PendingNetworkConfig& pending,
+void ApplyNetworkChanges(Window* opener, const HostContext& host, PendingNetworkConfig& pending,
                          const std::function<void()>& summaryChanged) {
-    ApplyRun run{opener, pending};
+    ApplyRun run{opener, host, pending};
     HN::ZrkNic& nic = *pending.nic;
     const char* name = nic.GetName().c_str();
-    auto networkInfo = HostCtl::TheBackend().GetNetworkInfo();
-    auto routing = HostCtl::TheBackend().GetRoutingInfo(kNetStack);
-    auto dns = HostCtl::TheBackend().GetDnsConfig(kNetStack);
+    auto networkInfo = host.backend.GetNetworkInfo();
+    auto routing = host.backend.GetRoutingInfo(kNetStack);
+    auto dns = host.backend.GetDnsConfig(kNetStack);
 
     ApplyAdaptersAndVlan(run);
 
@@ -214,9 +213,9 @@ void ApplyNetworkChanges(Window* opener, PendingNetworkConfig& pending,
 
     // Only a switch the host has taken needs the restart.
     if (pending.ipv6Pending != pending.ipv6Host && ipv6Set)
-        RestartForIpv6(opener, pending.ipv6Pending);
+        RestartForIpv6(opener, host, pending.ipv6Pending);
 
-    RefreshManagementService();
+    RefreshManagementService(host.backend);
 }
 
 }  // namespace Tesk

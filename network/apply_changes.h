@@ -8,6 +8,7 @@
 
 #include <functional>
 
+#include "host/host_context.h"
 #include "network/pending_config.h"
 
 namespace Tesk {
@@ -22,8 +23,9 @@ ApplyAnswer AskToApplyNetworkChanges(Window* opener, bool ipv6Switched);
 // Writes pending to the host. Each failing group of host calls is logged and
 // shown in an error dialog over opener; what was written before stays written.
 // summaryChanged runs when the interface's IPv4 settings were rewritten (the
-// window then rebuilds its summary and redraws).
-void ApplyNetworkChanges(Window* opener, PendingNetworkConfig& pending,
+// window then rebuilds its summary and redraws). The host is restarted, as
+// host.user, when IPv6 was switched on or off.
+void ApplyNetworkChanges(Window* opener, const HostContext& host, PendingNetworkConfig& pending,
                          const std::function<void()>& summaryChanged);
 
 }  // namespace Tesk

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "host/host_context.h"
 #include "hostctl/network.h"
 #include "network/pending_config.h"
 
@@ -17,6 +18,7 @@ class Window;
 // One application of the pending configuration.
 struct ApplyRun {
     Window* opener;
+    const HostContext& host;
     PendingNetworkConfig& pending;
 
     bool uplinksChanged = false;

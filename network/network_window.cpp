@@ -4,7 +4,6 @@
 
 #include "host/management_network.h"
 #include "host/queries.h"
-#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "network/adapters_dialog.h"
 #include "network/apply_changes.h"
@@ -32,13 +31,13 @@ std::string ServerText(const HN::IpAddress* server) {
 
 // The default gateways, host name, search domains and name servers; false
 // (logged) when the host cannot tell.
-bool ReadHostSettings(PendingNetworkConfig& p) {
+bool ReadHostSettings(const HostCtl::Backend& backend, PendingNetworkConfig& p) {
     std::unique_ptr<HN::RoutingInfo> routing;
     std::unique_ptr<HN::DnsConfig> dns;
     return TryHost("Getting DNS configuration failed: %s",
                    [&] {
-                       routing = HostCtl::TheBackend().GetRoutingInfo(kNetStack);
-                       dns = HostCtl::TheBackend().GetDnsConfig(kNetStack);
+                       routing = backend.GetRoutingInfo(kNetStack);
+                       dns = backend.GetDnsConfig(kNetStack);
                    }) &&
            TryHost("Getting default gateway failed: %s",
                    [&] { p.address.SetIpv4Gateway(routing->GetZerkelDefaultGateway()); }) &&
@@ -67,13 +66,15 @@ bool ReadHostSettings(PendingNetworkConfig& p) {
 
 }  // namespace
 
-std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener) {
+std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener,
+                                                             const HostContext& host) {
+    const HostCtl::Backend& backend = host.backend;
     PendingNetworkConfig p;
     auto ipv6 = TryHost("Getting IPv6 state failed: %s",
-                        [] { return HostCtl::TheBackend().GetNetworkInfo()->IsZrkIpv6Enabled(); });
+                        [&backend] { return backend.GetNetworkInfo()->IsZrkIpv6Enabled(); });
     if (!ipv6) return std::nullopt;
     p.ipv6Pending = p.ipv6Host = *ipv6;
-    p.nic = GetManagementInterface(HostCtl::TheBackend());
+    p.nic = GetManagementInterface(backend);
     if (!p.nic) {
         Platform::Log(LOG_ERR, "Could not get a suitable management interface");
         MessageDialog error(opener, StrId::EnableManagementNetworkError,
@@ -95,28 +96,18 @@ std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener) {
         p.activeUplinks = group->maxActiveUplinks;
         p.vlanId = group->vlanId;
     }
-    if (!ReadHostSettings(p)) return std::nullopt;
+    if (!ReadHostSettings(backend, p)) return std::nullopt;
     p.suffixText = JoinNames(p.suffixes, ", ");
     return p;
 }
 
-NetworkWindow::NetworkWindow(Window* opener, PendingNetworkConfig pending)
-    : PaneWindow(opener, Footer::kSelect), pending_(std::move(pending)) {
+NetworkWindow::NetworkWindow(Window* opener, const HostContext& host, PendingNetworkConfig pending)
+    : PaneWindow(opener, Footer::kSelect), host_(host), pending_(std::move(pending)) {
     setTitle(str(StrId::ConfigureManagementNetworkTitle));
     // Each row: its name, the topic its pane sums up, the dialog that changes it.
     auto row = [this](std::uint32_t title, NetworkTopic topic, void (NetworkWindow::*change)()) {
-        return addRow(str(title),
-                      {[this, title, topic] {
-                           return PaneText{
-                               "{color:white}" + std::string(str(title)) + "{/color}\n\n" +
-                                   NetworkSummary(topic, pending_,
-                                                  [](const std::string& pnic) {
-                                                      return GetAdapterDescription(
-                                                          HostCtl::TheBackend(), pnic);
-                                                  }),
-                               Footer::kChangeExitSpaced};
-                       },
-                       [this, change] { (this->*change)(); }});
+        return addRow(str(title), {[this, title, topic] { return topicPane(title, topic); },
+                                   [this, change] { (this->*change)(); }});
     };
     const int adapters =
         row(StrId::NetworkAdapters, NetworkTopic::Adapters, &NetworkWindow::changeAdapters);
@@ -132,10 +123,20 @@ NetworkWindow::NetworkWindow(Window* opener, PendingNetworkConfig pending)
     selectRow(0);
 }
 
+PaneText NetworkWindow::topicPane(std::uint32_t title, NetworkTopic topic) const {
+    const HostCtl::Backend& backend = host_.backend;
+    return {"{color:white}" + std::string(str(title)) + "{/color}\n\n" +
+                NetworkSummary(topic, pending_,
+                               [&backend](const std::string& pnic) {
+                                   return GetAdapterDescription(backend, pnic);
+                               }),
+            Footer::kChangeExitSpaced};
+}
+
 void NetworkWindow::changeAdapters() {
     auto switchName = GetConnectionSwitchName(*pending_.nic);
     if (!switchName) return;
-    AdaptersDialog dialog(this, pending_.adapters, pending_.activeUplinks, *switchName);
+    AdaptersDialog dialog(this, host_, pending_.adapters, pending_.activeUplinks, *switchName);
     if (!dialog.loaded() || Run(dialog) != 1) return;
     // A new order is a change too: the first adapter lends its MAC address.
     if (dialog.selection() != pending_.adapters ||
@@ -237,17 +238,17 @@ bool NetworkWindow::leave() {
         case ApplyAnswer::No:
             return true;
         case ApplyAnswer::Yes:
-            ApplyNetworkChanges(this, pending_, [this] { refreshPane(); });
+            ApplyNetworkChanges(this, host_, pending_, [this] { refreshPane(); });
             Platform::Log(LOG_INFO, "Network settings changed.");
             return true;
     }
     return true;
 }
 
-bool OpenNetworkWindow(Window* opener) {
-    auto pending = LoadPendingNetworkConfig(opener);
+bool OpenNetworkWindow(Window* opener, const HostContext& host) {
+    auto pending = LoadPendingNetworkConfig(opener, host);
     if (!pending) return false;
-    NetworkWindow window(opener, std::move(*pending));
+    NetworkWindow window(opener, host, std::move(*pending));
     Run(window);
     return true;
 }

@@ -5,8 +5,11 @@
 // is open.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
+#include "host/host_context.h"
+#include "network/network_summary.h"
 #include "network/pending_config.h"
 #include "ui/pane_window.h"
 
@@ -15,11 +18,12 @@ namespace Tesk {
 // Reads the management interface's settings. None when they cannot be read:
 // each failure is logged, and a host without a management interface also gets
 // an error dialog over opener.
-std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener);
+std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener,
+                                                             const HostContext& host);
 
 class NetworkWindow : public PaneWindow {
 public:
-    NetworkWindow(Window* opener, PendingNetworkConfig pending);
+    NetworkWindow(Window* opener, const HostContext& host, PendingNetworkConfig pending);
 
     const PendingNetworkConfig& pending() const { return pending_; }
 
@@ -28,6 +32,9 @@ protected:
     bool leave() override;
 
 private:
+    // A row's pane: its title and the summary of its topic (adapters are
+    // described as the host names them).
+    PaneText topicPane(std::uint32_t title, NetworkTopic topic) const;
     void changeAdapters();
     void changeVlan();
     void changeIpv4();
@@ -35,11 +42,12 @@ private:
     void changeDns();
     void changeSuffixes();
 
+    const HostContext& host_;
     PendingNetworkConfig pending_;
 };
 
 // Loads the settings and runs the window over opener; false when the window
 // could not be opened.
-bool OpenNetworkWindow(Window* opener);
+bool OpenNetworkWindow(Window* opener, const HostContext& host);
 
 }  // namespace Tesk

@@ -5,7 +5,6 @@
 
 #include <optional>
 
-#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "hostctl/try_call.h"
 #include "network/test_workers.h"
@@ -27,9 +26,9 @@ constexpr DialogSize kSetUpSize{70, 16, 7};
 constexpr DialogSize kRunSize{70, 17, 7};
 constexpr int kPollMs = 10;
 
-std::string ManagementInterfaceName() {
-    auto name = TryHost("Cannot find the management interface: %s", [] {
-        auto nic = HostCtl::TheBackend().GetNetworkInfo()->GetManagementInterface();
+std::string ManagementInterfaceName(const HostCtl::Backend& backend) {
+    auto name = TryHost("Cannot find the management interface: %s", [&backend] {
+        auto nic = backend.GetNetworkInfo()->GetManagementInterface();
         return nic ? nic->GetName() : std::string();
     });
     return name.value_or("");
@@ -48,21 +47,21 @@ std::string TestTargetText(const HN::IpAddress& address, const std::string& inte
     return address.GetStringAddress();
 }
 
-TestDialog::TestDialog(Window* opener) : FormDialog(opener, kSetUpSize) {
+TestDialog::TestDialog(Window* opener, const HostContext& host)
+    : FormDialog(opener, kSetUpSize), host_(host) {
     setTitle(str(StrId::TestManagementNetworkTitle));
     setBody(str(StrId::TestManagementNetworkText));
     setFooter(Footer::kSelectOkCancel);
 
+    const HostCtl::Backend& backend = host.backend;
     std::string prefill[3];
     if (auto gateway = TryHost(
             "Reading the default gateway failed: %s",
-            [] {
-                return HostCtl::TheBackend().GetRoutingInfo(kNetStack)->GetZerkelDefaultGateway();
-            });
+            [&backend] { return backend.GetRoutingInfo(kNetStack)->GetZerkelDefaultGateway(); });
         gateway && !gateway->IsAnyAddress())
         prefill[0] = gateway->GetStringAddress();
     auto dns = TryHost("Reading the DNS settings failed: %s",
-                       [] { return HostCtl::TheBackend().GetDnsConfig(kNetStack); });
+                       [&backend] { return backend.GetDnsConfig(kNetStack); });
     if (dns && *dns) {
         if (auto servers = TryHost("Reading the name servers failed: %s",
                                    [&] { return (**dns).GetNameServers(); })) {
@@ -96,15 +95,17 @@ KeyResult TestDialog::accept() {
             return KeyResult::Redraw();
         }
     }
-    RunTestDialog run(this, std::move(targets), hostname_->value(), ManagementInterfaceName());
+    RunTestDialog run(this, host_, std::move(targets), hostname_->value(),
+                      ManagementInterfaceName(host_.backend));
     Run(run);
     return KeyResult::Leave(1);
 }
 
-RunTestDialog::RunTestDialog(Window* opener, Targets targets, std::string hostname,
-                             std::string interfaceName)
+RunTestDialog::RunTestDialog(Window* opener, const HostContext& host, Targets targets,
+                             std::string hostname, std::string interfaceName)
     : ProgressDialog(opener, kRunSize, Str(StrId::TestingManagementNetwork),
                      Str(StrId::InterruptTestAnyTime), [this](ProgressDialog&) { return work(); }),
+      host_(host),
       targets_(std::move(targets)),
       hostname_(std::move(hostname)),
       interfaceName_(std::move(interfaceName)) {
@@ -138,13 +139,13 @@ int RunTestDialog::work() {
         const std::string target = TestTargetText(*targets_[i], interfaceName_);
         add(std::string(str(StrId::PingingAddress)) + " #" + std::to_string(i + 1) + " (" +
             EscapeHostText(target) + ").");
-        auto ok = await(StartPing(target));
+        auto ok = await(StartPing(host_, target));
         if (!ok) return 0;
         outcome(*ok);
     }
     if (!hostname_.empty()) {
         add(std::string(str(StrId::ResolvingHostname)) + " " + EscapeHostText(hostname_));
-        auto ok = await(StartResolve(hostname_));
+        auto ok = await(StartResolve(host_, hostname_));
         if (!ok) return 0;
         outcome(*ok);
     }

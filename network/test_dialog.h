@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "host/host_context.h"
 #include "hostctl/network_types.h"
 #include "ui/form_dialog.h"
 #include "ui/progress_dialog.h"
@@ -21,12 +22,13 @@ class InputItem;
 // form stays) and runs the test with the non-empty ones; <Esc> leaves.
 class TestDialog : public FormDialog {
 public:
-    explicit TestDialog(Window* opener);
+    TestDialog(Window* opener, const HostContext& host);
 
 protected:
     KeyResult accept() override;
 
 private:
+    const HostContext& host_;
     std::array<InputItem*, 3> addresses_{};
     InputItem* hostname_ = nullptr;
 };
@@ -38,11 +40,13 @@ private:
 class RunTestDialog : public ProgressDialog {
 public:
     using Targets = std::array<std::unique_ptr<HostCtl::Network::IpAddress>, 3>;
-    RunTestDialog(Window* opener, Targets targets, std::string hostname, std::string interfaceName);
+    RunTestDialog(Window* opener, const HostContext& host, Targets targets, std::string hostname,
+                  std::string interfaceName);
 
 private:
     int work();
 
+    const HostContext& host_;
     Targets targets_;
     std::string hostname_;
     std::string interfaceName_;

@@ -1,4 +1,5 @@
-// The port group creation: the form, its checks and the switch command.
+// The port group creation: the form, its checks and the host's port group
+// creation.
 #include "recovery/create_port_group_dialog.h"
 
 #include <syslog.h>
@@ -6,8 +7,6 @@
 #include <algorithm>
 
 #include "host/queries.h"
-#include "host/runner.h"
-#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "platform/syslog.h"
 #include "recovery/names.h"
@@ -19,17 +18,17 @@ namespace Tesk {
 namespace {
 
 // Whether the name can be given to a new port group.
-bool FreePortGroupName(const std::string& name) {
+bool FreePortGroupName(const HostCtl::Backend& backend, const std::string& name) {
     if (!ValidPortGroupName(name)) return false;
-    const auto taken = TryHost("Looking up port group failed: %s", [&] {
-        return HostCtl::TheBackend().GetPortGroup(name)->IsValidPortGroup();
-    });
+    const auto taken = TryHost("Looking up port group failed: %s",
+                               [&] { return backend.GetPortGroup(name)->IsValidPortGroup(); });
     return taken && !*taken;
 }
 
 }  // namespace
 
-CreatePortGroupDialog::CreatePortGroupDialog(Window* opener) : FormDialog(opener, {70, 19, 7}) {
+CreatePortGroupDialog::CreatePortGroupDialog(Window* opener, const HostContext& host)
+    : FormDialog(opener, {70, 19, 7}), host_(host) {
     setTitle(str(StrId::CreatePortGroup));
     setBody(str(StrId::CreatePortGroupPropertiesHelp));
     setFooter(Footer::kSelectMarkOkCancel);
@@ -37,7 +36,7 @@ CreatePortGroupDialog::CreatePortGroupDialog(Window* opener) : FormDialog(opener
     items().emplace<LabelItem>("");
     items().emplace<LabelItem>("Standard switch:");
     std::vector<SwitchSummary> switches;
-    GetStandardSwitches(HostCtl::TheBackend(), switches);
+    GetStandardSwitches(host.backend, switches);
     for (const auto& s : switches) {
         switchNames_.push_back(s.name);
         items().emplace<RadioItem>(EscapeHostText(s.name), switchNames_.size() == 1, &switches_);
@@ -57,13 +56,13 @@ int CreatePortGroupDialog::run() {
         }
         const std::string& vswitch =
             switchNames_[static_cast<std::size_t>(std::max(switches_.chosenIndex(), 0))];
-        if (!FreePortGroupName(name)) {
+        if (!FreePortGroupName(host_.backend, name)) {
             Platform::Log(LOG_ERR, "Create port group: name '%s' refused", name.c_str());
             MessageDialog refused(this, StrId::InvalidArgument, StrId::EnterValidPortGroupName);
             Run(refused);
             continue;
         }
-        if (!AddStandardPortGroup(name, vswitch)) {
+        if (!host_.backend.GetPortGroupCreator()->CreatePortGroup(name, vswitch)) {
             Platform::Log(LOG_ERR, "Creating port group %s on standard switch %s failed",
                           name.c_str(), vswitch.c_str());
             MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/host_context.h"
 #include "ui/form_dialog.h"
 
 namespace Tesk {
@@ -14,10 +15,11 @@ namespace Tesk {
 // invalid or taken name is said and the form shown again.
 class CreatePortGroupDialog : public FormDialog {
 public:
-    explicit CreatePortGroupDialog(Window* opener);
+    CreatePortGroupDialog(Window* opener, const HostContext& host);
     int run() override;
 
 private:
+    const HostContext& host_;
     InputItem* name_ = nullptr;
     RadioGroup switches_;
     std::vector<std::string> switchNames_;

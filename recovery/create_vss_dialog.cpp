@@ -1,11 +1,10 @@
-// The standard switch creation: the form, its checks and the switch commands.
+// The standard switch creation: the form, its checks and the host's switch
+// operations.
 #include "recovery/create_vss_dialog.h"
 
 #include <syslog.h>
 
 #include "host/queries.h"
-#include "host/runner.h"
-#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "platform/syslog.h"
 #include "recovery/names.h"
@@ -16,19 +15,21 @@ namespace Tesk {
 
 namespace {
 
+namespace HN = HostCtl::Network;
+
 // The new uplink carries the switch's traffic: it joins the active uplinks.
-bool MakeActive(const std::string& vswitch, const std::string& uplink) {
+bool MakeActive(const HN::Portset& portset, const std::string& uplink) {
     return TryHost("Making the uplink active failed: %s", [&] {
-        auto portset = HostCtl::TheBackend().GetPortset(vswitch);
-        HostCtl::Network::NicTeamingPolicy policy = portset->GetTeamingPolicy();
+        HN::NicTeamingPolicy policy = portset.GetTeamingPolicy();
         if (!policy.HasUplink(uplink)) policy.AddActiveUplink(uplink);
-        portset->SetTeamingPolicy(policy);
+        portset.SetTeamingPolicy(policy);
     });
 }
 
 }  // namespace
 
-CreateVssDialog::CreateVssDialog(Window* opener) : FormDialog(opener, {70, 19, 7}) {
+CreateVssDialog::CreateVssDialog(Window* opener, const HostContext& host)
+    : FormDialog(opener, {70, 19, 7}), host_(host) {
     setTitle(str(StrId::CreateStandardSwitch));
     setBody(str(StrId::CreateStandardSwitchPropertiesHelp));
     setFooter(Footer::kSelectMarkOkCancel);
@@ -36,9 +37,9 @@ CreateVssDialog::CreateVssDialog(Window* opener) : FormDialog(opener, {70, 19, 7
     items().emplace<LabelItem>("");
     items().emplace<LabelItem>("Uplink:");
     items().emplace<RadioItem>("None", true, &uplinks_);
-    GetPnicNames(HostCtl::TheBackend(), pnics_);
+    GetPnicNames(host.backend, pnics_);
     UplinkOwnerMap owners;
-    BuildUplinkOwnerMap(HostCtl::TheBackend(), pnics_, owners);
+    BuildUplinkOwnerMap(host.backend, pnics_, owners);
     for (const auto& pnic : pnics_) {
         std::string label = EscapeHostText(pnic);
         if (auto owner = owners.find(pnic); owner != owners.end())
@@ -56,12 +57,12 @@ std::uint32_t CreateVssDialog::invalidInput(const std::string& name,
                                             const std::string& uplink) const {
     if (!ValidSwitchName(name)) return StrId::EnterValidStandardSwitchName;
     const auto taken = TryHost("Looking up virtual switch failed: %s", [&] {
-        return HostCtl::TheBackend().GetPortset(name)->IsValidVirtualSwitch();
+        return host_.backend.GetPortset(name)->IsValidVirtualSwitch();
     });
     if (!taken || *taken) return StrId::EnterValidStandardSwitchName;
     if (uplink.empty()) return 0;
     UplinkOwnerMap owners;
-    if (!BuildUplinkOwnerMap(HostCtl::TheBackend(), {uplink}, owners) || owners.count(uplink))
+    if (!BuildUplinkOwnerMap(host_.backend, {uplink}, owners) || owners.count(uplink))
         return StrId::UplinkAlreadyInUse;
     return 0;
 }
@@ -80,16 +81,7 @@ int CreateVssDialog::run() {
             Run(refused);
             continue;
         }
-        const bool created = AddStandardVswitch(name);
-        const bool linked =
-            created &&
-            (uplink.empty() || (AddVswitchUplink(name, uplink) && MakeActive(name, uplink)));
-        if (!linked) {
-            if (created)
-                Platform::Log(LOG_ERR, "Adding uplink %s to standard switch %s failed",
-                              uplink.c_str(), name.c_str());
-            else
-                Platform::Log(LOG_ERR, "Creating standard switch %s failed", name.c_str());
+        if (!create(name, uplink)) {
             MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);
             Run(failed);
             return 0;
@@ -101,6 +93,26 @@ int CreateVssDialog::run() {
         Run(succeeded);
         return 1;
     }
+}
+
+bool CreateVssDialog::create(const std::string& name, const std::string& uplink) const {
+    // The host's default number of ports, as the restore of the standard switch makes it.
+    auto portset = TryHost("Adding virtual switch failed: %s", [&] {
+        return host_.backend.GetVirtualSwitchInfo()->AddVirtualSwitch(name,
+                                                                      HN::Portset::DEF_NUM_PORTS);
+    });
+    if (!portset) {
+        Platform::Log(LOG_ERR, "Creating standard switch %s failed", name.c_str());
+        return false;
+    }
+    if (uplink.empty()) return true;
+    const bool linked =
+        TryHost("Adding uplink failed: %s", [&] { (*portset)->AddUplink(uplink); }) &&
+        MakeActive(**portset, uplink);
+    if (!linked)
+        Platform::Log(LOG_ERR, "Adding uplink %s to standard switch %s failed", uplink.c_str(),
+                      name.c_str());
+    return linked;
 }
 
 }  // namespace Tesk

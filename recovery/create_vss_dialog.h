@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/host_context.h"
 #include "ui/form_dialog.h"
 
 namespace Tesk {
@@ -15,7 +16,7 @@ namespace Tesk {
 // is shown again with what was typed.
 class CreateVssDialog : public FormDialog {
 public:
-    explicit CreateVssDialog(Window* opener);
+    CreateVssDialog(Window* opener, const HostContext& host);
     int run() override;
 
 private:
@@ -23,7 +24,10 @@ private:
     std::string chosenUplink() const;
     // The message of the first thing wrong with the input, or 0.
     std::uint32_t invalidInput(const std::string& name, const std::string& uplink) const;
+    // Creates the switch with its uplink; false (logged) when it failed.
+    bool create(const std::string& name, const std::string& uplink) const;
 
+    const HostContext& host_;
     InputItem* name_ = nullptr;
     RadioGroup uplinks_;
     std::vector<std::string> pnics_;  // beside the choices after "None"

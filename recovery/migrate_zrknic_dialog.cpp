@@ -1,24 +1,23 @@
-// The Zerkel NIC migration: the two choices and the agent's migration tool.
-#include "hostctl/backend.h"
+// The Zerkel NIC migration: the two choices and the agent's migration.
 #include "recovery/migrate_zrknic_dialog.h"
 
 #include <syslog.h>
 
-#include "host/runner.h"
 #include "platform/syslog.h"
 #include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
 
-MigrateZrknicDialog::MigrateZrknicDialog(Window* opener) : FormDialog(opener, {70, 14, 7}) {
+MigrateZrknicDialog::MigrateZrknicDialog(Window* opener, const HostContext& host)
+    : FormDialog(opener, {70, 14, 7}), host_(host) {
     setTitle(str(StrId::MigrateNicToStandardSwitch));
     setBody(str(StrId::ChooseNicToMigrate));
     setFooter(Footer::kDetailsChangeOkCancel);
     std::vector<ZrkNicInfo> nics;
-    LoadZrkNicInfos(HostCtl::TheBackend(), nics);
+    LoadZrkNicInfos(host.backend, nics);
     std::vector<PortGroupInfo> portGroups;
-    LoadPortGroupInfos(HostCtl::TheBackend(), portGroups);
+    LoadPortGroupInfos(host.backend, portGroups);
     nics_ = &items().emplace<CarouselRadioItem<ZrkNicInfo>>(std::move(nics), true, &nicGroup_);
     portGroups_ = &items().emplace<CarouselRadioItem<PortGroupInfo>>(std::move(portGroups), true,
                                                                      &portGroupGroup_);
@@ -42,11 +41,7 @@ int MigrateZrknicDialog::run() {
     }
     const std::string nic = nics_->current().name;
     const std::string portGroup = portGroups_->current().name;
-    bool stopped = false;
-    StopPlexOpsAgent(stopped);
-    const bool migrated = PlexCfgVswitchMigrate(portGroup, nic);
-    StartPlexOpsAgent(stopped);
-    if (!migrated) {
+    if (!host_.backend.GetOperationsAgent()->MigrateZrkNic(nic, portGroup)) {
         Platform::Log(LOG_ERR, "Migrating Zerkel NIC %s to port group %s failed", nic.c_str(),
                       portGroup.c_str());
         MessageDialog failed(this, StrId::OperationFailed, StrId::CheckSyslog);

@@ -1,9 +1,10 @@
 // "Migrate Zerkel NIC to Standard Switch": a Zerkel NIC connected to a chosen
-// standard-switch port group through the network-virtualisation agent's tool.
+// standard-switch port group by the network-virtualisation operations agent.
 #pragma once
 
 #include <memory>
 
+#include "host/host_context.h"
 #include "network/info_list.h"
 #include "ui/carousel.h"
 #include "ui/form_dialog.h"
@@ -16,11 +17,13 @@ namespace Tesk {
 // been running.
 class MigrateZrknicDialog : public FormDialog {
 public:
-    explicit MigrateZrknicDialog(Window* opener);
+    MigrateZrknicDialog(Window* opener, const HostContext& host);
     int run() override;
 
 private:
     KeyResult onKey(int key) override;
+
+    const HostContext& host_;
 
     RadioGroup nicGroup_;
     RadioGroup portGroupGroup_;

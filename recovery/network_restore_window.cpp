@@ -1,6 +1,5 @@
 // The network restore window: its rows, their enable rules, descriptions and
 // footers, and the dialog each opens.
-#include "hostctl/backend.h"
 #include "recovery/network_restore_window.h"
 
 #include <syslog.h>
@@ -9,7 +8,6 @@
 #include <cstdint>
 
 #include "host/queries.h"
-#include "host/runner.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "recovery/create_port_group_dialog.h"
@@ -30,8 +28,8 @@ namespace {
 
 // A dialog made over the window, run, and gone when it returns.
 template <typename Dialog>
-void OpenDialog(Window* window) {
-    Dialog dialog(window);
+void OpenDialog(Window* window, const HostContext& host) {
+    Dialog dialog(window, host);
     Run(dialog);
 }
 
@@ -61,16 +59,19 @@ const std::vector<NetworkRestoreWindow::Row>& NetworkRestoreWindow::Rows() {
     return rows;
 }
 
-NetworkRestoreWindow::NetworkRestoreWindow(Window* opener)
+NetworkRestoreWindow::NetworkRestoreWindow(Window* opener, const HostContext& host)
     // The list is as wide as the longest row name, so that it shows whole.
-    : PaneWindow(opener, Footer::kSelect, {}, [] {
-          int widest = 0;
-          for (const Row& row : Rows()) widest = std::max(widest, Utf8::TextColumns(Str(row.id)));
-          return widest;
-      }()) {
+    : PaneWindow(opener, Footer::kSelect, {},
+                 [] {
+                     int widest = 0;
+                     for (const Row& row : Rows())
+                         widest = std::max(widest, Utf8::TextColumns(Str(row.id)));
+                     return widest;
+                 }()),
+      host_(host) {
     setTitle(str(StrId::NetworkRestoreOptionsTitle));
-    const bool onQds = IsManagementOnQds(HostCtl::TheBackend());
-    const bool agentV3 = PlexOpsAgentV3Present();
+    const bool onQds = IsManagementOnQds(host.backend);
+    const bool agentV3 = host.backend.GetOperationsAgent()->IsVersion3Present();
     for (const Row& row : Rows()) addRow(str(row.id));
     for (int i = 0; i < rowCount(); ++i) {
         const Row::Needs needs = Rows()[static_cast<std::size_t>(i)].needs;
@@ -105,20 +106,20 @@ void NetworkRestoreWindow::enter(int row) {
 }
 
 void NetworkRestoreWindow::createStandardSwitch(int) {
-    OpenDialog<CreateVssDialog>(this);
+    OpenDialog<CreateVssDialog>(this, host_);
 }
 
 void NetworkRestoreWindow::createPortGroup(int) {
-    OpenDialog<CreatePortGroupDialog>(this);
+    OpenDialog<CreatePortGroupDialog>(this, host_);
 }
 
 void NetworkRestoreWindow::migrateZrknic(int) {
-    OpenDialog<MigrateZrknicDialog>(this);
+    OpenDialog<MigrateZrknicDialog>(this, host_);
 }
 
 void NetworkRestoreWindow::restoreNetworkSettings(int) {
     try {
-        RestoreNetworkDialog dialog(this);
+        RestoreNetworkDialog dialog(this, host_);
         Run(dialog);
     } catch (const HostCtl::Lib::HostCtlException& e) {
         // The dialogs were left by the failure: this window takes the screen
@@ -131,12 +132,12 @@ void NetworkRestoreWindow::restoreNetworkSettings(int) {
 }
 
 void NetworkRestoreWindow::restoreStandardSwitch(int row) {
-    SafeModeNetworkDialog dialog(this);
+    SafeModeNetworkDialog dialog(this, host_);
     if (Run(dialog) == 1) disableRow(row);
 }
 
 void NetworkRestoreWindow::restoreQds(int) {
-    RestoreQds(this);
+    RestoreQds(this, host_);
 }
 
 }  // namespace Tesk

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "host/host_context.h"
 #include "ui/pane_window.h"
 
 namespace Tesk {
@@ -13,7 +14,7 @@ public:
     // Asks the host once whether the management interface is on a distributed
     // switch and whether the network-virtualisation agent 3 is installed; the
     // rows that need them stay grey for the window's life.
-    explicit NetworkRestoreWindow(Window* opener);
+    NetworkRestoreWindow(Window* opener, const HostContext& host);
 
 private:
     // One row: its string id (the description is id + 6), its footer, when
@@ -35,6 +36,7 @@ private:
     void restoreStandardSwitch(int row);
     void restoreQds(int row);
 
+    const HostContext& host_;
     // The window's own footer stands in the pane until the selection moves
     // (after it opens and after each dialog).
     bool ownFooter_ = true;

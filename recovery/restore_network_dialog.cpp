@@ -4,8 +4,6 @@
 #include <syslog.h>
 
 #include "admin/running_vms_warning.h"
-#include "host/runner.h"
-#include "hostctl/backend.h"
 #include "platform/events.h"
 #include "platform/nox.h"
 #include "platform/syslog.h"
@@ -29,20 +27,18 @@ void AutoConfigure(ProgressDialog& progress, const HostCtl::Network::NetworkInfo
 }
 
 // 0 when the administrator declines to power off the running machines.
-int Restore(ProgressDialog& progress) {
-    const auto resources = HostCtl::TheBackend().GetResourceInfo();
-    const auto network = HostCtl::TheBackend().GetNetworkInfo();
+int Restore(ProgressDialog& progress, const HostCtl::Backend& backend) {
+    const auto resources = backend.GetResourceInfo();
+    const auto network = backend.GetNetworkInfo();
     if (!resources->HasRunningVirtualMachines()) {
         network->DisableNetDumper();
         AutoConfigure(progress, *network);
     } else {
         if (!ConfirmRunningVms(&progress)) return 0;
         progress.add(Str(StrId::PoweringOffVms));
-        const char* const argv[] = {"powerOffVms", nullptr};
-        const int status = RunCommand("/sbin/powerOffVms", argv, nullptr, nullptr, nullptr, nullptr,
-                                      nullptr, 0, 0);
+        const bool poweredOff = backend.GetPowerControl()->PowerOffAllVirtualMachines();
         network->DisableNetDumper();
-        if (status == 0) {
+        if (poweredOff) {
             progress.done();
             AutoConfigure(progress, *network);
         } else {
@@ -56,16 +52,17 @@ int Restore(ProgressDialog& progress) {
 
 }  // namespace
 
-RestoreNetworkDialog::RestoreNetworkDialog(Window* opener)
+RestoreNetworkDialog::RestoreNetworkDialog(Window* opener, const HostContext& host)
     : ConfirmDialog(opener, kSize, Str(StrId::RestoreNetworkFactorySettings),
                     Str(StrId::RestoreNetworkFactorySettingsHelp), Footer::kYesResetCancel,
-                    ConfirmDialog::F11()) {
+                    ConfirmDialog::F11()),
+      host_(host) {
     setQuestion(Str(StrId::ResetNetworkAreYouSure));
 }
 
 int RestoreNetworkDialog::run() {
     if (ConfirmDialog::run() != kYes) return 0;
-    DoRestoreNetworkDialog restore(this);
+    DoRestoreNetworkDialog restore(this, host_);
     Run(restore);
     Platform::Log(LOG_INFO, "Restoring factory network settings");
     if (InitNoxUserLib() == 0) {
@@ -76,8 +73,11 @@ int RestoreNetworkDialog::run() {
     return 1;
 }
 
-DoRestoreNetworkDialog::DoRestoreNetworkDialog(Window* opener)
+DoRestoreNetworkDialog::DoRestoreNetworkDialog(Window* opener, const HostContext& host)
     : ProgressDialog(opener, kSize, Str(StrId::RestoreNetworkSettingsTitle),
-                     Str(StrId::FactoryNetworkRestoreWait), Restore) {}
+                     Str(StrId::FactoryNetworkRestoreWait),
+                     [&backend = host.backend](ProgressDialog& progress) {
+                         return Restore(progress, backend);
+                     }) {}
 
 }  // namespace Tesk

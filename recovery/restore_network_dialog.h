@@ -2,6 +2,7 @@
 // after the running virtual machines were powered off.
 #pragma once
 
+#include "host/host_context.h"
 #include "ui/confirm_dialog.h"
 #include "ui/progress_dialog.h"
 
@@ -13,8 +14,11 @@ namespace Tesk {
 // even when the restore was declined or failed.
 class RestoreNetworkDialog : public ConfirmDialog {
 public:
-    explicit RestoreNetworkDialog(Window* opener);
+    RestoreNetworkDialog(Window* opener, const HostContext& host);
     int run() override;
+
+private:
+    const HostContext& host_;
 };
 
 // The restore itself, with its progress: when virtual machines run, asks
@@ -25,7 +29,7 @@ public:
 // caught here: it reaches the caller.
 class DoRestoreNetworkDialog : public ProgressDialog {
 public:
-    explicit DoRestoreNetworkDialog(Window* opener);
+    DoRestoreNetworkDialog(Window* opener, const HostContext& host);
 };
 
 }  // namespace Tesk

@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "host/queries.h"
-#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "ui/confirm_dialog.h"
@@ -37,10 +36,10 @@ void Refuse(Window* opener, std::uint32_t textId) {
 
 }  // namespace
 
-std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener) {
+std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener, const HostContext& host) {
     QdsRepairTarget t;
     try {
-        t.management = GetManagementInterface(HostCtl::TheBackend());
+        t.management = GetManagementInterface(host.backend);
         if (!t.management) {
             Platform::Log(LOG_ERR, "Restore qDS: no management interface");
             Refuse(opener, StrId::UnableToRestoreQds);
@@ -53,7 +52,7 @@ std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener) {
             Refuse(opener, StrId::UnableToRestoreQds);
             return std::nullopt;
         }
-        t.qds = HostCtl::TheBackend().GetQdsSwitch(point.GetSwitchName());
+        t.qds = host.backend.GetQdsSwitch(point.GetSwitchName());
         t.port = point.GetPortId();
         if (!t.qds->IsOwnKind()) {
             Platform::Log(LOG_ERR,
@@ -72,8 +71,8 @@ std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener) {
     return t;
 }
 
-int RestoreQds(Window* opener) {
-    auto target = LocateQdsRepair(opener);
+int RestoreQds(Window* opener, const HostContext& host) {
+    auto target = LocateQdsRepair(opener, host);
     if (!target) return 0;
     RestoreqDSDialog dialog(opener, std::move(*target));
     return Run(dialog);

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "host/host_context.h"
 #include "hostctl/network.h"
 #include "ui/form_dialog.h"
 #include "ui/input_items.h"
@@ -29,7 +30,7 @@ struct QdsRepairTarget {
 
 // Finds the target; none, after saying why over opener, when the interface is
 // not on a distributed switch of the host's own kind or the host fails.
-std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener);
+std::optional<QdsRepairTarget> LocateQdsRepair(Window* opener, const HostContext& host);
 
 // The properties form, then the uplink choice, then the repair. run(): 1 when
 // the management interface was moved, 0 when cancelled or failed (said).
@@ -50,6 +51,6 @@ private:
 };
 
 // The whole repair over opener: the target found, then the dialog.
-int RestoreQds(Window* opener);
+int RestoreQds(Window* opener, const HostContext& host);
 
 }  // namespace Tesk

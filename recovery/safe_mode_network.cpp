@@ -3,7 +3,6 @@
 
 #include <syslog.h>
 
-#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -17,8 +16,8 @@ using HostCtl::Lib::HostCtlException;
 namespace {
 
 // The uplinks of the switch the NIC is connected to, by physical NIC.
-std::vector<std::string> UplinksOfSwitch(const HN::ConnectionPoint& point) {
-    const auto& backend = HostCtl::TheBackend();
+std::vector<std::string> UplinksOfSwitch(const HostCtl::Backend& backend,
+                                         const HN::ConnectionPoint& point) {
     const std::string name = point.GetSwitchName();
     if (point.GetType() != HN::ConnectionType::QdsPort)
         return backend.GetPortset(name)->GetUplinks();
@@ -28,41 +27,42 @@ std::vector<std::string> UplinksOfSwitch(const HN::ConnectionPoint& point) {
     return uplinks;
 }
 
-std::string FreeSwitchName() {
+std::string FreeSwitchName(const HostCtl::Backend& backend) {
     for (int n = 0;; ++n) {
         std::string name = "zSwitch" + std::to_string(n);
-        if (!HostCtl::TheBackend().GetPortset(name)->IsValidVirtualSwitch()) return name;
+        if (!backend.GetPortset(name)->IsValidVirtualSwitch()) return name;
     }
 }
 
-std::string FreePortGroupName() {
+std::string FreePortGroupName(const HostCtl::Backend& backend) {
     for (int n = 1;; ++n) {
         std::string name = "Management Network" + std::to_string(n);
-        if (!HostCtl::TheBackend().GetPortGroup(name)->IsValidPortGroup()) return name;
+        if (!backend.GetPortGroup(name)->IsValidPortGroup()) return name;
     }
 }
 
 }  // namespace
 
-SafeModeNetworkDialog::SafeModeNetworkDialog(Window* opener)
+SafeModeNetworkDialog::SafeModeNetworkDialog(Window* opener, const HostContext& host)
     : ConfirmDialog(opener, {60, 12, 7}, Str(StrId::RestoreStandardSwitchTitle),
                     Str(StrId::RestoreStandardSwitchText), Footer::kF11OkCancel,
-                    ConfirmDialog::F11()) {
+                    ConfirmDialog::F11()),
+      host_(host) {
     setQuestion(Str(StrId::MoveOntoStandardSwitch));
 }
 
 int SafeModeNetworkDialog::run() {
     if (ConfirmDialog::run() != 1) return 0;
-    EnableSafeModeNetworking();
+    EnableSafeModeNetworking(host_);
     Platform::Log(LOG_INFO,
                   "Enabling safe mode networking by moving all uplinks to a new management "
                   "zSwitch");
     return 1;
 }
 
-void EnableSafeModeNetworking() {
+void EnableSafeModeNetworking(const HostContext& host) {
     try {
-        const auto& backend = HostCtl::TheBackend();
+        const HostCtl::Backend& backend = host.backend;
         auto info = backend.GetNetworkInfo();
         info->UpdateManagementInterface();
         auto management = info->GetManagementInterface();
@@ -70,18 +70,19 @@ void EnableSafeModeNetworking() {
             Platform::Log(LOG_ERR, "Could not find the management network");
             return;
         }
-        const std::vector<std::string> uplinks = UplinksOfSwitch(management->GetPortConnection());
+        const std::vector<std::string> uplinks =
+            UplinksOfSwitch(backend, management->GetPortConnection());
 
-        const std::string switchName = FreeSwitchName();
+        const std::string switchName = FreeSwitchName(backend);
         auto vswitch = backend.GetVirtualSwitchInfo()->AddVirtualSwitch(switchName,
                                                                         HN::Portset::DEF_NUM_PORTS);
-        const std::string group = FreePortGroupName();
+        const std::string group = FreePortGroupName(backend);
         vswitch->AddPortGroup(group);
 
         for (const auto& nic : backend.GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All))
             nic->Disable();
         management->ConnectToPortGroup(group);
-        for (const auto& uplink : uplinks) MoveUplinkToSwitch(*vswitch, uplink);
+        for (const auto& uplink : uplinks) MoveUplinkToSwitch(host, *vswitch, uplink);
         management->Enable();
         Platform::Log(LOG_INFO, "Management interface %s moved to port group %s on %s",
                       management->GetName().c_str(), group.c_str(), switchName.c_str());
@@ -90,9 +91,10 @@ void EnableSafeModeNetworking() {
     }
 }
 
-void MoveUplinkToSwitch(const HN::Portset& vswitch, const std::string& uplink) {
+void MoveUplinkToSwitch(const HostContext& host, const HN::Portset& vswitch,
+                        const std::string& uplink) {
     try {
-        auto info = HostCtl::TheBackend().GetVirtualSwitchInfo();
+        auto info = host.backend.GetVirtualSwitchInfo();
         for (const auto& other : info->GetVirtualSwitches(HN::PortsetKind::All))
             other->RemoveUplink(uplink);
         for (const auto& qds : info->GetQdsSwitches()) qds->RemoveUplink(uplink);

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "host/host_context.h"
 #include "hostctl/network.h"
 #include "ui/confirm_dialog.h"
 
@@ -14,8 +15,11 @@ namespace Tesk {
 // which goes to the log), 0 on <Esc>.
 class SafeModeNetworkDialog : public ConfirmDialog {
 public:
-    explicit SafeModeNetworkDialog(Window* opener);
+    SafeModeNetworkDialog(Window* opener, const HostContext& host);
     int run() override;
+
+private:
+    const HostContext& host_;
 };
 
 // Builds the next free "zSwitch<n>" (from 0) with the next free "Management
@@ -23,10 +27,11 @@ public:
 // NIC to the new group, moves every uplink of its old switch and enables the
 // management NIC again. Logs its failures; what was done before a failure
 // stays done.
-void EnableSafeModeNetworking();
+void EnableSafeModeNetworking(const HostContext& host);
 
 // Takes the uplink from every standard and distributed switch and makes it an
 // active uplink of vswitch. A failure is logged and not passed on.
-void MoveUplinkToSwitch(const HostCtl::Network::Portset& vswitch, const std::string& uplink);
+void MoveUplinkToSwitch(const HostContext& host, const HostCtl::Network::Portset& vswitch,
+                        const std::string& uplink);
 
 }  // namespace Tesk

@@ -7,6 +7,9 @@
 #include "simhost/hardware.h"
 #include "simhost/lockdown.h"
 #include "simhost/network.h"
+#include "simhost/operations_agent.h"
+#include "simhost/pinger.h"
+#include "simhost/port_group_creator.h"
 #include "simhost/power.h"
 #include "simhost/resolver.h"
 #include "simhost/shell_services.h"
@@ -49,6 +52,15 @@ public:
     }
     std::unique_ptr<HN::Resolver> GetResolver(const std::string& netStack) const override {
         return Network::MakeResolver(netStack);
+    }
+    std::unique_ptr<HN::Pinger> GetPinger() const override {
+        return std::make_unique<Network::PingerImpl>();
+    }
+    std::unique_ptr<HN::PortGroupCreator> GetPortGroupCreator() const override {
+        return std::make_unique<Network::PortGroupCreatorImpl>();
+    }
+    std::unique_ptr<HN::OperationsAgent> GetOperationsAgent() const override {
+        return std::make_unique<Network::OperationsAgentImpl>();
     }
 
     std::unique_ptr<HostCtl::Hardware::HardwareInfo> GetHardwareInfo() const override {

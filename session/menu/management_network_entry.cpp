@@ -1,6 +1,5 @@
 // "Configure Management Network": the host name and the management
 // interface's addresses; <Enter> opens the management network window.
-#include "hostctl/backend.h"
 #include "hostctl/try_call.h"
 #include "network/network_window.h"
 #include "session/menu/management.h"
@@ -21,7 +20,7 @@ public:
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
     std::string pane(MenuContext& c) override;
     std::string footer(MenuContext&) override { return Footer::kMoreLogOut; }
-    void open(MenuContext& c) override { OpenNetworkWindow(&c.menu); }
+    void open(MenuContext& c) override { OpenNetworkWindow(&c.menu, c.host); }
 };
 
 std::string ManagementNetworkEntry::pane(MenuContext& c) {

@@ -15,7 +15,7 @@ public:
         : FixedTextEntry(StrId::NetworkRestoreOptions, StrId::NetworkRestoreOptionsHelp,
                          Footer::kRestartLogOutOpen) {}
     void open(MenuContext& c) override {
-        NetworkRestoreWindow window(&c.menu);
+        NetworkRestoreWindow window(&c.menu, c.host);
         Run(window);
     }
 };

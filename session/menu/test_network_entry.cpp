@@ -15,7 +15,7 @@ public:
                          Footer::kRunTestLogOut) {}
     bool enabled(MenuContext& c) override { return ManagementInterfaceUsable(c); }
     void open(MenuContext& c) override {
-        TestDialog test(&c.menu);
+        TestDialog test(&c.menu, c.host);
         Run(test);
     }
 };

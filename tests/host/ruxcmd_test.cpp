@@ -2,6 +2,7 @@
 // operations.
 #include <string>
 
+#include "host/ops_agent_service.h"
 #include "host/runner.h"
 #include "tests/host/host_root.h"
 

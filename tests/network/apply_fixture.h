@@ -109,7 +109,8 @@ protected:
             keys.pop_front();
             return key;
         };
-        Tesk::ApplyNetworkChanges(nullptr, p, [this] { ++summaryRebuilt_; });
+        const Tesk::HostContext host{HostCtl::TheBackend(), "root"};
+        Tesk::ApplyNetworkChanges(nullptr, host, p, [this] { ++summaryRebuilt_; });
         EXPECT_TRUE(keys.empty()) << keys.size() << " dialog(s) fewer than expected";
     }
 

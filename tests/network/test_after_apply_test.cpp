@@ -1,9 +1,7 @@
 // The network test follows what is applied: a wrong VLAN applied to the
 // management port group makes the gateway ping and the resolution fail, the
 // right one applied again makes them pass. The ping runs as the test runs it,
-// through the simulated host's own ping tool.
-#include "host/command_line.h"
-#include "network/test_workers.h"
+// through the host's echo test (the simulated host's own ping tool).
 #include "tests/network/apply_fixture.h"
 
 namespace TeskTest {
@@ -12,7 +10,7 @@ namespace {
 class TestAfterApply : public ApplyTest {
 protected:
     bool Ping(const std::string& address) {
-        return Tesk::RunCommandLine(Tesk::PingCommand(address), false, true, false) == 0;
+        return HostCtl::TheBackend().GetPinger()->Ping(address);
     }
     bool Resolve(const std::string& name) {
         return HostCtl::TheBackend().GetResolver("defaultNetStack")->Resolve(name);

@@ -89,7 +89,7 @@ TEST(CreatePortGroup, RefusesBadAndTakenNamesThenCreates) {
 
 TEST(RepairDialogs, FailingSwitchCommandsAreReportedAndChangeNothing) {
     SimRoot root("default");
-    root.setFault("kovacli.vswitch.add", {{"exitStatus", 1}});
+    root.setFault("vswitchInfo.addVirtualSwitch", {{"exception", "Switch table full"}});
     root.setFault("kovacli.portgroup.add", {{"exitStatus", 1}});
     const Json before = root.state()["network"];
     ConsoleSession console(root, LocalConsole(kCols, kRows));
@@ -100,6 +100,7 @@ TEST(RepairDialogs, FailingSwitchCommandsAreReportedAndChangeNothing) {
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Please check the syslog for more information."));
     EXPECT_TRUE(console.waitForText("Operation Failed"));
     ASSERT_TRUE(BackToWindow(console));
+    EXPECT_TRUE(root.hasLogLine("Adding virtual switch failed: Switch table full"));
     EXPECT_TRUE(root.hasLogLine("Creating standard switch zSwitch9 failed"));
 
     Down(console);

@@ -1,0 +1,13 @@
+// The echo test through "/bin/zrkping -c 3 <target>", its outcome logged as a
+// command line's ("Command \"zrkping -c 3 ...\" succeeded").
+#include "simhost/pinger.h"
+
+#include "host/command_line.h"
+
+namespace ZrkCtl::Network {
+
+bool PingerImpl::Ping(const std::string& target) const {
+    return Tesk::RunCommandLine("/bin/zrkping -c 3 " + target, false, true, false) == 0;
+}
+
+}  // namespace ZrkCtl::Network
