@@ -1,8 +1,8 @@
 // Routing, DNS and the hosts file of the network stack.
 #include <algorithm>
 #include <cctype>
-#include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
@@ -10,6 +10,7 @@
 #include "simhost/netmodel.h"
 #include "simhost/network.h"
 #include "simhost/state_values.h"
+#include "store/replace_file.h"
 
 namespace ZrkCtl::Network {
 
@@ -290,14 +291,11 @@ bool HostsFileImpl::RemoveEntryByHostName(const std::string& hostname) const {
         out += rebuilt + "\n";
     }
     if (!found) return false;
-    std::string tmp = path + ".tmp";
-    {
-        std::ofstream o(tmp, std::ios::trunc);
-        o << out;
-        if (!o.flush()) throw HostCtlException("Cannot write " + path_);
-    }
-    if (std::rename(tmp.c_str(), path.c_str()) != 0)
+    try {
+        ::Sim::ReplaceFile(path, out, 0644);
+    } catch (const std::runtime_error&) {
         throw HostCtlException("Cannot replace " + path_);
+    }
     return true;
 }
 
