@@ -164,6 +164,20 @@ int InChildWithin(int seconds, const std::function<int()>& body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+// A change tried in a child process (which may hang or crash): 0 when it was
+// refused with a message holding `refusal`, 1 when it went through, 2 on
+// another message, -1 when the child crashed or hung.
+int ChangeRefusedWith(const std::string& refusal) {
+    return InChildWithin(20, [&refusal] {
+        try {
+            Sim::Update([](Json& s) { s["profile"] = "written"; });
+            return 1;
+        } catch (const std::runtime_error& e) {
+            return std::string(e.what()).find(refusal) != std::string::npos ? 0 : 2;
+        }
+    });
+}
+
 TEST_F(StateStore, ADocumentThatIsNoObjectIsUnreadable) {
     for (const char* text : {"[]", "42", "\"text\"", "null"}) {
         EditByHand(text);
@@ -201,19 +215,7 @@ TEST_F(StateStore, AnythingButARegularFileIsRefusedWithoutWaitingOrFollowing) {
         SCOPED_TRACE(c.what);
         fs::remove_all(c.path);
         c.make(c.path);
-        EXPECT_EQ(InChildWithin(5,
-                                [] {
-                                    try {
-                                        Sim::Update([](Json& s) { s["profile"] = "written"; });
-                                        return 1;
-                                    } catch (const std::runtime_error& e) {
-                                        return std::string(e.what()).find(
-                                                   "is not a regular file") != std::string::npos
-                                                   ? 0
-                                                   : 2;
-                                    }
-                                }),
-                  0);
+        EXPECT_EQ(ChangeRefusedWith("is not a regular file"), 0);
         fs::remove_all(c.path);
         if (c.path == state) root_->writeFile("/var/lib/simhost/state.json", original);
     }
@@ -254,21 +256,7 @@ TEST_F(StateStore, NestingPastTheLimitIsUnreadableNotACrash) {
     EXPECT_EQ(Sim::Get("/profile"), Json("nested"));
     for (int depth : {Sim::kMaxNesting, 10000, 1000000}) {
         EditByHand(nested(depth));
-        EXPECT_EQ(InChildWithin(20,
-                                [] {
-                                    try {
-                                        Sim::Update([](Json& s) { s["profile"] = "x"; });
-                                        return 1;
-                                    } catch (const std::runtime_error& e) {
-                                        return std::string(e.what()).find(
-                                                   "simulated host state cannot be read") !=
-                                                       std::string::npos
-                                                   ? 0
-                                                   : 2;
-                                    }
-                                }),
-                  0)
-            << depth;
+        EXPECT_EQ(ChangeRefusedWith("simulated host state cannot be read"), 0) << depth;
     }
 }
 
