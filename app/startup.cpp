@@ -28,6 +28,7 @@
 #include "platform/vt.h"
 #include "ui/keyreader.h"
 #include "ui/terminal.h"
+#include "ui/terminal_restore.h"
 #include "ui/wait_notice.h"
 #include "ui/window.h"
 
@@ -37,17 +38,13 @@ namespace {
 
 constexpr const char kPidFile[] = "/var/run/tesk.pid";
 
-// The terminal's settings exactly as found, before the console changed any.
-termios g_foundTerminal{};
-bool g_terminalSaved = false;
-
 // Every way out (a normal end, an ExitRequest, exit() anywhere) ends curses
 // and puts back the terminal settings found at start-up (the suspend
-// character included), so the terminal is never left without echo and line
-// editing, whatever curses believed them to be.
+// character and flow control included), so the terminal is never left
+// without echo and line editing, whatever curses believed them to be.
 void EndCurses() {
     if (!isendwin()) endwin();
-    if (g_terminalSaved) ::tcsetattr(1, TCSANOW, &g_foundTerminal);
+    RestoreFoundTerminal();
 }
 
 // Curses installs a stop handler of its own for SIGTSTP (it redraws from
@@ -115,19 +112,20 @@ bool GuardPidFile() {
         Platform::Log(LOG_ERR, "Attempt to run multiple TESK instances, not updating %s", kPidFile);
         return false;
     }
-    // Something else than a file in its place (a FIFO would hold the open).
+    // Something else than a file in its place (a FIFO would hold the open, a
+    // link would lead out of the root).
     struct stat st {};
-    if (::stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+    if (::lstat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
         Platform::Log(LOG_ERR, "%s is not a regular file, not updating it", kPidFile);
         return false;
     }
-    if (FILE* out = std::fopen(path.c_str(), "w")) {
-        std::fprintf(out, "%d", static_cast<int>(::getpid()));
-        std::fflush(out);
-        std::fclose(out);
-        return true;
-    }
-    return false;
+    const int fd = ::open(path.c_str(),
+                          O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
+    if (fd < 0) return false;
+    const std::string text = std::to_string(::getpid());
+    const bool written = ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    ::close(fd);
+    return written;
 }
 
 void ReleasePidFile() {
@@ -148,6 +146,13 @@ int RunConsole(int argc, char** argv,
     if (argc > 1) vt = ParseVirtualTerminal(argv[1]);
 
     StartSignalHandling();
+    EndStuckQuits();
+    // Before any byte reaches the terminal: a Ctrl-S typed before the console
+    // started would otherwise stop the first write, and the console with it.
+    termios& savedTermios = StartupTerminalSettings();
+    if (SaveFoundTerminal()) ::tcgetattr(1, &savedTermios);
+    TurnOffFlowControl();
+    RestoreTerminalOnFatalSignals();
     InstallWaitNotice();
 
     int devnull = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
@@ -155,10 +160,6 @@ int RunConsole(int argc, char** argv,
         ::dup2(devnull, 2);
         ::close(devnull);
     }
-
-    termios& savedTermios = StartupTerminalSettings();
-    g_terminalSaved = ::tcgetattr(1, &savedTermios) == 0;
-    g_foundTerminal = savedTermios;
 
     char kbType = 0;
     StartFacts facts;
@@ -176,6 +177,7 @@ int RunConsole(int argc, char** argv,
         Platform::ActivateVirtualTerminal(*vt);
         savedTermios.c_cc[VSUSP] = 0;
         ::tcsetattr(1, TCSANOW, &savedTermios);
+        TurnOffFlowControl();
     }
 
     std::setlocale(LC_ALL, "en_US.UTF-8");
@@ -184,14 +186,6 @@ int RunConsole(int argc, char** argv,
     start_color();
     std::atexit(&EndCurses);
     SetupCurses();
-    // Ctrl-S and Ctrl-Q are keys like any other: with software flow control on,
-    // Ctrl-S would freeze every frame (and the way out) until Ctrl-Q.
-    termios flow{};
-    if (::tcgetattr(1, &flow) == 0) {
-        flow.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
-        ::tcsetattr(1, TCSANOW, &flow);
-        def_prog_mode();
-    }
 
     try {
         std::unique_ptr<Window> top = makeTopWindow(facts);

@@ -15,6 +15,7 @@
 #include "sim/tools.h"
 #include "sim/tools/consoles.h"
 #include "sim/tools/toolkit.h"
+#include "store/replace_file.h"
 #include "store/state.h"
 
 namespace Sim {
@@ -43,22 +44,23 @@ std::string ProfileNames() {
     return names;
 }
 
-// The profile's users as the state keeps them: each clear-text "password"
-// becomes its hash ("passwordHash"). The user file of the root's PAM module
-// gets "name:hash:outcome" per line (outcomes: success, denied, expired,
-// twoprompts; see sim/pam/pam_simhost.c).
-std::string HashUsers(Json& state) {
+// The user file of the root's PAM module from the profile's users:
+// "name:hash:outcome" per line, each clear-text "password" hashed (outcomes:
+// success, denied, expired, twoprompts; see sim/pam/pam_simhost.c). The state
+// keeps each user's name and outcome only: it is readable by all, the hashes
+// stay in the user file (mode 0600).
+std::string TakeUsers(Json& state) {
     std::string db;
     Json& users = state["users"];
     if (!users.is_array()) users = Json::array();
     for (auto& user : users) {
         if (!user.is_object()) continue;
-        if (user.contains("password")) {
-            user["passwordHash"] = HashPassword(user.value("password", ""));
-            user.erase("password");
-        }
-        db += user.value("name", "") + ":" + user.value("passwordHash", "") + ":" +
-              user.value("outcome", "success") + "\n";
+        const std::string hash = user.contains("password")
+                                     ? HashPassword(user.value("password", ""))
+                                     : user.value("passwordHash", "");
+        user.erase("password");
+        user.erase("passwordHash");
+        db += user.value("name", "") + ":" + hash + ":" + user.value("outcome", "success") + "\n";
     }
     return db;
 }
@@ -117,7 +119,7 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 
     for (const char* sub : {"bin", "sbin", "etc/init.d", "var/run", "var/log", "tmp"})
         fs::create_directories(root / sub);
-    const std::string userFile = HashUsers(state);
+    const std::string userFile = TakeUsers(state);
     Save(state);
     // What the host's factory reset goes back to (sim/tools/factoryconfig.cpp);
     // the accounts are not part of it.
@@ -135,8 +137,8 @@ void InitRoot(const std::string& dir, const std::string& profileName) {
 
     // PAM through pam_wrapper: the service "tesk" and the root's own users.
     fs::path users = root / "etc/simhost/users";
-    WriteFile(users, userFile);
-    fs::permissions(users, fs::perms::owner_read | fs::perms::owner_write);
+    fs::create_directories(users.parent_path());
+    ReplaceFile(users.string(), userFile, 0600);
     std::string module = PamModulePath() + " db=" + users.string();
     auto stack = [](const std::string& m) {
         return "auth required " + m + "\naccount required " + m + "\npassword required " + m +

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -94,9 +95,34 @@ int RunConsoleOnce(const std::string& root, const std::string& console, const st
     return 128 + WTERMSIG(status);
 }
 
+// The terminal's settings while tesk-sim runs: software flow control off
+// before the first byte is written (a Ctrl-S typed before tesk-sim started
+// would stop the banner, and tesk-sim with it, until Ctrl-Q), the settings as
+// found put back at the end.
+class TerminalWithoutFlowControl {
+public:
+    TerminalWithoutFlowControl() {
+        saved_ = ::tcgetattr(1, &found_) == 0;
+        if (!saved_) return;
+        termios settings = found_;
+        settings.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
+        ::tcsetattr(1, TCSANOW, &settings);
+    }
+    ~TerminalWithoutFlowControl() {
+        if (saved_) ::tcsetattr(1, TCSANOW, &found_);
+    }
+    TerminalWithoutFlowControl(const TerminalWithoutFlowControl&) = delete;
+    TerminalWithoutFlowControl& operator=(const TerminalWithoutFlowControl&) = delete;
+
+private:
+    termios found_{};
+    bool saved_ = false;
+};
+
 // Starts program (beside tesk-sim) on a host root in this terminal and waits.
 int Run(const Options& o, const std::string& program) {
     if (o.positional.size() > 1) return Usage(std::cerr, 2);
+    const TerminalWithoutFlowControl terminal;
     bool temporary = o.positional.empty();
     std::string root;
     if (temporary) {

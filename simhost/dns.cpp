@@ -2,11 +2,13 @@
 #include <algorithm>
 #include <cctype>
 #include <sstream>
+#include <stdexcept>
 
 #include "hostctl/exception.h"
 #include "simhost/netmodel.h"
 #include "simhost/network.h"
 #include "simhost/state_values.h"
+#include "store/replace_file.h"
 
 namespace ZrkCtl::Network {
 

@@ -3,6 +3,10 @@
 #include "simhost/netmodel.h"
 
 #include <algorithm>
+#include <array>
+#include <set>
+#include <utility>
+#include <vector>
 
 #include "hostctl/exception.h"
 #include "simhost/state_values.h"
@@ -15,6 +19,18 @@ namespace {
 
 using ZrkCtl::Sim::Flag;
 using ZrkCtl::Sim::Text;
+
+// Gives config the networks, each once (the first of equal ones), in one
+// pass however many the host lists.
+void SetDistinctIpv6Networks(HN::IpConfig& config, std::vector<HN::Ipv6Network> networks) {
+    std::set<std::pair<std::array<std::uint8_t, 16>, int>> seen;
+    std::vector<HN::Ipv6Network> distinct;
+    distinct.reserve(networks.size());
+    for (auto& n : networks)
+        if (seen.emplace(n.GetAddress().GetBytes(), n.GetPrefixLength()).second)
+            distinct.push_back(std::move(n));
+    config.SetIpv6Networks(std::move(distinct));
+}
 
 HN::Ipv4Address Ipv4(const Json& j, const char* key) {
     std::string text = Text(j, key);
@@ -188,15 +204,15 @@ HN::IpConfig IpConfigFromJson(const Json& j) {
     c.SetUseIpv6Dhcp(Flag(j, "dhcpv6"));
     c.SetUseIpv6RouterAdvertised(Flag(j, "routerAdvertised"));
     c.SetDhcpDns(Flag(j, "dhcpDns"));
-    {
-        for (const auto& n : ZrkCtl::Sim::Entries(j, "ipv6Addresses")) {
-            try {
-                c.AddIpv6Network(Ipv6NetworkFromJson(n));
-            } catch (const HostCtl::Lib::HostCtlException&) {
-                // An address the host cannot read is not in effect.
-            }
+    std::vector<HN::Ipv6Network> v6;
+    for (const auto& n : ZrkCtl::Sim::Entries(j, "ipv6Addresses")) {
+        try {
+            v6.push_back(Ipv6NetworkFromJson(n));
+        } catch (const HostCtl::Lib::HostCtlException&) {
+            // An address the host cannot read is not in effect.
         }
     }
+    SetDistinctIpv6Networks(c, std::move(v6));
     return c;
 }
 
@@ -345,8 +361,7 @@ void UpdateCurrent(Json& net, Json& nic, bool askDhcp, bool release) {
             }
         }
     }
-    now.SetIpv6Networks({});
-    for (const auto& n : v6) now.AddIpv6Network(n);
+    SetDistinctIpv6Networks(now, std::move(v6));
     nic["current"] = IpConfigToJson(now);
 }
 

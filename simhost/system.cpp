@@ -169,32 +169,32 @@ namespace ZrkCtl::System {
 void StoreUserAccountsToCs() {
     ZrkCtl::Sim::CheckFault("authentication.storeUserAccountsToCs");
     // The user file the host authenticates against: "name:hash:outcome" per
-    // line.
+    // line. It is the accounts' only store of hashes (mode 0600); the state,
+    // readable by all, takes each user's outcome.
     std::string failure;
     const auto text =
         Tesk::Platform::ReadRegularFile(Tesk::Platform::HostPath("/etc/simhost/users"), &failure);
     if (!text) throw HostCtlException("Cannot read the user accounts: " + failure);
     std::istringstream in(*text);
-    // Each user's hash and outcome (an expired user whose password was
-    // changed is a normal one again).
-    std::map<std::string, std::pair<std::string, std::string>> accounts;
+    // Each user's outcome (an expired user whose password was changed is a
+    // normal one again).
+    std::map<std::string, std::string> outcomes;
     for (std::string line; std::getline(in, line);) {
         auto first = line.find(':');
         auto second = line.find(':', first == std::string::npos ? first : first + 1);
         if (first == std::string::npos || second == std::string::npos) continue;
-        accounts[line.substr(0, first)] = {line.substr(first + 1, second - first - 1),
-                                           line.substr(second + 1)};
+        outcomes[line.substr(0, first)] = line.substr(second + 1);
     }
     ZrkCtl::Sim::Update([&](Json& state) {
         Json& users = state["users"];
         if (!users.is_array()) users = Json::array();
         for (auto& user : users) {
             if (!user.is_object()) continue;
-            auto it = accounts.find(Text(user, "name"));
-            if (it == accounts.end()) continue;
-            user["passwordHash"] = it->second.first;
-            if (!it->second.second.empty()) user["outcome"] = it->second.second;
+            // A state written before the hashes moved out loses them here.
             user.erase("password");
+            user.erase("passwordHash");
+            auto it = outcomes.find(Text(user, "name"));
+            if (it != outcomes.end() && !it->second.empty()) user["outcome"] = it->second;
         }
         Json& store = state["userAccountStore"];
         if (!store.is_object()) store = Json::object();

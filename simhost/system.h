@@ -28,9 +28,10 @@ public:
 // simulated host shares.
 std::shared_ptr<const HostCtl::System::FirewallRulesetOps> FirewallOperations();
 
-// Copies the password hashes and outcomes of the root's PAM user file
-// ("/etc/simhost/users") into the state's "users" ("passwordHash",
-// "outcome") and counts the store in "userAccountStore".
+// Stores the accounts of the root's PAM user file ("/etc/simhost/users",
+// which alone keeps the password hashes): each user's outcome goes into the
+// state's "users" ("outcome"), and the store is counted in
+// "userAccountStore".
 void StoreUserAccountsToCs();
 
 }  // namespace ZrkCtl::System

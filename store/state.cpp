@@ -11,11 +11,12 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <stdexcept>
+#include <string_view>
 
 #include "platform/hostroot.h"
+#include "store/replace_file.h"
 #include "store/state_lock.h"
 
 namespace Sim {
@@ -94,11 +95,12 @@ Cache& TheCache() {
     throw std::runtime_error("simulated host state is not a regular file: " + path);
 }
 
-// The file's text and the key of the version read; false when it cannot be
-// opened. Anything but a regular file is refused: the open does not wait for
-// a writer (a FIFO) and nothing is read from it.
+// The file's text and the key of the version read; false when it is missing.
+// Anything but a regular file is refused: a link is not followed out of the
+// root, the open does not wait for a writer (a FIFO) and nothing is read.
 bool ReadFile(const std::string& path, std::string& text, FileKey& key) {
-    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW);
+    if (fd < 0 && errno == ELOOP) NotAFile(path);
     if (fd < 0) return false;
     struct stat st {};
     if (::fstat(fd, &st) != 0) {
@@ -131,8 +133,8 @@ std::shared_ptr<const Json> Parse(const std::string& text) {
     ++g_parses;
     std::shared_ptr<const Json> document;
     try {
-        document = std::make_shared<const Json>(Json::parse(text));
-    } catch (const Json::exception& e) {
+        document = std::make_shared<const Json>(ParseDocument(text));
+    } catch (const std::exception& e) {
         throw std::runtime_error("simulated host state cannot be read: " + std::string(e.what()));
     }
     if (!document->is_object())
@@ -148,7 +150,7 @@ std::shared_ptr<const Json> CurrentUnlocked(const std::string& path) {
     Cache& cache = TheCache();
     std::lock_guard guard(cache.mutex);
     struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) {
+    if (::lstat(path.c_str(), &st) != 0) {
         cache.Forget();
         throw std::runtime_error("simulated host state not found: " + path);
     }
@@ -174,34 +176,61 @@ std::shared_ptr<const Json> CurrentUnlocked(const std::string& path) {
     return document;
 }
 
-// Writes the document to a temporary file beside the state and renames it
-// into place, then keeps it as the current document. The caller holds the
-// exclusive lock.
+// Replaces the state file with the document (readable by all: the state
+// holds no secret), then keeps it as the current document. The caller holds
+// the exclusive lock.
 void WriteUnlocked(const std::string& path, Json&& state) {
-    fs::path file = path;
-    fs::create_directories(file.parent_path());
-    fs::path tmp = file;
-    tmp += ".tmp." + std::to_string(::getpid());
+    fs::create_directories(fs::path(path).parent_path());
     std::string text = state.dump(2) + '\n';
-    {
-        std::ofstream out(tmp, std::ios::trunc | std::ios::binary);
-        if (!out) throw std::runtime_error("cannot write " + tmp.string());
-        out << text;
-        if (!out.flush()) throw std::runtime_error("cannot write " + tmp.string());
-    }
-    fs::rename(tmp, file);
+    ReplaceFile(path, text, 0644);
 
     Cache& cache = TheCache();
     std::lock_guard guard(cache.mutex);
     struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) {
+    if (::lstat(path.c_str(), &st) != 0) {
         cache.Forget();
         return;
     }
     cache.Keep(path, KeyOf(st), std::make_shared<const Json>(std::move(state)), std::move(text));
 }
 
+// Whether arrays and objects in the text nest deeper than kMaxNesting: one
+// pass before the parse, so that no later copy, comparison or dump of the
+// document recurses that deep. Text in strings does not count; whether the
+// text is JSON at all is the parser's to find.
+bool NestsTooDeep(std::string_view text) {
+    int depth = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inString) {
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > kMaxNesting) return true;
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return false;
+}
+
 }  // namespace
+
+Json ParseDocument(const std::string& text) {
+    if (NestsTooDeep(text))
+        throw std::runtime_error("values nested deeper than " + std::to_string(kMaxNesting) +
+                                 " levels");
+    try {
+        return Json::parse(text);
+    } catch (const Json::exception& e) {
+        throw std::runtime_error(e.what());
+    }
+}
 
 std::string StatePath() {
     return Tesk::Platform::HostPath("/var/lib/simhost/state.json");
@@ -219,8 +248,8 @@ std::shared_ptr<const Json> Snapshot() {
         Cache& cache = TheCache();
         std::lock_guard guard(cache.mutex);
         struct stat st {};
-        if (cache.document && !cache.racy && cache.path == path && ::stat(path.c_str(), &st) == 0 &&
-            cache.key == KeyOf(st))
+        if (cache.document && !cache.racy && cache.path == path &&
+            ::lstat(path.c_str(), &st) == 0 && cache.key == KeyOf(st))
             return cache.document;
     }
     StateLock lock(path, StateLock::Mode::Shared);

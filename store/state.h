@@ -50,6 +50,14 @@ std::optional<Json> Get(const std::string& pointer);
 // "exception": "...", "errorCode": n}. None when no fault is set.
 std::optional<Json> Fault(const std::string& name);
 
+// How deep values of a state document may nest: the state's own structure is
+// a few levels deep, and deeper documents would be walked recursively.
+inline constexpr int kMaxNesting = 64;
+
+// A JSON document from text, refusing nesting past kMaxNesting. Throws
+// std::runtime_error saying what is wrong.
+Json ParseDocument(const std::string& text);
+
 // How often this process has parsed a state file.
 unsigned long ParseCountForTesting();
 

@@ -13,6 +13,8 @@ public:
     // Waits for the lock on statePath's lock file, which is made when
     // missing. Without the state's folder there is nothing to lock and the
     // object holds no lock (a read then fails on the missing file anyway).
+    // A lock file that is not a regular file (a link, a folder, a FIFO) is
+    // refused: throws std::runtime_error ("... is not a regular file: PATH").
     StateLock(const std::string& statePath, Mode mode);
     ~StateLock();
     StateLock(const StateLock&) = delete;

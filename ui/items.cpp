@@ -251,8 +251,12 @@ void InputItem::keepCursorInView() {
     const int width = fieldWidth();
     if (width <= 0) return;
     // The caret needs a column of its own after the characters before it.
+    // One pass, however long the value (a host's list can be megabytes).
     const std::vector<FieldChar> chars = FieldChars(value_, masked_);
-    while (offset_ < cursor_ && ColumnsBetween(chars, offset_, cursor_) >= width) ++offset_;
+    offset_ = std::max(offset_, 0);
+    int columns = ColumnsBetween(chars, offset_, cursor_);
+    while (offset_ < cursor_ && offset_ < static_cast<int>(chars.size()) && columns >= width)
+        columns -= chars[static_cast<std::size_t>(offset_++)].columns;
 }
 
 bool InputItem::accepts(char32_t c) const {

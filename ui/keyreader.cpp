@@ -8,6 +8,8 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 
@@ -15,6 +17,7 @@
 #include "platform/waiting.h"
 #include "ui/keys.h"
 #include "ui/terminal.h"
+#include "ui/terminal_restore.h"
 #include "ui/window.h"
 
 namespace Tesk {
@@ -29,15 +32,68 @@ KeySession* g_session = nullptr;
 
 constexpr long kDimDelaySeconds = 60;
 
-void* SignalThread(void*) {
-    for (;;) {
+// After a quit signal the UI thread ends the console by itself: it notices
+// at its next key wait, and a wait for a tool or the pager is cut short. Only
+// a write to a terminal that takes no output (stopped, or never read) can
+// hold it for good; once the terminal has taken nothing for kStuckOutput
+// after the quit, or whatever holds it after kQuitBackstop, the signal thread
+// ends the process itself with the terminal settings put back, as a kill
+// would: no logout records, the pid file stays for the next console.
+std::atomic<bool> g_endStuckQuits{false};
+constexpr double kStuckOutput = 0.5;
+constexpr double kQuitBackstop = 4.0;
+constexpr timespec kQuitCheckStep{0, 100'000'000};
+
+double Seconds() {
+    timespec ts{};
+    ::clock_gettime(CLOCK_MONOTONIC, &ts);
+    return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) / 1e9;
+}
+
+// Whether a write to the terminal would go through now (or fail at once).
+bool TerminalTakesOutput() {
+    pollfd out{1, POLLOUT, 0};
+    return ::poll(&out, 1, 0) != 0;
+}
+
+// Watches the console end after a quit: quitAt is when the first quit
+// signal came, lastTaken when the terminal last took output.
+void CheckQuitProgress(double quitAt, double& lastTaken) {
+    const double now = Seconds();
+    if (TerminalTakesOutput()) lastTaken = now;
+    const bool stuck = now - std::max(quitAt, lastTaken) >= kStuckOutput;
+    if (!stuck && now - quitAt < kQuitBackstop) return;
+    Platform::Log(LOG_ERR, stuck ? "Ending at once: the terminal takes no output"
+                                 : "Ending at once: the console did not end by itself");
+    RestoreFoundTerminal();
+    ::_exit(0);
+}
+
+// The next signal; once quitting, a check of the console's progress every
+// step in between. Returns 0 when no signal came.
+int NextSignal(bool quitting, double quitAt, double& lastTaken) {
+    if (!quitting || !g_endStuckQuits) {
         int sig = 0;
-        if (::sigwait(&g_signals, &sig) != 0) {
-            Platform::LogSystemError("sigwait() failed");
-            continue;
-        }
+        if (::sigwait(&g_signals, &sig) == 0) return sig;
+        Platform::LogSystemError("sigwait() failed");
+        return 0;
+    }
+    const int sig = ::sigtimedwait(&g_signals, nullptr, &kQuitCheckStep);
+    if (sig > 0) return sig;
+    CheckQuitProgress(quitAt, lastTaken);
+    return 0;
+}
+
+void* SignalThread(void*) {
+    bool quitting = false;
+    double quitAt = 0;
+    double lastTaken = 0;
+    for (;;) {
+        const int sig = NextSignal(quitting, quitAt, lastTaken);
         char byte = 0;
         switch (sig) {
+            case 0:
+                continue;
             case SIGUSR1:
                 byte = 1;
                 break;
@@ -52,12 +108,17 @@ void* SignalThread(void*) {
             case SIGQUIT:
             case SIGTERM:
                 Platform::NoteQuitRequest();  // ends a host tool the console waits for
+                if (!quitting) quitAt = lastTaken = Seconds();
+                quitting = true;
                 byte = 4;
                 break;
             default:  // SIGTSTP, SIGTTIN, SIGTTOU: nothing to do
                 continue;
         }
-        while (::write(g_pipe[1], &byte, 1) <= 0 && errno == EINTR) {
+        // The pipe's writing end does not block: a byte that finds it full is
+        // dropped (the UI thread has thousands to read first; a quit is noted
+        // in platform/ anyway).
+        while (::write(g_pipe[1], &byte, 1) < 0 && errno == EINTR) {
         }
     }
     return nullptr;
@@ -106,6 +167,7 @@ void StartSignalHandling() {
         Platform::LogSystemError("pipe() failed");
         std::exit(1);
     }
+    ::fcntl(g_pipe[1], F_SETFL, O_NONBLOCK);
     sigemptyset(&g_signals);
     // The job-control signals are taken too and dropped by the signal thread:
     // the console is its terminal's only job, so Ctrl-Z changes nothing, and no
@@ -125,6 +187,10 @@ void StartSignalHandling() {
         Platform::LogSystemError("pthread_create() failed");
         std::exit(1);
     }
+}
+
+void EndStuckQuits() {
+    g_endStuckQuits = true;
 }
 
 int WaitForInput(const timeval* limit) {

@@ -49,6 +49,15 @@ void SetKeySession(KeySession* session);
 // thread failure: logged, exit status 1.
 void StartSignalHandling();
 
+// Makes sure a quit signal ends the process even when the console cannot end
+// by itself: when the terminal takes no output for half a second after it
+// (a write to it would block for good), or after four seconds whatever holds
+// the console, the signal thread puts the found terminal settings back and
+// ends the process with status 0, as a kill would (no logout records, the pid
+// file stays). The console turns this on at start-up; without it a quit only
+// wakes the key reader.
+void EndStuckQuits();
+
 // Waits for a key on the input descriptor or a byte on the wake-up pipe,
 // with an optional limit; a key curses already holds is returned at once. Returns a key (>= 0;
 // characters beyond ASCII as CharKey(code point), ui/keys.h) or an InputEvent.

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/waiting.h"
 #include "ui/palette.h"
 #include "ui/utf8.h"
 
@@ -16,6 +17,7 @@ namespace Tesk {
 namespace {
 
 constexpr char kLiteralBrace[] = "{";  // tag text of "{{}"
+constexpr std::size_t kQuitCheckBytes = 4096;
 
 bool IsSpace(unsigned char c) {
     return std::isspace(c) != 0;
@@ -61,7 +63,14 @@ public:
 
     std::string run(std::string_view text) {
         out_.reserve(text.size() + 16);
+        std::size_t nextQuitCheck = kQuitCheckBytes;
         for (std::size_t i = 0; i < text.size(); ++i) {
+            // A host's text can be megabytes long: once the console is to
+            // end, the rest is not laid out (nobody will see it).
+            if (i >= nextQuitCheck) {
+                nextQuitCheck = i + kQuitCheckBytes;
+                if (Platform::QuitRequested()) break;
+            }
             char c = text[i];
             if (static_cast<unsigned char>(c) >= 0x80) {
                 i += character(text, i) - 1;

@@ -24,7 +24,9 @@
  * (PAM_AUTHTOK_ERR): at least 7 characters, from at least two of the classes
  * lower-case letters, upper-case letters, digits and everything else. The
  * same password again is allowed. The new hash replaces the old one in the
- * user file (written beside it and renamed over it).
+ * user file: written to a temporary file made exclusively beside it (mode
+ * 0600, a name nobody can predict), synced and renamed over it. The user file
+ * is read only when it is a regular file itself, never through a link.
  */
 #define _GNU_SOURCE
 #include <crypt.h>
@@ -72,9 +74,10 @@ static int parse_line(const char* line, struct user_entry* e) {
 }
 
 /* The user file for reading, only when it is a regular file: a FIFO in its
- * place must not hold the login (the open does not wait for a writer). */
+ * place must not hold the login (the open does not wait for a writer), a link
+ * must not lead to hashes elsewhere. */
 static FILE* open_db(const char* db) {
-    int fd = db ? open(db, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY) : -1;
+    int fd = db ? open(db, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW) : -1;
     if (fd < 0) return NULL;
     struct stat st;
     if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
@@ -153,9 +156,18 @@ static int update_user(const char* db, const char* user, const char* hash, const
     FILE* in = open_db(db);
     if (!in) return 0;
     char tmp[4096];
-    snprintf(tmp, sizeof tmp, "%s.tmp.%d", db, (int)getpid());
-    FILE* out = fopen(tmp, "w");
+    if (snprintf(tmp, sizeof tmp, "%s.tmp.XXXXXX", db) >= (int)sizeof tmp) {
+        fclose(in);
+        return 0;
+    }
+    /* O_EXCL and mode 0600: no link followed, the hashes never readable. */
+    int fd = mkostemp(tmp, O_CLOEXEC);
+    FILE* out = fd >= 0 ? fdopen(fd, "w") : NULL;
     if (!out) {
+        if (fd >= 0) {
+            close(fd);
+            unlink(tmp);
+        }
         fclose(in);
         return 0;
     }

@@ -9,11 +9,13 @@
 // Each run is counted in "factoryConfig".
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "platform/hostroot.h"
 #include "sim/host.h"
 #include "sim/tools.h"
 #include "sim/tools/toolkit.h"
+#include "store/state.h"
 
 namespace Sim::Tools {
 namespace {
@@ -31,7 +33,11 @@ bool ReadFactoryImage(Json& image) {
     if (!in) return false;
     std::stringstream text;
     text << in.rdbuf();
-    image = Json::parse(text.str(), nullptr, false);
+    try {
+        image = Sim::ParseDocument(text.str());
+    } catch (const std::runtime_error&) {
+        return false;
+    }
     return image.is_object();
 }
 

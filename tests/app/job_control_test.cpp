@@ -1,12 +1,14 @@
 // The console and its terminal's job control: Ctrl-Z (and the other stop
-// signals) change nothing on any screen, an interrupted wait is no error, and
-// every way the console ends gives the terminal back with echo and line
-// editing.
+// signals) change nothing on any screen, an interrupted wait is no error,
+// flow control never holds the console, and every way the console ends (a
+// crash too) gives the terminal back with echo and line editing.
 #include <fcntl.h>
 #include <signal.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -37,6 +39,13 @@ public:
         return ok && (settings.c_lflag & ICANON) && (settings.c_lflag & ECHO);
     }
     const std::string& path() const { return path_; }
+    // Stops the terminal's output as flow control would: writes to it wait.
+    bool stopOutput() const {
+        const int fd = ::open(path_.c_str(), O_RDWR | O_NOCTTY);
+        const bool stopped = fd >= 0 && ::tcflow(fd, TCOOFF) == 0;
+        if (fd >= 0) ::close(fd);
+        return stopped;
+    }
 
 private:
     std::string path_;
@@ -113,6 +122,63 @@ TEST(JobControl, EveryWayOutGivesTheTerminalBack) {
         console.type(Key::Ctrl('z'));
         way.end(console);
         EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+        EXPECT_TRUE(terminal.cooked()) << terminal.path();
+    }
+}
+
+TEST(JobControl, ACtrlSTypedBeforeTheStartHoldsNothingUp) {
+    // The console, and tesk-sim's banner before it starts the console: both
+    // turn flow control off before their first byte.
+    SimRoot root;
+    for (const bool throughSim : {false, true}) {
+        SCOPED_TRACE(throughSim ? "tesk-sim run" : "tesk");
+        SessionOptions options = RemoteShell(80, 25);
+        options.outputStopped = true;
+        if (throughSim) {
+            options.program = TeskTest::SimBinary();
+            options.args = {"run", root.path()};
+        }
+        ConsoleSession console(root, options);
+        ASSERT_TRUE(WaitWelcome(console));
+        TerminalOf terminal(console);
+        // Ctrl-S is a key now; a quit is obeyed at once.
+        console.type("\x13");
+        if (throughSim)
+            console.type(Key::Ctrl('c'));  // tesk-sim waits for the console it started
+        else
+            console.signal(SIGTERM);
+        EXPECT_EQ(console.waitExit(TeskTest::Scaled(std::chrono::seconds(3))),
+                  ExitStatus::Exited(0));
+        EXPECT_TRUE(terminal.cooked()) << terminal.path();
+    }
+}
+
+TEST(JobControl, AQuitEndsTheConsoleWhileItsTerminalTakesNoOutput) {
+    SimRoot root;
+    ConsoleSession console(root, RemoteShell(80, 25));
+    ASSERT_TRUE(WaitWelcome(console));
+    TerminalOf terminal(console);
+    // The next frame's write waits for good; so would the end of curses.
+    ASSERT_TRUE(terminal.stopOutput());
+    console.key(FKey(2));
+    console.signal(SIGTERM);
+    EXPECT_EQ(console.waitExit(TeskTest::Scaled(std::chrono::seconds(3))), ExitStatus::Exited(0));
+    EXPECT_TRUE(root.hasLogLine("Ending at once: the terminal takes no output"));
+    EXPECT_TRUE(terminal.cooked()) << terminal.path();
+}
+
+TEST(JobControl, AFatalSignalGivesTheTerminalBack) {
+    SimRoot root;
+    for (const int sig : {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL}) {
+        SCOPED_TRACE(::strsignal(sig));
+        SessionOptions options = RemoteShell(80, 25);
+        // A sanitizer's handler takes the signal after the console's.
+        options.failOnSanitizerReport = false;
+        ConsoleSession console(root, options);
+        ASSERT_TRUE(WaitWelcome(console));
+        TerminalOf terminal(console);
+        console.signal(sig);
+        EXPECT_NE(console.waitExit(), ExitStatus::Exited(0));
         EXPECT_TRUE(terminal.cooked()) << terminal.path();
     }
 }

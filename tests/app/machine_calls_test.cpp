@@ -49,6 +49,8 @@ const Listed kListed[] = {
     {"app/startup.cpp", "\"/dev", "/dev/null for stderr"},
     {"app/startup.cpp", "tcsetattr", "the console's own terminal, put back on every way out"},
     {"ui/terminal.cpp", "ioctl", "TIOCGWINSZ on the console's own terminal: reads its size"},
+    {"ui/terminal_restore.cpp", "tcsetattr",
+     "the console's own terminal: flow control off, the settings found put back"},
     {"session/log_viewer.cpp", "tcsetattr", "the console's own terminal, handed to the pager"},
     {"session/log_viewer.cpp", "tcsetpgrp", "the console's own terminal's foreground group"},
     {"session/log_viewer.cpp", "posix_spawn", "the pager of the host root (HostPath)"},

@@ -18,6 +18,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -117,6 +118,23 @@ void ConsoleSession::start(const SimRoot* root) {
     }
 }
 
+namespace {
+
+// Types Ctrl-S into a terminal nobody has yet read from and waits until its
+// line discipline has stopped the output: the slave takes no more bytes.
+bool StopOutput(int master, int slave) {
+    if (::write(master, "\x13", 1) != 1) return false;
+    const auto deadline = Clock::now() + DefaultTimeout();
+    while (Clock::now() < deadline) {
+        pollfd out{slave, POLLOUT, 0};
+        if (::poll(&out, 1, 0) == 0) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+}  // namespace
+
 void ConsoleSession::launch(const SimRoot* root) {
     const SessionOptions& options = options_;
     const std::string program = options.program.empty() ? TeskBinary() : options.program;
@@ -184,6 +202,10 @@ void ConsoleSession::launch(const SimRoot* root) {
     // master never reports a hang-up before the program is running.
     int slave = ::open(slaveName, O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (slave < 0) ThrowErrno(std::string("open ") + slaveName);
+    if (options.outputStopped && !StopOutput(master_, slave)) {
+        ::close(slave);
+        throw std::runtime_error("the terminal's output did not stop on Ctrl-S");
+    }
 
     int execPipe[2];
     if (::pipe2(execPipe, O_CLOEXEC) != 0) {

@@ -45,6 +45,10 @@ struct SessionOptions {
     bool answerQueries = false;
     // Fail the test when the program leaves a sanitizer report behind.
     bool failOnSanitizerReport = true;
+    // The terminal's output is stopped before the program starts, as by a
+    // Ctrl-S typed then (a new terminal has flow control on): the program's
+    // writes wait until it turns flow control off or a Ctrl-Q comes.
+    bool outputStopped = false;
 };
 
 // How a program ended, or that it has not.

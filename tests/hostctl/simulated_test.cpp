@@ -129,7 +129,7 @@ TEST_F(SimulatedHostTest, AccountStoreTakesThePasswordHashesInUse) {
     const std::string hash = TeskTest::PasswordHash("n3w-Secret");
     root().writeFile("/etc/simhost/users",
                      "root:" + hash + ":success\nexpired:" + hash + ":success\n");
-    HostCtl::Authentication::StoreUserAccountsToCs();
+    HostCtl::TheBackend().StoreUserAccountsToCs();
     EXPECT_EQ(root().stateValue("/users/0/passwordHash"), Json(hash));
     const Json expired = root().stateValue("/users/2").value();
     ASSERT_EQ(expired["name"], "expired");

@@ -89,6 +89,19 @@ TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
              ASSERT_EQ(::mkfifo(state.c_str(), 0644), 0);
          },
          "simulated host state is not a regular file"},
+        {"a link out of the root",
+         [](const SimRoot& root) {
+             const std::string state = root.path("/var/lib/simhost/state.json");
+             std::filesystem::rename(state, root.path("/tmp/elsewhere.json"));
+             std::filesystem::create_symlink(root.path("/tmp/elsewhere.json"), state);
+         },
+         "simulated host state is not a regular file"},
+        {"nested 10,000 levels deep",
+         [](const SimRoot& root) {
+             root.writeFile("/var/lib/simhost/state.json", "{\"deep\": " + std::string(10000, '[') +
+                                                               std::string(10000, ']') + "}");
+         },
+         "simulated host state cannot be read: values nested deeper than 64 levels"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -97,6 +110,11 @@ TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
         ConsoleSession console(root, LocalConsole(80, 25));
         EXPECT_TRUE(console.waitForText(kFooter));
         EXPECT_TRUE(root.waitForLogLine(c.logged));
+        // The login writes nothing to the state, and the menu's reads fail.
+        console.key(FKey(2));
+        ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+        EnterCredentials(console, "root", kPassword);
+        EXPECT_TRUE(root.waitForLogLine("User root logged in"));
         EndsOnSigterm(console);
     }
 }

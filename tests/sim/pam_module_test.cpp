@@ -31,10 +31,12 @@ protected:
                                                   "open::success\n" + "clear:secret1:success\n");
     }
 
-    std::string Pam(const std::string& args) {
+    // Runs the check program with args; shell commands in `before` run first
+    // in the same process, which then becomes the check program ($$ is its pid).
+    std::string Pam(const std::string& args, const std::string& before = "") {
         std::string env;
         for (const auto& [k, v] : Sim::PamEnvironment(root_.path())) env += k + "='" + v + "' ";
-        std::string cmd = env + PAM_CHECK_BINARY + std::string(" ") + args;
+        std::string cmd = before + "exec env " + env + PAM_CHECK_BINARY + std::string(" ") + args;
         std::unique_ptr<FILE, int (*)(FILE*)> p(::popen(cmd.c_str(), "r"), ::pclose);
         std::array<char, 256> buf{};
         std::string out;
@@ -97,20 +99,44 @@ TEST_F(SimulatedPam, AfterAuthenticationAChangeAsksOnlyTheNewPasswordTwice) {
               "0 0 " + std::to_string(PAM_AUTHTOK_ERR) + " 3");
 }
 
-TEST(SimulatedHostInit, UsersKeepHashesNeverClearText) {
+TEST_F(SimulatedPam, TheUserFileStaysPrivateAndInsideTheRoot) {
+    // A link planted where a temporary file with a predictable name would be
+    // made, and a user file that is itself a link.
+    const std::string db = root_.path("/etc/simhost/users");
+    const std::string outside = root_.path("") + "-outside";
+    std::ofstream(outside) << "untouched\n";
+    EXPECT_EQ(Pam("change root secret1 Newpass1 Newpass1",
+                  "ln -s '" + outside + "' '" + db + ".tmp.'$$ && "),
+              "0");
+    EXPECT_EQ(Pam("login root Newpass1"), "0 0 1");
+    std::ifstream in(outside);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "untouched\n");
+    EXPECT_EQ(fs::status(db).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    for (const auto& entry : fs::directory_iterator(fs::path(db).parent_path()))
+        if (entry.path().filename().string().starts_with("users.tmp.") && !entry.is_symlink())
+            ADD_FAILURE() << "left behind: " << entry.path();
+
+    fs::rename(db, outside);
+    fs::create_symlink(outside, db);
+    EXPECT_EQ(Pam("login root Newpass1"), std::to_string(PAM_AUTH_ERR) + " -1 1");
+    fs::remove(outside);
+}
+
+TEST(SimulatedHostInit, OnlyThePrivateUserFileKeepsHashesNeverClearText) {
     TeskTest::SimRoot root;
     const Json users = root.state()["users"];
     ASSERT_FALSE(users.empty());
     for (const auto& user : users) {
         EXPECT_FALSE(user.contains("password")) << user;
-        EXPECT_TRUE(user.value("passwordHash", "").starts_with("$y$")) << user;
+        EXPECT_FALSE(user.contains("passwordHash")) << user;
+        EXPECT_TRUE(user.contains("outcome")) << user;
     }
     const std::string file = root.readFile("/etc/simhost/users");
+    EXPECT_NE(file.find("root:$y$"), std::string::npos);
     EXPECT_EQ(file.find(Sim::DemoLogin().second), std::string::npos);
     EXPECT_EQ(root.state().dump().find(Sim::DemoLogin().second), std::string::npos);
-    EXPECT_EQ(std::filesystem::status(root.path("/etc/simhost/users")).permissions() &
-                  (fs::perms::group_all | fs::perms::others_all),
-              fs::perms::none);
+    EXPECT_EQ(std::filesystem::status(root.path("/etc/simhost/users")).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
 }
 
 }  // namespace

@@ -141,6 +141,11 @@ TEST_F(StateStore, AReaderNeverSeesHalfADocumentWhileAnotherProcessWrites) {
     EXPECT_EQ(Sim::Get("/count"), Json(300 % 40));
 }
 
+std::string Contents(const std::string& path) {
+    std::ifstream in(path);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
 // Runs body in a child process; its exit status, or -1 when it was still
 // running after `seconds` (then it is killed).
 int InChildWithin(int seconds, const std::function<int()>& body) {
@@ -159,6 +164,20 @@ int InChildWithin(int seconds, const std::function<int()>& body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+// A change tried in a child process (which may hang or crash): 0 when it was
+// refused with a message holding `refusal`, 1 when it went through, 2 on
+// another message, -1 when the child crashed or hung.
+int ChangeRefusedWith(const std::string& refusal) {
+    return InChildWithin(20, [&refusal] {
+        try {
+            Sim::Update([](Json& s) { s["profile"] = "written"; });
+            return 1;
+        } catch (const std::runtime_error& e) {
+            return std::string(e.what()).find(refusal) != std::string::npos ? 0 : 2;
+        }
+    });
+}
+
 TEST_F(StateStore, ADocumentThatIsNoObjectIsUnreadable) {
     for (const char* text : {"[]", "42", "\"text\"", "null"}) {
         EditByHand(text);
@@ -171,35 +190,74 @@ TEST_F(StateStore, ADocumentThatIsNoObjectIsUnreadable) {
     EXPECT_EQ(Sim::Get("/profile"), Json("back"));
 }
 
-TEST_F(StateStore, SpecialFilesAreRefusedWithoutWaiting) {
-    // A FIFO in place of the state file (or of its lock file) would hold an
-    // open for reading until some writer came along.
+TEST_F(StateStore, AnythingButARegularFileIsRefusedWithoutWaitingOrFollowing) {
+    // A FIFO in place of the state file or of its lock file would hold an
+    // open until some writer came along; a link would lead reads and writes
+    // out of the root; a folder cannot be locked.
+    namespace fs = std::filesystem;
     const std::string state = Sim::StatePath();
-    for (const std::string& fifo : {state, state + ".lock"}) {
-        std::filesystem::rename(state, state + ".saved");
-        if (fifo != state) std::filesystem::copy_file(state + ".saved", state);
-        std::filesystem::remove(fifo);
-        ASSERT_EQ(::mkfifo(fifo.c_str(), 0644), 0);
-        const bool lockFifo = fifo != state;
-        EXPECT_EQ(InChildWithin(5,
-                                [lockFifo] {
-                                    try {
-                                        auto doc = Sim::Snapshot();
-                                        return lockFifo && doc->contains("network") ? 0 : 1;
-                                    } catch (const std::runtime_error& e) {
-                                        return !lockFifo && std::string(e.what()).find(
-                                                                "not a regular file") !=
-                                                                std::string::npos
-                                                   ? 0
-                                                   : 2;
-                                    }
-                                }),
-                  0)
-            << fifo;
-        std::filesystem::remove(fifo);
-        std::filesystem::rename(state + ".saved", state);
+    const std::string outside = root_->path("") + "-outside";
+    fs::copy_file(state, outside);
+    const std::string original = root_->readFile("/var/lib/simhost/state.json");
+    const struct {
+        const char* what;
+        std::string path;
+        std::function<void(const std::string&)> make;
+    } cases[] = {
+        {"state FIFO", state, [](const std::string& p) { ::mkfifo(p.c_str(), 0644); }},
+        {"lock FIFO", state + ".lock", [](const std::string& p) { ::mkfifo(p.c_str(), 0644); }},
+        {"lock folder", state + ".lock", [](const std::string& p) { fs::create_directory(p); }},
+        {"state link", state, [&](const std::string& p) { fs::create_symlink(outside, p); }},
+        {"lock link", state + ".lock",
+         [&](const std::string& p) { fs::create_symlink(outside, p); }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        fs::remove_all(c.path);
+        c.make(c.path);
+        EXPECT_EQ(ChangeRefusedWith("is not a regular file"), 0);
+        fs::remove_all(c.path);
+        if (c.path == state) root_->writeFile("/var/lib/simhost/state.json", original);
     }
     EXPECT_EQ(Sim::Get("/profile"), Json("default"));
+    EXPECT_EQ(Contents(outside), original) << "written through a link";
+    fs::remove(outside);
+}
+
+TEST_F(StateStore, WritesGoToAPrivateFileOfTheirOwnAndReplaceTheStateWhole) {
+    // A link where a predictable temporary name would be is never written
+    // through; the state is replaced, readable by all, and nothing is left.
+    namespace fs = std::filesystem;
+    const std::string state = Sim::StatePath();
+    const std::string outside = root_->path("") + "-outside";
+    std::ofstream(outside) << "untouched";
+    fs::create_symlink(outside, state + ".tmp." + std::to_string(::getpid()));
+    Sim::Update([](Json& s) { s["profile"] = "written"; });
+    EXPECT_EQ(Contents(outside), "untouched");
+    fs::remove(state + ".tmp." + std::to_string(::getpid()));
+    fs::remove(outside);
+
+    EXPECT_EQ(Sim::Get("/profile"), Json("written"));
+    EXPECT_EQ(fs::symlink_status(state).type(), fs::file_type::regular);
+    EXPECT_EQ(fs::status(state).permissions(), static_cast<fs::perms>(0644));
+    for (const auto& entry : fs::directory_iterator(fs::path(state).parent_path()))
+        EXPECT_EQ(entry.path().filename().string().find(".tmp."), std::string::npos)
+            << entry.path();
+}
+
+TEST_F(StateStore, NestingPastTheLimitIsUnreadableNotACrash) {
+    // Deep nesting would make every copy, comparison and dump of the
+    // document recurse that deep.
+    const auto nested = [](int depth) {
+        return R"({"profile": "nested", "deep": )" + std::string(depth, '[') +
+               std::string(depth, ']') + "}";
+    };
+    EditByHand(nested(Sim::kMaxNesting - 1));
+    EXPECT_EQ(Sim::Get("/profile"), Json("nested"));
+    for (int depth : {Sim::kMaxNesting, 10000, 1000000}) {
+        EditByHand(nested(depth));
+        EXPECT_EQ(ChangeRefusedWith("simulated host state cannot be read"), 0) << depth;
+    }
 }
 
 }  // namespace
