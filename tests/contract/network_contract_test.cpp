@@ -16,8 +16,10 @@
 #include <vector>
 
 #include "hostctl/backend.h"
+#include "platform/host_platform.h"
 #include "platform/hostroot.h"
 #include "simhost/backend.h"
+#include "simhost/platform_nodes.h"
 #include "tests/harness/sim_root.h"
 
 namespace TeskTest {
@@ -33,9 +35,14 @@ class SimulatedNetworkHost {
 public:
     SimulatedNetworkHost() {
         Tesk::Platform::SetHostRootForTesting(root_.path());
+        // The root's own log, where the tools' lines are read back.
+        Tesk::Platform::InstallHostPlatform(ZrkCtl::MakeSimulatedPlatform());
         backend_ = ZrkCtl::MakeSimulatedBackend();
     }
-    ~SimulatedNetworkHost() { Tesk::Platform::SetHostRootForTesting(""); }
+    ~SimulatedNetworkHost() {
+        Tesk::Platform::InstallHostPlatform(nullptr);
+        Tesk::Platform::SetHostRootForTesting("");
+    }
 
     const HostCtl::Backend& backend() const { return *backend_; }
 
