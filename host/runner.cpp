@@ -450,24 +450,6 @@ int RunKovacli(const char* const argv[]) {
     return rc;
 }
 
-bool AddStandardVswitch(const std::string& vswitch) {
-    const char* argv[] = {"kovacli", "network", "vswitch",       "standard",
-                          "add",     "-v",      vswitch.c_str(), nullptr};
-    return RunKovacli(argv) == 0;
-}
-
-bool AddVswitchUplink(const std::string& vswitch, const std::string& uplink) {
-    const char* argv[] = {"kovacli", "network",      "vswitch", "standard",      "uplink", "add",
-                          "-u",      uplink.c_str(), "-v",      vswitch.c_str(), nullptr};
-    return RunKovacli(argv) == 0;
-}
-
-bool RemoveVswitchUplink(const std::string& vswitch, const std::string& uplink) {
-    const char* argv[] = {"kovacli", "network",      "vswitch", "standard",      "uplink", "remove",
-                          "-u",      uplink.c_str(), "-v",      vswitch.c_str(), nullptr};
-    return RunKovacli(argv) == 0;
-}
-
 bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch) {
     const char* argv[] = {"kovacli",   "network",       "vswitch", "standard",
                           "portgroup", "add",           "-p",      portGroup.c_str(),

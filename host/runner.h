@@ -95,10 +95,7 @@ int RunCommandLogged(const char* path, const char* const argv[]);
 // "Command \"%s\" succeeded" or "Command \"%s\" failed (rc=%d): %s".
 int RunKovacli(const char* const argv[]);
 
-// Standard switch commands through RunKovacli; true on exit status 0.
-bool AddStandardVswitch(const std::string& vswitch);
-bool AddVswitchUplink(const std::string& vswitch, const std::string& uplink);
-bool RemoveVswitchUplink(const std::string& vswitch, const std::string& uplink);
+// The standard port-group command through RunKovacli; true on exit status 0.
 bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch);
 
 // Runs a management-tool command "rux-cmd" "-U" user command... with no time
