@@ -12,7 +12,8 @@ namespace Tesk {
 // password; anything else fails. No credentials are set. On a simulated host
 // root PAM must go through pam_wrapper to the root's own users; without it the
 // login is refused (PAM_SYSTEM_ERR, logged) rather than tried on the machine's
-// accounts.
+// accounts. libpam is loaded at the first exchange (admin/pam_library.h); when
+// it cannot be loaded the exchange fails the same way (PAM_SYSTEM_ERR, logged).
 int PamLoginCheck(const std::string& user, const std::string& password);
 
 // Changes user's password from oldPassword to newPassword: authenticates,
@@ -20,7 +21,7 @@ int PamLoginCheck(const std::string& user, const std::string& password);
 // refreshes the credentials. True when every step succeeded. The conversation
 // answers the hidden prompts in order with the old password, then the new one
 // twice (current, new, new again); anything else gets an empty answer. The
-// same simulated-root rule as PamLoginCheck applies.
+// same simulated-root rule and loading of libpam as PamLoginCheck apply.
 bool PamChangePassword(const std::string& user, const std::string& oldPassword,
                        const std::string& newPassword);
 
