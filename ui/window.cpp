@@ -138,12 +138,20 @@ void Window::removeChild(Window* child) {
 void Window::setActive(bool active) {
     // A focus change walks the whole window tree: its drawing goes out once.
     DrawBatch batch;
+    // A child whose parent changes focus too is refreshed with the parent,
+    // whose curses window holds its cells.
+    const bool shown = !parent_ || !parent_->changingFocus_;
+    struct Changing {
+        bool& flag;
+        explicit Changing(bool& f) : flag(f) { flag = true; }
+        ~Changing() { flag = false; }
+    } changing(changingFocus_);
     active_ = active;
     if (active) {
         PaintBackground(win_, TextAttr(background_, foreground_), children_);
         for (Window* child : children_) child->setActive(true);
         paint();
-        redraw();
+        if (shown) redraw();
         if (isTopLevel()) {
             SetCursorVisible(savedCursor_.visible);
             if (savedCursor_.visible) {
@@ -161,7 +169,7 @@ void Window::setActive(bool active) {
         PaintBackground(win_, ColourAttr(ColourBlack, ColourDarkGrey), children_);
         for (Window* child : children_) child->setActive(false);
         paint();
-        redraw();
+        if (shown) redraw();
     }
     // Type-ahead is dropped once per focus change, not once per window.
     if (batch.outermost()) flushinp();

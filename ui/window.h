@@ -65,6 +65,7 @@ private:
     int background_ = ColourBlack, foreground_ = ColourWhite;
     std::vector<Window*> children_;
     bool active_ = true;
+    bool changingFocus_ = false;
 };
 
 // Collects what windows draw while it lives and sends it to the terminal in
