@@ -36,11 +36,7 @@ TEST(PamLoading, ALibpamThatCannotBeLoadedFailsTheLoginWithALogLine) {
     SessionOptions options = RemoteShell();
     options.env.emplace_back("LD_LIBRARY_PATH", root.path("/tmp/lib"));
     ConsoleSession console(root, options);
-    ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
-    EnterCredentials(console, "root", kPassword);
-    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    ASSERT_TRUE(LogInRefused(console));
     EXPECT_TRUE(root.hasLogLine("Loading PAM failed: "));
     EXPECT_EQ(console.status(), ExitStatus::Running());
 }
