@@ -8,6 +8,8 @@
 #include <cstring>
 
 #include "platform/host_platform.h"
+#include "admin/pam_library.h"
+#include "platform/syslog.h"
 
 namespace Tesk {
 
@@ -75,21 +77,23 @@ int ConverseChange(int count, const pam_message** messages, pam_response** respo
 bool PamChangePassword(const std::string& user, const std::string& oldPassword,
                        const std::string& newPassword) {
     if (!Platform::TheHostPlatform().PamReachesHostUsers()) return false;
+    const PamCalls* pam = LoadPam();
+    if (pam == nullptr) return false;
     // Private copies for the conversation, wiped when PAM is done.
     std::string oldCopy = oldPassword;
     std::string newCopy = newPassword;
     ChangeAnswers answers{oldCopy.c_str(), newCopy.c_str()};
     pam_conv conversation{&ConverseChange, &answers};
     pam_handle_t* pamh = nullptr;
-    int status = pam_start("tesk", user.c_str(), &conversation, &pamh);
+    int status = pam->pam_start("tesk", user.c_str(), &conversation, &pamh);
     if (status == PAM_SUCCESS) {
-        status = pam_authenticate(pamh, PAM_SILENT);
+        status = pam->pam_authenticate(pamh, PAM_SILENT);
         if (status == PAM_SUCCESS || status == PAM_NEW_AUTHTOK_REQD)
-            status = pam_acct_mgmt(pamh, PAM_SILENT);
+            status = pam->pam_acct_mgmt(pamh, PAM_SILENT);
         if (status == PAM_SUCCESS || status == PAM_NEW_AUTHTOK_REQD)
-            status = pam_chauthtok(pamh, PAM_SILENT);
-        if (status == PAM_SUCCESS) status = pam_setcred(pamh, PAM_REFRESH_CRED);
-        pam_end(pamh, status);
+            status = pam->pam_chauthtok(pamh, PAM_SILENT);
+        if (status == PAM_SUCCESS) status = pam->pam_setcred(pamh, PAM_REFRESH_CRED);
+        pam->pam_end(pamh, status);
     }
     Wipe(oldCopy);
     Wipe(newCopy);
@@ -103,16 +107,18 @@ void Wipe(std::string& secret) {
 
 int PamLoginCheck(const std::string& user, const std::string& password) {
     if (!Platform::TheHostPlatform().PamReachesHostUsers()) return PAM_SYSTEM_ERR;
+    const PamCalls* pam = LoadPam();
+    if (pam == nullptr) return PAM_SYSTEM_ERR;
     // The conversation's private copy, wiped and freed when PAM is done.
     char* copy = ::strdup(password.c_str());
     if (copy == nullptr) return PAM_BUF_ERR;
     pam_conv conversation{&Converse, copy};
     pam_handle_t* pamh = nullptr;
-    int status = pam_start("tesk", user.c_str(), &conversation, &pamh);
+    int status = pam->pam_start("tesk", user.c_str(), &conversation, &pamh);
     if (status == PAM_SUCCESS) {
-        status = pam_authenticate(pamh, PAM_SILENT);
-        if (status == PAM_SUCCESS) status = pam_acct_mgmt(pamh, PAM_SILENT);
-        pam_end(pamh, status);
+        status = pam->pam_authenticate(pamh, PAM_SILENT);
+        if (status == PAM_SUCCESS) status = pam->pam_acct_mgmt(pamh, PAM_SILENT);
+        pam->pam_end(pamh, status);
     }
     ::explicit_bzero(copy, std::strlen(copy));
     std::free(copy);

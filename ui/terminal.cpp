@@ -92,6 +92,12 @@ void RegisterEscapeSequences() {
 }
 
 void SetupCurses() {
+    // Until a screen has been ended once and refreshed again, ncurses (6.4)
+    // sends its output at every cursor movement: a frame went out in about
+    // 70 write(2)s of some 60 bytes. Ended before anything is drawn and
+    // resumed by the refresh below, it sends each refresh in one write (as
+    // far as its output buffer holds).
+    endwin();
     SetCursorVisible(false);
     cbreak();
     noecho();

@@ -15,30 +15,52 @@ int g_batchDepth = 0;
 
 // Gives every cell of win the attribute attr (colour pair and standout),
 // keeping its character and, for line-drawing cells, the alternate character
-// set, and makes attr the background of what is written later.
+// set, and makes attr the background of what is written later. Cells that
+// hold attr already are not written, and neither are the cells of the windows
+// in covered (children that paint themselves right after), so a window that
+// was not drawn over since its last painting costs one read of its cells.
 //
 // wbkgd is not enough: it recolours only the cells that still hold the old
 // background exactly, and sub-windows share their cells with their parent, so
 // a parent that changed background first leaves its children's empty cells
 // in the parent's colours for good.
-void PaintBackground(WINDOW* win, attr_t attr) {
+void PaintBackground(WINDOW* win, attr_t attr, const std::vector<Window*>& covered = {}) {
     if (!win) return;
     wbkgdset(win, ' ' | attr);
     const short pair = static_cast<short>(PAIR_NUMBER(attr));
     const attr_t plain = attr & ~A_COLOR;
     int cursorY = 0, cursorX = 0;
     getyx(win, cursorY, cursorX);
-    const int rows = getmaxy(win), columns = getmaxx(win);
+    const int rows = getmaxy(win);
+    const std::size_t columns = static_cast<std::size_t>(std::max(0, getmaxx(win)));
+    std::vector<chtype> cells(columns + 1);
+    std::vector<char> skip(columns);
     for (int row = 0; row < rows; ++row) {
-        // Runs of cells alike in their alternate-character-set flag.
-        int start = 0;
-        attr_t runFlag = mvwinch(win, row, 0) & A_ALTCHARSET;
-        for (int column = 1; column <= columns; ++column) {
-            const attr_t flag = column < columns ? mvwinch(win, row, column) & A_ALTCHARSET : 0;
-            if (column < columns && flag == runFlag) continue;
-            mvwchgat(win, row, start, column - start, plain | runFlag, pair, nullptr);
-            start = column;
-            runFlag = flag;
+        std::fill(skip.begin(), skip.end(), 0);
+        for (const Window* child : covered) {
+            WINDOW* c = child->curses();
+            if (!c) continue;
+            const int top = getbegy(c) - getbegy(win), left = getbegx(c) - getbegx(win);
+            if (row < top || row >= top + getmaxy(c)) continue;
+            const auto from = static_cast<std::size_t>(std::max(0, left));
+            const auto to =
+                std::min(columns, static_cast<std::size_t>(std::max(0, left + getmaxx(c))));
+            for (std::size_t column = from; column < to; ++column) skip[column] = 1;
+        }
+        if (std::find(skip.begin(), skip.end(), 0) == skip.end()) continue;
+        mvwinchnstr(win, row, 0, cells.data(), static_cast<int>(columns));
+        // Runs of cells to paint, alike in their alternate-character-set flag.
+        for (std::size_t column = 0; column < columns;) {
+            if (skip[column] || (cells[column] & A_ATTRIBUTES & ~A_ALTCHARSET) == attr) {
+                ++column;
+                continue;
+            }
+            const attr_t flag = cells[column] & A_ALTCHARSET;
+            std::size_t end = column + 1;
+            while (end < columns && !skip[end] && (cells[end] & A_ALTCHARSET) == flag) ++end;
+            mvwchgat(win, row, static_cast<int>(column), static_cast<int>(end - column),
+                     plain | flag, pair, nullptr);
+            column = end;
         }
     }
     wmove(win, cursorY, cursorX);
@@ -46,12 +68,12 @@ void PaintBackground(WINDOW* win, attr_t attr) {
 
 }  // namespace
 
-DrawBatch::DrawBatch() {
+DrawBatch::DrawBatch(bool held) : held_(held) {
     ++g_batchDepth;
 }
 
 DrawBatch::~DrawBatch() {
-    if (--g_batchDepth == 0) doupdate();
+    if (--g_batchDepth == 0 && !held_) doupdate();
 }
 
 bool DrawBatch::outermost() const {
@@ -116,12 +138,20 @@ void Window::removeChild(Window* child) {
 void Window::setActive(bool active) {
     // A focus change walks the whole window tree: its drawing goes out once.
     DrawBatch batch;
+    // A child whose parent changes focus too is refreshed with the parent,
+    // whose curses window holds its cells.
+    const bool shown = !parent_ || !parent_->changingFocus_;
+    struct Changing {
+        bool& flag;
+        explicit Changing(bool& f) : flag(f) { flag = true; }
+        ~Changing() { flag = false; }
+    } changing(changingFocus_);
     active_ = active;
     if (active) {
-        PaintBackground(win_, TextAttr(background_, foreground_));
+        PaintBackground(win_, TextAttr(background_, foreground_), children_);
         for (Window* child : children_) child->setActive(true);
         paint();
-        redraw();
+        if (shown) redraw();
         if (isTopLevel()) {
             SetCursorVisible(savedCursor_.visible);
             if (savedCursor_.visible) {
@@ -136,10 +166,10 @@ void Window::setActive(bool active) {
             savedCursor_ = Cursor();
             SetCursorVisible(false);
         }
-        PaintBackground(win_, ColourAttr(ColourBlack, ColourDarkGrey));
+        PaintBackground(win_, ColourAttr(ColourBlack, ColourDarkGrey), children_);
         for (Window* child : children_) child->setActive(false);
         paint();
-        redraw();
+        if (shown) redraw();
     }
     // Type-ahead is dropped once per focus change, not once per window.
     if (batch.outermost()) flushinp();
@@ -174,8 +204,11 @@ int Run(Window& w) {
     if (opener) {
         opener->setActive(false);
         opener->redraw();
+        w.setActive(true);
+    } else {
+        DrawBatch held(true);
+        w.setActive(true);
     }
-    w.setActive(true);
     g_current = &w;
     int result = 0;
     try {

@@ -65,18 +65,23 @@ private:
     int background_ = ColourBlack, foreground_ = ColourWhite;
     std::vector<Window*> children_;
     bool active_ = true;
+    bool changingFocus_ = false;
 };
 
 // Collects what windows draw while it lives and sends it to the terminal in
 // one go when the outermost batch ends, instead of one write per window. The
-// key reader sends whatever is pending before it waits.
+// key reader sends whatever is pending before it waits. A held batch sends
+// nothing when it ends: its drawing goes out with the next one.
 class DrawBatch {
 public:
-    DrawBatch();
+    explicit DrawBatch(bool held = false);
     ~DrawBatch();
     DrawBatch(const DrawBatch&) = delete;
     DrawBatch& operator=(const DrawBatch&) = delete;
     bool outermost() const;
+
+private:
+    bool held_;
 };
 
 // Sends a curses window's drawing to the terminal: now, or with the open
@@ -91,7 +96,9 @@ void SetCurrentWindow(Window* w);
 // dimmed while w runs and made current again afterwards; TeskTimeout leaves no
 // window current and is passed on. A window that does not fit on the screen
 // does not run: a one-line note (ui/too_small_note.h) stands in for it until
-// <Esc> or <Enter>, and the result is 0.
+// <Esc> or <Enter>, and the result is 0. A window without an opener (the
+// program's first) is not sent as a frame of its own: its run() draws it
+// whole, or the key reader sends it before the first wait.
 int Run(Window& w);
 
 }  // namespace Tesk

@@ -7,12 +7,14 @@
 // settled first frame (the whole screen equal to the frame an untimed start
 // settled on) and the CPU time the process had used by then (the sum of
 // /proc/<pid>/task/*/schedstat's first field, time on a CPU in ns). Medians
-// over the pairs (the benchmark's argument).
+// over the pairs (the benchmark's argument). TESK_BENCH_CONSOLE and
+// TESK_BENCH_HOST_ROOT point it at another console and host root.
 #include <dirent.h>
 #include <sys/types.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <functional>
@@ -43,13 +45,23 @@ SimRoot& Root() {
 }
 
 // Both programs see the same environment: the root, TERM=linux, 80 x 25, no
-// PAM set-up (the welcome screen asks nothing of PAM).
+// PAM set-up (the welcome screen asks nothing of PAM). In the lab the host
+// root can be another one (TESK_BENCH_HOST_ROOT, "/" for the host itself).
 SessionOptions Options(std::string program, std::vector<std::string> args) {
     SessionOptions options;
     options.program = std::move(program);
     options.args = std::move(args);
     options.pamWrapper = false;
+    if (const char* root = std::getenv("TESK_BENCH_HOST_ROOT"); root && *root)
+        options.env.emplace_back("TESK_ROOT", root);
     return options;
+}
+
+// The console measured: the one of this build, or in the lab another build
+// (TESK_BENCH_CONSOLE, such as one on the host's own backend).
+std::string Console() {
+    const char* console = std::getenv("TESK_BENCH_CONSOLE");
+    return console && *console ? console : TeskBinary();
 }
 
 // Time on a CPU so far, summed over the process's threads, in ms.
@@ -122,7 +134,7 @@ double Median(std::vector<double> samples) {
 }
 
 void FirstFrameVsDialog(benchmark::State& state) {
-    const SessionOptions tesk = Options(TeskBinary(), {});
+    const SessionOptions tesk = Options(Console(), {});
     const std::string teskFrame = SettledFrame(
         tesk,
         [](const Screen& s) {

@@ -158,11 +158,7 @@ TEST(MachineCalls, ASimulatedRootNeverAuthenticatesAgainstTheMachinesAccounts) {
     SessionOptions options = RemoteShell();
     options.pamWrapper = false;
     ConsoleSession console(root, options);
-    ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
-    EnterCredentials(console, "root", kPassword);
-    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    ASSERT_TRUE(LogInRefused(console));
     EXPECT_TRUE(root.hasLogLine("Login refused: PAM does not go to the simulated host's users"));
 }
 

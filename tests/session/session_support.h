@@ -77,19 +77,36 @@ inline void EnterCredentials(ConsoleSession& console, std::string_view user,
     console.key(Key::Enter, where);
 }
 
-// F2, then a successful login; true when the customization menu is up.
-inline bool LogIn(ConsoleSession& console, std::string_view user = "root",
-                  std::string_view password = kPassword,
-                  std::source_location where = std::source_location::current()) {
+// From the settled welcome screen: F2, then user and password typed into the
+// login dialog; false when a step did not show.
+inline bool EnterLogin(ConsoleSession& console, std::string_view user, std::string_view password,
+                       std::source_location where) {
     if (!WaitWelcome(console, where)) return false;
     console.key(FKey(2), where);
     if (!WaitSettled(console, "Login Name:", where)) return false;
     EnterCredentials(console, user, password, where);
+    return true;
+}
+
+// F2, then a successful login; true when the customization menu is up.
+inline bool LogIn(ConsoleSession& console, std::string_view user = "root",
+                  std::string_view password = kPassword,
+                  std::source_location where = std::source_location::current()) {
+    if (!EnterLogin(console, user, password, where)) return false;
     // The title stands before the menu asks the host about its entries; the
     // right pane's footer comes last.
     if (!console.waitForText("System Customization", TeskTest::DefaultTimeout(), where))
         return false;
     return WaitSettled(console, "<Esc> Log Out", where);
+}
+
+// F2, then a login that fails; true when the invalid-login message is up and
+// settled.
+inline bool LogInRefused(ConsoleSession& console, std::string_view user = "root",
+                         std::string_view password = kPassword,
+                         std::source_location where = std::source_location::current()) {
+    return EnterLogin(console, user, password, where) &&
+           WaitSettled(console, "Invalid login or password.", where);
 }
 
 // Every cell of the screen, row by row: its text, colours and attributes, for
