@@ -17,6 +17,12 @@
 #else
 #define TESK_SIMULATED_MAKERS nullptr, nullptr
 #endif
+#ifdef TESK_BACKEND_LINUX
+#include "linuxhost/backend.h"
+#define TESK_LINUX_MAKERS &LinuxHost::MakeLinuxBackend, &LinuxHost::MakeLinuxPlatform
+#else
+#define TESK_LINUX_MAKERS nullptr, nullptr
+#endif
 
 namespace Tesk {
 namespace {
@@ -25,7 +31,7 @@ namespace {
 // builds it in.
 const HostBackendEntry kBackends[] = {
     {"simulated", TESK_SIMULATED_MAKERS},
-    {"linux", nullptr, nullptr},  // the real Linux host: not written yet
+    {"linux", TESK_LINUX_MAKERS},
 };
 
 // The backend of the machine the console runs on, when neither TESK_BACKEND

@@ -1,0 +1,27 @@
+// The Linux backend's construction and the makers the program uses. Making
+// the backend opens nothing: netlink sockets and bus connections are made by
+// the calls that need them, after the first frame.
+#include "linuxhost/linux_backend.h"
+
+#include "hostctl/exception.h"
+#include "linuxhost/backend.h"
+#include "linuxhost/platform.h"
+
+namespace LinuxHost {
+
+LinuxBackend::LinuxBackend() = default;
+LinuxBackend::~LinuxBackend() = default;
+
+void NotOnThisHost(const char* what) {
+    throw HostCtl::Lib::HostCtlException(std::string(what) + " is not available on this host");
+}
+
+std::unique_ptr<HostCtl::Backend> MakeLinuxBackend() {
+    return std::make_unique<LinuxBackend>();
+}
+
+std::unique_ptr<Tesk::Platform::HostPlatform> MakeLinuxPlatform() {
+    return std::make_unique<LinuxPlatform>();
+}
+
+}  // namespace LinuxHost
