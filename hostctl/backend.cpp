@@ -13,6 +13,10 @@ std::unique_ptr<Backend>& Slot() {
 
 }  // namespace
 
+std::string Backend::WhyNotOffered(Feature) const {
+    return {};
+}
+
 Backend& TheBackend() {
     auto& backend = Slot();
     if (!backend) throw Lib::HostCtlException("No host backend");

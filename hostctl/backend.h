@@ -14,6 +14,7 @@
 #include "hostctl/hardware.h"
 #include "hostctl/lockdown.h"
 #include "hostctl/network.h"
+#include "hostctl/offers.h"
 #include "hostctl/operations_agent.h"
 #include "hostctl/pinger.h"
 #include "hostctl/port_group_creator.h"
@@ -89,6 +90,12 @@ public:
     // Advanced options.
     virtual std::unique_ptr<Adv::AdvancedOption> GetAdvancedOptions() const = 0;
     virtual std::unique_ptr<Adv::UserAdvancedOption> GetUserAdvancedOptions() const = 0;
+
+    // Empty when the host offers feature; otherwise one sentence saying why
+    // not, for the pane or dialog that would have offered it. Asking does not
+    // touch the host more than once per feature (a backend probes and keeps
+    // the answer). Every feature is offered unless a backend says otherwise.
+    virtual std::string WhyNotOffered(Feature feature) const;
 };
 
 // The backend the program chose. Throws HostCtl::Lib::HostCtlException when

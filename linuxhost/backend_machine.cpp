@@ -25,4 +25,8 @@ std::unique_ptr<HostCtl::Lockdown::LockdownMode> LinuxBackend::GetLockdownMode()
     NotOnThisHost("Lockdown mode");
 }
 
+std::string WhyMachineFeatureNotOffered(HostCtl::Feature /*feature*/) {
+    return {};
+}
+
 }  // namespace LinuxHost

@@ -58,4 +58,8 @@ std::unique_ptr<HostCtl::Network::OperationsAgent> LinuxBackend::GetOperationsAg
     NotOnThisHost("The operations agent");
 }
 
+std::string WhyNetworkFeatureNotOffered(HostCtl::Feature /*feature*/) {
+    return {};
+}
+
 }  // namespace LinuxHost

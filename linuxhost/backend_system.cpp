@@ -45,4 +45,8 @@ std::unique_ptr<HostCtl::Adv::UserAdvancedOption> LinuxBackend::GetUserAdvancedO
     NotOnThisHost("The user advanced options");
 }
 
+std::string WhySystemFeatureNotOffered(HostCtl::Feature /*feature*/) {
+    return {};
+}
+
 }  // namespace LinuxHost

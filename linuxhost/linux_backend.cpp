@@ -12,6 +12,21 @@ namespace LinuxHost {
 LinuxBackend::LinuxBackend() = default;
 LinuxBackend::~LinuxBackend() = default;
 
+std::string LinuxBackend::WhyNotOffered(HostCtl::Feature feature) const {
+    switch (feature) {
+        case HostCtl::Feature::Vlan:
+        case HostCtl::Feature::NicTeaming:
+            return WhyNetworkFeatureNotOffered(feature);
+        case HostCtl::Feature::CustomExtensions:
+        case HostCtl::Feature::SmartCardLogin:
+            return WhySystemFeatureNotOffered(feature);
+        case HostCtl::Feature::LockdownMode:
+        case HostCtl::Feature::LiveCoreDump:
+            return WhyMachineFeatureNotOffered(feature);
+    }
+    return {};
+}
+
 void NotOnThisHost(const char* what) {
     throw HostCtl::Lib::HostCtlException(std::string(what) + " is not available on this host");
 }

@@ -56,7 +56,16 @@ public:
     std::unique_ptr<HostCtl::Agents::ManagementAgents> GetManagementAgents() const override;
     std::unique_ptr<HostCtl::Services::ShellServices> GetShellServices() const override;
     std::unique_ptr<HostCtl::Lockdown::LockdownMode> GetLockdownMode() const override;
+
+    // linux_backend.cpp: asks the area that knows (each area's file has a
+    // function for its own features).
+    std::string WhyNotOffered(HostCtl::Feature feature) const override;
 };
+
+// Each area's features (see HostCtl::Feature): empty when offered.
+std::string WhyNetworkFeatureNotOffered(HostCtl::Feature feature);  // backend_network.cpp
+std::string WhySystemFeatureNotOffered(HostCtl::Feature feature);   // backend_system.cpp
+std::string WhyMachineFeatureNotOffered(HostCtl::Feature feature);  // backend_machine.cpp
 
 // What a call of an area not served on this host throws.
 [[noreturn]] void NotOnThisHost(const char* what);
