@@ -1,0 +1,89 @@
+# The lab's names and addresses, and the helpers scripts/lab.sh and
+# scripts/lab/host.sh share: messages, waits, and removing a lab.
+# Sourced, never run.
+
+NETWORKD=/lib/systemd/systemd-networkd
+LAB_TMP=${TMPDIR:-/tmp}
+LAB_DOMAIN=lab.test
+LAB_HOSTNAME=tesk-lab
+LAB_GATEWAY=192.168.77.1
+LAB_GATEWAY6=fd77::1
+LAB_HOST_ADDRESS=192.168.77.10
+LAB_HOST_ADDRESS6=fd77::10
+# eth0 is $LAB_MAC_PREFIX:10, eth1 :11, eth2 :12 (locally administered).
+LAB_MAC_PREFIX=02:7e:5c:00:00
+# Seconds a service of the lab gets to come up; a loaded machine needs many.
+LAB_START_TIMEOUT=${LAB_START_TIMEOUT:-90}
+
+unavailable() {
+  echo "lab: $*" >&2
+  exit 2
+}
+
+fail() {
+  echo "lab: $*" >&2
+  exit 1
+}
+
+# True while process $1 exists and is not a zombie.
+Running() {
+  local state
+  state=$(awk '/^State:/ { print $2 }' "/proc/$1/status" 2>/dev/null) || return 1
+  [ -n "$state" ] && [ "$state" != Z ]
+}
+
+# Waits up to $2 seconds for process $1 to end; false if it still runs.
+WaitEnded() {
+  local end=$((SECONDS + $2))
+  while Running "$1"; do
+    [ "$SECONDS" -lt "$end" ] || return 1
+    sleep 0.1
+  done
+}
+
+# The processes in the network namespace bound to file $1.
+NamespacePids() {
+  local inode proc
+  [ "$(findmnt -n -o FSTYPE --mountpoint "$1" 2>/dev/null)" = nsfs ] || return 0
+  inode=$(stat -L -c %i "$1")
+  for proc in /proc/[0-9]*; do
+    [ "$(readlink "$proc/ns/net" 2>/dev/null)" = "net:[$inode]" ] && echo "${proc#/proc/}"
+  done
+  return 0
+}
+
+# Ends every process of lab directory $1's namespaces, unbinds them and
+# removes the directory.
+RemoveLab() {
+  local dir=$1 ns pids pid end
+  for ns in "$dir/ns/host" "$dir/ns/peer"; do
+    [ -e "$ns" ] || continue
+    pids=$(NamespacePids "$ns")
+    if [ -n "$pids" ]; then
+      kill -TERM $pids 2>/dev/null || true
+      end=$((SECONDS + 5))
+      for pid in $pids; do
+        while Running "$pid" && [ "$SECONDS" -lt "$end" ]; do sleep 0.1; done
+      done
+      kill -KILL $(NamespacePids "$ns") 2>/dev/null || true
+    fi
+    while [ "$(findmnt -n -o FSTYPE --mountpoint "$ns" 2>/dev/null)" = nsfs ]; do
+      umount "$ns" || break
+    done
+  done
+  rm -rf "$dir"
+}
+
+# Removes the labs left by a lab script that was killed outright.
+SweepStaleLabs() {
+  local dir pid
+  for dir in "$LAB_TMP"/tesklab-*.*; do
+    [ -d "$dir" ] || continue
+    pid=${dir##*/tesklab-}
+    pid=${pid%%.*}
+    if [ -r "/proc/$pid/cmdline" ] && tr '\0' ' ' <"/proc/$pid/cmdline" | grep -q 'lab\.sh'; then
+      continue
+    fi
+    RemoveLab "$dir"
+  done
+}
