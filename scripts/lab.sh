@@ -80,11 +80,14 @@ root=$LAB_DIR/root
 cp -R "$here/lab/root" "$root"
 mkdir -p "$root"/{etc/systemd/network,run/systemd/network,var/log,var/lib}
 
-# Only the service "tesk" exists, with root / tesk-demo.
+# The service "tesk" lets root / tesk-demo in; every other service ("other")
+# lets nobody in.
 echo "root:tesk-demo:tesk" >"$LAB_DIR/pam/passdb"
-for type in auth account password session; do
-  echo "$type required $pam_matrix passdb=$LAB_DIR/pam/passdb"
-done >"$LAB_DIR/pam/tesk"
+for service in tesk other; do
+  for type in auth account password session; do
+    echo "$type required $pam_matrix passdb=$LAB_DIR/pam/passdb"
+  done >"$LAB_DIR/pam/$service"
+done
 
 # The peer: one bridge behind the host's three NICs, the gateway's addresses
 # on it, and dnsmasq serving DHCPv4, DHCPv6, router advertisements and DNS.
@@ -99,7 +102,7 @@ done
 peer ip addr add "$LAB_GATEWAY/24" dev br0
 peer ip addr add "$LAB_GATEWAY6/64" dev br0 nodad
 peer ip link set br0 up
-peer env --default-signal=INT,QUIT dnsmasq --keep-in-foreground --conf-file=/dev/null \
+nsenter --net="$LAB_DIR/ns/peer" env --default-signal=INT,QUIT dnsmasq --keep-in-foreground --conf-file=/dev/null \
   --no-hosts --no-resolv --user=root --group=root \
   --interface=br0 --bind-interfaces --pid-file="$LAB_DIR/peer/dnsmasq.pid" \
   --log-facility="$LAB_DIR/log/dnsmasq.log" --log-dhcp --log-queries \

@@ -43,11 +43,9 @@ WaitEnded() {
 
 # The processes in the network namespace bound to file $1.
 NamespacePids() {
-  local inode proc
-  [ "$(findmnt -n -o FSTYPE --mountpoint "$1" 2>/dev/null)" = nsfs ] || return 0
-  inode=$(stat -L -c %i "$1")
+  local proc
   for proc in /proc/[0-9]*; do
-    [ "$(readlink "$proc/ns/net" 2>/dev/null)" = "net:[$inode]" ] && echo "${proc#/proc/}"
+    [ "$proc/ns/net" -ef "$1" ] && echo "${proc#/proc/}"
   done
   return 0
 }
