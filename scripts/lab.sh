@@ -115,6 +115,7 @@ nsenter --net="$LAB_DIR/ns/peer" env --default-signal=INT,QUIT dnsmasq --keep-in
   --host-record="gateway.$LAB_DOMAIN,$LAB_GATEWAY,$LAB_GATEWAY6" \
   2>>"$LAB_DIR/log/dnsmasq.log" &
 dnsmasq=$!
+Ready dnsmasq "$dnsmasq" "$LAB_DIR/log/dnsmasq.log" test -s "$LAB_DIR/peer/dnsmasq.pid"
 
 export LAB_DIR TESK_ROOT=$root TESK_BACKEND=linux
 export LAB_HOST_NETNS=$LAB_DIR/ns/host LAB_PEER_NETNS=$LAB_DIR/ns/peer
@@ -125,7 +126,7 @@ export LAB_LOGIND_CALLS=$LAB_DIR/bus/logind.calls LAB_SYSTEMD_CALLS=$LAB_DIR/bus
 # The host runs in the background so that a signal to this script is handled
 # at once; it keeps the terminal (same process group, standard input passed
 # on) and the default reaction to Ctrl-C.
-exec 3<&0
+{ exec 3<&0; } 2>/dev/null || exec 3</dev/null # none when closed
 nsenter --net="$LAB_DIR/ns/host" env --default-signal=INT,QUIT \
   unshare --mount --uts --propagation private bash "$here/lab/host.sh" "$@" <&3 &
 inner=$!

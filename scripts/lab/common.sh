@@ -41,6 +41,27 @@ WaitEnded() {
   done
 }
 
+# Ready WHAT PID LOG CMD...: waits until CMD succeeds while service PID (WHAT,
+# logging to LOG) runs; fails with the end of its log when it ends or takes
+# longer than the start limit.
+Ready() {
+  local what=$1 pid=$2 file=$3 end=$((SECONDS + LAB_START_TIMEOUT)) problem=
+  shift 3
+  until "$@" >/dev/null 2>&1; do
+    if ! Running "$pid"; then
+      problem="$what ended while starting"
+    elif [ "$SECONDS" -ge "$end" ]; then
+      problem="$what did not start within $LAB_START_TIMEOUT s"
+    else
+      sleep 0.1
+      continue
+    fi
+    echo "lab: $problem; the end of its log:" >&2
+    tail -n 20 "$file" >&2 || true
+    exit 1
+  done
+}
+
 # The processes in the network namespace bound to file $1.
 NamespacePids() {
   local proc

@@ -10,7 +10,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 source "$here/common.sh"
 
 root=$TESK_ROOT
-exec 3<&0 # the command's standard input
+{ exec 3<&0; } 2>/dev/null || exec 3</dev/null # the command's standard input
 log=$LAB_DIR/log
 daemons=()
 command=
@@ -31,24 +31,6 @@ trap stop EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 trap 'exit 129' HUP
-
-# Fails with the end of the service's log.
-broken() {
-  echo "lab: $1" >&2
-  tail -n 20 "$2" >&2 || true
-  exit 1
-}
-
-# Waits until "$@" succeeds while process $pid runs, up to the start limit.
-ready() {
-  local what=$1 pid=$2 file=$3 end=$((SECONDS + LAB_START_TIMEOUT))
-  shift 3
-  until "$@" >/dev/null 2>&1; do
-    Running "$pid" || broken "$what ended while starting" "$file"
-    [ "$SECONDS" -lt "$end" ] || broken "$what did not start within $LAB_START_TIMEOUT s" "$file"
-    sleep 0.1
-  done
-}
 
 OnBus() {
   busctl call org.freedesktop.DBus /org/freedesktop/DBus org.freedesktop.DBus \
@@ -73,17 +55,17 @@ ip link set lo up
 export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/run/dbus/system_bus_socket
 dbus-daemon --config-file="$here/bus.conf" --nofork --nopidfile >"$log/dbus.log" 2>&1 &
 daemons+=($!)
-ready "the system bus" $! "$log/dbus.log" OnBus org.freedesktop.DBus
+Ready "the system bus" $! "$log/dbus.log" OnBus org.freedesktop.DBus
 
 "$NETWORKD" >"$log/networkd.log" 2>&1 &
 daemons+=($!)
-ready systemd-networkd $! "$log/networkd.log" OnBus org.freedesktop.network1
+Ready systemd-networkd $! "$log/networkd.log" OnBus org.freedesktop.network1
 
 for template in systemd logind; do
   /usr/bin/python3 -m dbusmock --template "$template" -l "$LAB_DIR/bus/$template.calls" \
     >"$log/$template-mock.log" 2>&1 &
   daemons+=($!)
-  ready "the $template stand-in" $! "$log/$template-mock.log" \
+  Ready "the $template stand-in" $! "$log/$template-mock.log" \
     OnBus "org.freedesktop.$([ "$template" = systemd ] && echo systemd1 || echo login1)"
 done
 while read -r unit; do
