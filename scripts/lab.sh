@@ -47,7 +47,7 @@ fi
 SweepStaleLabs
 
 LAB_DIR=$(mktemp -d "$LAB_TMP/tesklab-$$.XXXXXX")
-chmod 755 "$LAB_DIR"
+chmod 755 "$LAB_DIR" # networkd runs as its own user and reads the root's files
 inner=
 dnsmasq=
 
@@ -122,6 +122,8 @@ export LAB_HOST_NETNS=$LAB_DIR/ns/host LAB_PEER_NETNS=$LAB_DIR/ns/peer
 export LAB_GATEWAY LAB_GATEWAY6 LAB_DOMAIN LAB_HOSTNAME LAB_HOST_ADDRESS LAB_HOST_ADDRESS6
 export TESK_LIBVIRT_URI="test://$root/etc/libvirt/test-node.xml"
 export LAB_LOGIND_CALLS=$LAB_DIR/bus/logind.calls LAB_SYSTEMD_CALLS=$LAB_DIR/bus/systemd.calls
+
+[ -z "$console" ] || echo "lab: the console on $root; log in as root / tesk-demo" >&2
 
 # The host runs in the background so that a signal to this script is handled
 # at once; it keeps the terminal (same process group, standard input passed
