@@ -48,17 +48,16 @@ SweepStaleLabs
 
 LAB_DIR=$(mktemp -d "$LAB_TMP/tesklab-$$.XXXXXX")
 chmod 755 "$LAB_DIR" # networkd runs as its own user and reads the root's files
-inner=
 dnsmasq=
 
 # Ends whatever still runs in the lab, then removes the namespaces and files.
 cleanup() {
   local status=$?
   trap '' INT TERM HUP
-  if [ -n "$inner" ]; then
-    kill -TERM "$inner" 2>/dev/null || true
-    WaitEnded "$inner" 15 || kill -KILL "$inner" 2>/dev/null || true
-    wait "$inner" 2>/dev/null || true
+  if [ -n "$watched" ]; then
+    kill -TERM "$watched" 2>/dev/null || true
+    WaitEnded "$watched" 15 || kill -KILL "$watched" 2>/dev/null || true
+    wait "$watched" 2>/dev/null || true
   fi
   [ -z "$dnsmasq" ] || kill -TERM "$dnsmasq" 2>/dev/null || true
   RemoveLab "$LAB_DIR"
@@ -125,15 +124,5 @@ export LAB_LOGIND_CALLS=$LAB_DIR/bus/logind.calls LAB_SYSTEMD_CALLS=$LAB_DIR/bus
 
 [ -z "$console" ] || echo "lab: the console on $root; log in as root / tesk-demo" >&2
 
-# The host runs in the background so that a signal to this script is handled
-# at once; it keeps the terminal (same process group, standard input passed
-# on) and the default reaction to Ctrl-C.
-{ exec 3<&0; } 2>/dev/null || exec 3</dev/null # none when closed
-nsenter --net="$LAB_DIR/ns/host" env --default-signal=INT,QUIT \
-  unshare --mount --uts --propagation private bash "$here/lab/host.sh" "$@" <&3 &
-inner=$!
-exec 3<&-
-status=0
-wait "$inner" || status=$?
-inner=
-exit "$status"
+RunWatched nsenter --net="$LAB_DIR/ns/host" \
+  unshare --mount --uts --propagation private bash "$here/lab/host.sh" "$@"

@@ -62,6 +62,23 @@ Ready() {
   done
 }
 
+# RunWatched CMD...: runs CMD with this script's standard input and the
+# default reaction to Ctrl-C, and exits with its status. CMD runs in the
+# background, so that a trap runs at once on a signal (it waits for a command
+# in the foreground), yet keeps the terminal: without job control it stays in
+# this script's process group. $watched is its process id meanwhile.
+watched=
+RunWatched() {
+  local status=0
+  { exec 3<&0; } 2>/dev/null || exec 3</dev/null # none when closed
+  env --default-signal=INT,QUIT "$@" <&3 &
+  watched=$!
+  exec 3<&-
+  wait "$watched" || status=$?
+  watched=
+  exit "$status"
+}
+
 # The processes in the network namespace bound to file $1.
 NamespacePids() {
   local proc

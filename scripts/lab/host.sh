@@ -10,18 +10,16 @@ here=$(cd "$(dirname "$0")" && pwd)
 source "$here/common.sh"
 
 root=$TESK_ROOT
-{ exec 3<&0; } 2>/dev/null || exec 3</dev/null # the command's standard input
 log=$LAB_DIR/log
 daemons=()
-command=
 
 stop() {
   local status=$? pid
   trap '' INT TERM HUP
-  for pid in $command "${daemons[@]}"; do
+  for pid in $watched "${daemons[@]}"; do
     kill -TERM "$pid" 2>/dev/null || true
   done
-  for pid in $command "${daemons[@]}"; do
+  for pid in $watched "${daemons[@]}"; do
     WaitEnded "$pid" 10 || kill -KILL "$pid" 2>/dev/null || true
   done
   wait 2>/dev/null || true
@@ -48,7 +46,7 @@ mkdir /run/systemd/network
 mount --bind "$root/run/systemd/network" /run/systemd/network
 mount --bind "$root/etc/systemd/network" /etc/systemd/network
 mount --bind "$root/etc/resolv.conf" /etc/resolv.conf
-mount --bind "$root/etc/machine-id" /etc/machine-id
+[ ! -e /etc/machine-id ] || mount --bind "$root/etc/machine-id" /etc/machine-id
 hostname -F "$root/etc/hostname"
 ip link set lo up
 
@@ -75,10 +73,4 @@ done <"$here/units"
 
 export LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 PAM_WRAPPER_SERVICE_DIR=$LAB_DIR/pam
 export PAM_WRAPPER_DISABLE_DEEPBIND=1 UID_WRAPPER_DISABLE_DEEPBIND=1
-env --default-signal=INT,QUIT "$@" <&3 &
-command=$!
-exec 3<&-
-status=0
-wait "$command" || status=$?
-command=
-exit "$status"
+RunWatched "$@"
