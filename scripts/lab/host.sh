@@ -9,6 +9,12 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 source "$here/common.sh"
 
+# Everything below mounts over the host's files: only ever in the lab host's
+# network namespace and in a mount namespace other than lab.sh's (its parent).
+[ -n "${LAB_HOST_NETNS:-}" ] && [ /proc/self/ns/net -ef "$LAB_HOST_NETNS" ] &&
+  ! [ /proc/self/ns/mnt -ef "/proc/$PPID/ns/mnt" ] ||
+  fail "host.sh runs only in the lab's own namespaces, started by scripts/lab.sh"
+
 root=$TESK_ROOT
 log=$LAB_DIR/log
 daemons=()
