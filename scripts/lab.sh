@@ -60,7 +60,7 @@ cleanup() {
     wait "$watched" 2>/dev/null || true
   fi
   [ -z "$dnsmasq" ] || kill -TERM "$dnsmasq" 2>/dev/null || true
-  RemoveLab "$LAB_DIR"
+  RemoveLab "$LAB_DIR" || true
   exit "$status"
 }
 trap cleanup EXIT

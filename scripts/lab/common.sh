@@ -104,7 +104,7 @@ RemoveLab() {
       kill -KILL $(NamespacePids "$ns") 2>/dev/null || true
     fi
     while [ "$(findmnt -n -o FSTYPE --mountpoint "$ns" 2>/dev/null)" = nsfs ]; do
-      umount "$ns" || break
+      umount "$ns" 2>/dev/null || break
     done
   done
   rm -rf "$dir"
@@ -120,6 +120,6 @@ SweepStaleLabs() {
     if [ -r "/proc/$pid/cmdline" ] && tr '\0' ' ' <"/proc/$pid/cmdline" | grep -q 'lab\.sh'; then
       continue
     fi
-    RemoveLab "$dir"
+    RemoveLab "$dir" || true # another lab may be removing it too
   done
 }
