@@ -8,8 +8,8 @@
 
 namespace Tesk {
 
-int RunCommandLine(const std::string& command, bool useShell, bool logOutcome,
-                   bool throwOnFailure) {
+int RunCommandLine(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure,
+                   int timeLimit) {
     std::vector<std::string> words;
     if (useShell) {
         words = {"/bin/sh", "sh", "-c", command};
@@ -27,9 +27,9 @@ int RunCommandLine(const std::string& command, bool useShell, bool logOutcome,
         for (size_t i = 1; i < words.size(); ++i) argv.push_back(words[i].c_str());
         argv.push_back(nullptr);
         const char* path = words[0].c_str();
-        rc = logOutcome
-                 ? RunCommandLogged(path, argv.data())
-                 : RunCommand(path, argv.data(), nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
+        rc = logOutcome ? RunCommandLogged(path, argv.data(), timeLimit)
+                        : RunCommand(path, argv.data(), nullptr, nullptr, nullptr, nullptr, nullptr,
+                                     0, timeLimit);
     }
     if (rc != 0 && throwOnFailure)
         throw HostCtl::Lib::HostCtlException("Command \"" + command +

@@ -20,8 +20,11 @@ namespace Tesk {
 // throwOnFailure: a result other than 0 arrives as
 // HostCtl::Lib::HostCtlException "Command \"<command>\" failed (rc=<n>)".
 //
+// timeLimit: as RunCommand's (0: none).
+//
 // Safe to call from worker threads. The screens call it with
 // (false, true, false).
-int RunCommandLine(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure);
+int RunCommandLine(const std::string& command, bool useShell, bool logOutcome, bool throwOnFailure,
+                   int timeLimit = 0);
 
 }  // namespace Tesk

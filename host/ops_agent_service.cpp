@@ -19,50 +19,51 @@ constexpr const char kPlexOpsAgentV3Test[] =
 
 }  // namespace
 
-void StopPlexOpsAgent(bool& stopped) {
+void StopPlexOpsAgent(bool& stopped, int timeLimit) {
     Platform::Log(LOG_INFO, "%s", "Stopping plex-opsagent.");
-    stopped = RunShellCommand((std::string(kPlexOpsAgent) + " stop").c_str()) == 0;
+    stopped = RunShellCommand((std::string(kPlexOpsAgent) + " stop").c_str(), timeLimit) == 0;
     if (stopped)
         Platform::Log(LOG_INFO, "%s", "plex-opsagent has been successfully stopped.");
     else
         Platform::Log(LOG_ERR, "%s", "Failed to stop plex-opsagent.");
 }
 
-void StartPlexOpsAgent(bool stopped) {
+void StartPlexOpsAgent(bool stopped, int timeLimit) {
     if (!stopped) {
         Platform::Log(LOG_INFO, "%s", "Skipping plex-opsagent start.");
         return;
     }
     Platform::Log(LOG_INFO, "%s", "Starting plex-opsagent.");
-    if (RunShellCommand((std::string(kPlexOpsAgent) + " start").c_str()) == 0)
+    if (RunShellCommand((std::string(kPlexOpsAgent) + " start").c_str(), timeLimit) == 0)
         Platform::Log(LOG_INFO, "%s", "plex-opsagent has been successfully started.");
     else
         Platform::Log(LOG_ERR, "%s", "Failed to start plex-opsagent.");
 }
 
-bool IsPlexOpsAgentPresent() {
+bool IsPlexOpsAgentPresent(int timeLimit) {
     const std::string command = std::string(kPlexOpsAgent) + " status";
     Platform::Log(LOG_INFO, "Running: %s", command.c_str());
-    bool present = RunShellCommand(command.c_str()) == 0;
+    bool present = RunShellCommand(command.c_str(), timeLimit) == 0;
     Platform::Log(LOG_INFO, "plex-opsagent is %spresent on the system.", present ? "" : "not ");
     return present;
 }
 
-bool IsPlexOpsAgentV3() {
+bool IsPlexOpsAgentV3(int timeLimit) {
     Platform::Log(LOG_INFO, "Running: %s", kPlexOpsAgentV3Test);
-    if (RunShellCommand(kPlexOpsAgentV3Test) != 0) return false;
+    if (RunShellCommand(kPlexOpsAgentV3Test, timeLimit) != 0) return false;
     Platform::Log(LOG_INFO, "%s", "plex-opsagent version >= 3 detected");
     return true;
 }
 
-bool PlexOpsAgentV3Present() {
-    return IsPlexOpsAgentPresent() && IsPlexOpsAgentV3();
+bool PlexOpsAgentV3Present(int timeLimit) {
+    return IsPlexOpsAgentPresent(timeLimit) && IsPlexOpsAgentV3(timeLimit);
 }
 
-bool PlexCfgVswitchMigrate(const std::string& port, const std::string& interfaceName) {
+bool PlexCfgVswitchMigrate(const std::string& port, const std::string& interfaceName,
+                           int timeLimit) {
     static constexpr const char kTool[] = "/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch";
     const char* argv[] = {kTool, "-m", "-p", port.c_str(), "-I", interfaceName.c_str(), nullptr};
-    return RunCommandLogged(kTool, argv) == 0;
+    return RunCommandLogged(kTool, argv, timeLimit) == 0;
 }
 
 }  // namespace Tesk

@@ -415,18 +415,18 @@ int RunCommand(const char* path, const char* const argv[], char* output, int* ou
         .result();
 }
 
-int RunShellCommand(const char* line) {
+int RunShellCommand(const char* line, int timeLimit) {
     const char* argv[] = {"sh", "-c", line, nullptr};
-    return RunCommand("/bin/sh", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
+    return RunCommand("/bin/sh", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, timeLimit);
 }
 
-int RunCommandLogged(const char* path, const char* const argv[]) {
+int RunCommandLogged(const char* path, const char* const argv[], int timeLimit) {
     const std::string command = JoinArguments(argv);
     char out[kCaptureBufferSize] = {};
     char err[kCaptureBufferSize] = {};
     int outLength = kCaptureCapacity;
     int errLength = kCaptureCapacity;
-    int rc = RunCommand(path, argv, out, &outLength, err, &errLength, nullptr, 0, 0);
+    int rc = RunCommand(path, argv, out, &outLength, err, &errLength, nullptr, 0, timeLimit);
     out[ClampedCount(outLength)] = '\0';
     err[ClampedCount(errLength)] = '\0';
     if (rc != 0)
@@ -437,11 +437,12 @@ int RunCommandLogged(const char* path, const char* const argv[]) {
     return rc;
 }
 
-int RunKovacli(const char* const argv[]) {
+int RunKovacli(const char* const argv[], int timeLimit) {
     const std::string command = JoinArguments(argv);
     char out[kCaptureBufferSize] = {};
     int outLength = kCaptureCapacity;
-    int rc = RunCommand("/bin/kovacli", argv, out, &outLength, nullptr, nullptr, nullptr, 0, 0);
+    int rc =
+        RunCommand("/bin/kovacli", argv, out, &outLength, nullptr, nullptr, nullptr, 0, timeLimit);
     out[ClampedCount(outLength)] = '\0';
     if (rc != 0)
         Platform::Log(LOG_ERR, "Command \"%s\" failed (rc=%d): %s", command.c_str(), rc, out);
@@ -450,11 +451,11 @@ int RunKovacli(const char* const argv[]) {
     return rc;
 }
 
-bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch) {
+bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch, int timeLimit) {
     const char* argv[] = {"kovacli",   "network",       "vswitch", "standard",
                           "portgroup", "add",           "-p",      portGroup.c_str(),
                           "-v",        vswitch.c_str(), nullptr};
-    return RunKovacli(argv) == 0;
+    return RunKovacli(argv, timeLimit) == 0;
 }
 
 std::string CollapseWhitespace(std::string_view text) {

@@ -84,42 +84,48 @@ CommandOutcome RunCommandDetailed(const char* path, const char* const argv[], ch
                                   int* outputLength, char* error, int* errorLength,
                                   const char* input, int inputLength, int timeLimit);
 
-// "/bin/sh" "sh" "-c" line; nothing captured, no input, no time limit.
-int RunShellCommand(const char* line);
+// The wrappers below take the time limit of RunCommand last (seconds; 0 or
+// less: none). The host backends pass their job's limit (host/time_limits.h);
+// only tests and the simulated tools among themselves run without one.
 
-// Runs with both streams captured (255 bytes each), no time limit, and logs
+// "/bin/sh" "sh" "-c" line; nothing captured, no input.
+int RunShellCommand(const char* line, int timeLimit = 0);
+
+// Runs with both streams captured (255 bytes each) and logs
 // "Command \"%s\" succeeded" or "Command \"%s\" failed (rc=%d): (stdout=%s, stderr=%s)".
-int RunCommandLogged(const char* path, const char* const argv[]);
+int RunCommandLogged(const char* path, const char* const argv[], int timeLimit = 0);
 
 // Runs "/bin/kovacli" with standard output captured and logs
 // "Command \"%s\" succeeded" or "Command \"%s\" failed (rc=%d): %s".
-int RunKovacli(const char* const argv[]);
+int RunKovacli(const char* const argv[], int timeLimit = 0);
 
 // The standard port-group command through RunKovacli; true on exit status 0.
-bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch);
+bool AddStandardPortGroup(const std::string& portGroup, const std::string& vswitch,
+                          int timeLimit = 0);
 
-// Runs a management-tool command "rux-cmd" "-U" user command... with no time
-// limit. When the tool answers 255 (the user may not run it), logs and runs
-// it once more as kServiceAccount. The caller's vector is left unchanged.
+// Runs a management-tool command "rux-cmd" "-U" user command.... When the
+// tool answers 255 (the user may not run it), logs and runs it once more as
+// kServiceAccount, under the same limit. The caller's vector is left
+// unchanged.
 int RuxCmdRun(const char* path, const char* const argv[], char* output, int* outputLength,
-              char* error, int* errorLength, const char* input, int inputLength);
+              char* error, int* errorLength, const char* input, int inputLength, int timeLimit = 0);
 
 // Asks the management agent to reload its view of the host
 // ("internalsvc/refresh" as user, the logged-in user); the result is ignored.
-void RefreshHostAgent(const std::string& user);
+void RefreshHostAgent(const std::string& user, int timeLimit = 0);
 
 // A true/false management-tool query ("ruxsvc/auth/lockdown_is_enabled") run
-// as kServiceAccount under kQueryTimeLimit: true exactly when the tool ended by
+// as kServiceAccount under timeLimit: true exactly when the tool ended by
 // itself (whatever its exit status) and its answer begins with "true". A tool
 // killed at the limit, by a signal or because the console is ending answers
 // false, whatever it printed before. A failure is logged as "rux-cmd
 // invocation failure: <how it ended>".
-bool RuxCmdGet(const char* query);
+bool RuxCmdGet(const char* query, int timeLimit = kQueryTimeLimit);
 
 // The auto-stop sequence as user (the logged-in user), then
 // "/bin/powerOffVms" (with "--terminate" unless graceful); results are
-// ignored.
-void PowerOffVms(const std::string& user, bool graceful);
+// ignored. Each of the two runs under timeLimit.
+void PowerOffVms(const std::string& user, bool graceful, int timeLimit = 0);
 
 // Trims and collapses runs of white space into single blanks.
 std::string CollapseWhitespace(std::string_view text);

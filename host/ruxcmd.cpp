@@ -12,9 +12,9 @@ namespace Tesk {
 namespace {
 
 constexpr const char kRuxCmd[] = "/bin/rux-cmd";
-void RunAsUser(const std::string& user, const char* command) {
+void RunAsUser(const std::string& user, const char* command, int timeLimit) {
     const char* argv[] = {"rux-cmd", "-U", user.c_str(), command, nullptr};
-    RuxCmdRun(kRuxCmd, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0);
+    RuxCmdRun(kRuxCmd, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, timeLimit);
 }
 
 const char* ArgumentOrEmpty(const std::vector<const char*>& args, size_t i) {
@@ -24,11 +24,11 @@ const char* ArgumentOrEmpty(const std::vector<const char*>& args, size_t i) {
 }  // namespace
 
 int RuxCmdRun(const char* path, const char* const argv[], char* output, int* outputLength,
-              char* error, int* errorLength, const char* input, int inputLength) {
+              char* error, int* errorLength, const char* input, int inputLength, int timeLimit) {
     const int outputCapacity = outputLength ? *outputLength : 0;
     const int errorCapacity = errorLength ? *errorLength : 0;
-    int rc =
-        RunCommand(path, argv, output, outputLength, error, errorLength, input, inputLength, 0);
+    int rc = RunCommand(path, argv, output, outputLength, error, errorLength, input, inputLength,
+                        timeLimit);
     if (rc != 255) return rc;
 
     std::vector<const char*> retry;
@@ -42,14 +42,14 @@ int RuxCmdRun(const char* path, const char* const argv[], char* output, int* out
     if (outputLength) *outputLength = outputCapacity;
     if (errorLength) *errorLength = errorCapacity;
     return RunCommand(path, retry.data(), output, outputLength, error, errorLength, input,
-                      inputLength, 0);
+                      inputLength, timeLimit);
 }
 
-void RefreshHostAgent(const std::string& user) {
-    RunAsUser(user, "internalsvc/refresh");
+void RefreshHostAgent(const std::string& user, int timeLimit) {
+    RunAsUser(user, "internalsvc/refresh", timeLimit);
 }
 
-bool RuxCmdGet(const char* query) {
+bool RuxCmdGet(const char* query, int timeLimit) {
     std::string path;
     try {
         path = query ? query : "";
@@ -61,8 +61,8 @@ bool RuxCmdGet(const char* query) {
     const char* argv[] = {"rux-cmd", "-U", kServiceAccount, path.c_str(), nullptr};
     char out[kCaptureBufferSize] = {};
     int outLength = kCaptureCapacity;
-    const CommandOutcome outcome = RunCommandDetailed(kRuxCmd, argv, out, &outLength, nullptr,
-                                                      nullptr, nullptr, 0, kQueryTimeLimit);
+    const CommandOutcome outcome =
+        RunCommandDetailed(kRuxCmd, argv, out, &outLength, nullptr, nullptr, nullptr, 0, timeLimit);
     out[outLength > 0 ? std::min(outLength, kCaptureCapacity) : 0] = '\0';
     if (outcome.result() != 0)
         Platform::Log(LOG_ERR, "rux-cmd invocation failure: %s", outcome.describe().c_str());
@@ -71,10 +71,10 @@ bool RuxCmdGet(const char* query) {
     return std::strncmp(out, "true", 4) == 0;
 }
 
-void PowerOffVms(const std::string& user, bool graceful) {
-    RunAsUser(user, "hostsvc/autostartmanager/autostop");
+void PowerOffVms(const std::string& user, bool graceful, int timeLimit) {
+    RunAsUser(user, "hostsvc/autostartmanager/autostop", timeLimit);
     const char* argv[] = {"powerOffVms", graceful ? nullptr : "--terminate", nullptr};
-    RunCommand("/bin/powerOffVms", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
+    RunCommand("/bin/powerOffVms", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, timeLimit);
 }
 
 }  // namespace Tesk

@@ -8,6 +8,7 @@
 #include "network/adapters_dialog.h"
 #include "network/apply_changes.h"
 #include "network/dns_dialog.h"
+#include "network/host_changes.h"
 #include "network/ip_dialog.h"
 #include "network/ipv6_dialog.h"
 #include "network/network_summary.h"
@@ -102,7 +103,10 @@ std::optional<PendingNetworkConfig> LoadPendingNetworkConfig(Window* opener,
 }
 
 NetworkWindow::NetworkWindow(Window* opener, const HostContext& host, PendingNetworkConfig pending)
-    : PaneWindow(opener, Footer::kSelect), host_(host), pending_(std::move(pending)) {
+    : PaneWindow(opener, Footer::kSelect),
+      host_(host),
+      pending_(std::move(pending)),
+      read_(ValuesOf(pending_)) {
     setTitle(str(StrId::ConfigureManagementNetworkTitle));
     // Each row: its name, the topic its pane sums up, the dialog that changes it.
     auto row = [this](std::uint32_t title, NetworkTopic topic, void (NetworkWindow::*change)()) {
@@ -238,6 +242,10 @@ bool NetworkWindow::leave() {
         case ApplyAnswer::No:
             return true;
         case ApplyAnswer::Yes:
+            if (!SettleWithHost(this, host_, pending_, read_)) {
+                refreshPane();
+                return false;
+            }
             ApplyNetworkChanges(this, host_, pending_, [this] { refreshPane(); });
             Platform::Log(LOG_INFO, "Network settings changed.");
             return true;

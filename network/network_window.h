@@ -1,7 +1,8 @@
 // "Configure Management Network": the management interface's settings read
 // from the host once, edited in six dialogs as a pending configuration, shown
 // topic by topic in the right pane, and handed to the apply step when the
-// administrator leaves and agrees. Nothing reaches the host while the window
+// administrator leaves and agrees, with the host's current values for every
+// field the window did not change. Nothing reaches the host while the window
 // is open.
 #pragma once
 
@@ -9,6 +10,7 @@
 #include <optional>
 
 #include "host/host_context.h"
+#include "network/network_fields.h"
 #include "network/network_summary.h"
 #include "network/pending_config.h"
 #include "ui/pane_window.h"
@@ -44,6 +46,9 @@ private:
 
     const HostContext& host_;
     PendingNetworkConfig pending_;
+    // What the host held when the window read it: leaving writes only the
+    // fields that differ from it (network/host_changes.h).
+    NetworkValues read_;
 };
 
 // Loads the settings and runs the window over opener; false when the window

@@ -6,16 +6,19 @@
 #include <string_view>
 
 #include "host/runner.h"
+#include "simhost/tool_limits.h"
 
 namespace ZrkCtl::Configuration {
 
 bool HostConfigurationImpl::Backup() const {
     const char* argv[] = {"backup.sh", "0", nullptr};
-    return Tesk::RunCommandLogged("/sbin/backup.sh", argv) == 0;
+    return Tesk::RunCommandLogged("/sbin/backup.sh", argv,
+                                  Sim::ToolLimit(Tesk::ToolJob::ConfigurationBackup)) == 0;
 }
 
 bool HostConfigurationImpl::ResetToFactoryDefaults() const {
-    return Tesk::RunShellCommand("/sbin/factoryConfig.py --reset-only > /dev/null 2>&1") == 0;
+    return Tesk::RunShellCommand("/sbin/factoryConfig.py --reset-only > /dev/null 2>&1",
+                                 Sim::ToolLimit(Tesk::ToolJob::ConfigurationReset)) == 0;
 }
 
 // True when the tool names at least one extension.
@@ -24,7 +27,7 @@ bool HostConfigurationImpl::HasCustomExtensions() const {
     char out[Tesk::kCaptureBufferSize] = {};
     int length = Tesk::kCaptureCapacity;
     if (Tesk::RunCommand("/bin/kovacli", argv, out, &length, nullptr, nullptr, nullptr, 0,
-                         Tesk::kQueryTimeLimit) != 0)
+                         Sim::ToolLimit(Tesk::ToolJob::CustomExtensionsCheck)) != 0)
         return false;
     const std::string_view text(out, length > 0 ? length : 0);
     return text.find_first_not_of(" \t\r\n") != std::string_view::npos;
@@ -32,7 +35,8 @@ bool HostConfigurationImpl::HasCustomExtensions() const {
 
 bool HostConfigurationImpl::RemoveCustomExtensions() const {
     return Tesk::RunShellCommand(
-               "/sbin/factoryConfig.py --remove-custom-extensions > /dev/null 2>&1") == 0;
+               "/sbin/factoryConfig.py --remove-custom-extensions > /dev/null 2>&1",
+               Sim::ToolLimit(Tesk::ToolJob::ConfigurationReset)) == 0;
 }
 
 }  // namespace ZrkCtl::Configuration

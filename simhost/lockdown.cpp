@@ -7,15 +7,18 @@
 
 #include "host/runner.h"
 #include "hostctl/exception.h"
+#include "simhost/tool_limits.h"
 
 namespace ZrkCtl::Lockdown {
 
 bool LockdownModeImpl::IsEnabled() const {
-    return Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_enabled");
+    return Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_enabled",
+                           Sim::ToolLimit(Tesk::ToolJob::LockdownQuery));
 }
 
 bool LockdownModeImpl::IsPossible() const {
-    return Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
+    return Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_possible",
+                           Sim::ToolLimit(Tesk::ToolJob::LockdownQuery));
 }
 
 void LockdownModeImpl::SetEnabled(bool enabled) const {
@@ -26,10 +29,9 @@ void LockdownModeImpl::SetEnabled(bool enabled) const {
     char error[Tesk::kCaptureBufferSize] = {};
     int outputLength = Tesk::kCaptureCapacity;
     int errorLength = Tesk::kCaptureCapacity;
-    // Bounded like the lockdown query, so a hung tool cannot hold the console.
     const Tesk::CommandOutcome outcome =
         Tesk::RunCommandDetailed("/bin/rux-cmd", argv, output, &outputLength, error, &errorLength,
-                                 nullptr, 0, Tesk::kQueryTimeLimit);
+                                 nullptr, 0, Sim::ToolLimit(Tesk::ToolJob::LockdownChange));
     if (outcome.result() == 0) return;
     std::string text =
         Tesk::CollapseWhitespace(std::string_view(error, errorLength > 0 ? errorLength : 0));

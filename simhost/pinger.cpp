@@ -3,11 +3,13 @@
 #include "simhost/pinger.h"
 
 #include "host/command_line.h"
+#include "simhost/tool_limits.h"
 
 namespace ZrkCtl::Network {
 
 bool PingerImpl::Ping(const std::string& target) const {
-    return Tesk::RunCommandLine("/bin/zrkping -c 3 " + target, false, true, false) == 0;
+    return Tesk::RunCommandLine("/bin/zrkping -c 3 " + target, false, true, false,
+                                Sim::ToolLimit(Tesk::ToolJob::Ping)) == 0;
 }
 
 }  // namespace ZrkCtl::Network

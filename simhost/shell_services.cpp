@@ -6,11 +6,13 @@
 
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "host/runner.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "simhost/system.h"
+#include "simhost/tool_limits.h"
 
 namespace ZrkCtl::Services {
 namespace {
@@ -56,13 +58,17 @@ const char* OptionOf(ShellTimeout timeout) {
 
 int RunAs(const std::string& user, const char* command) {
     const char* argv[] = {"rux-cmd", "-U", user.c_str(), command, nullptr};
-    return Tesk::RuxCmdRun("/bin/rux-cmd", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0);
+    return Tesk::RuxCmdRun("/bin/rux-cmd", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                           Sim::ToolLimit(Tesk::ToolJob::ServiceSwitch));
 }
 
 // "sh SCRIPT VERB": the service's own way.
 int RunInitScript(const char* script, const char* verb) {
     const char* argv[] = {"sh", script, verb, nullptr};
-    return Tesk::RunCommand("/bin/sh", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0);
+    const Tesk::ToolJob job = std::string_view(verb) == "status" ? Tesk::ToolJob::ServiceStatus
+                                                                 : Tesk::ToolJob::ServiceSwitch;
+    return Tesk::RunCommand("/bin/sh", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                            Sim::ToolLimit(job));
 }
 
 // Lets SSH through the firewall when the ruleset follows its service.
@@ -107,7 +113,7 @@ std::optional<long> ShellServicesImpl::GetTimeoutSeconds(ShellTimeout timeout) c
     char out[Tesk::kCaptureBufferSize] = {};
     int length = Tesk::kCaptureCapacity;
     const int rc = Tesk::RunCommand("/sbin/kovacfg-advcfg", argv, out, &length, nullptr, nullptr,
-                                    nullptr, 0, 0);
+                                    nullptr, 0, Sim::ToolLimit(Tesk::ToolJob::AdvancedOptionRead));
     if (rc != 0 || length <= 0) {
         Tesk::Platform::Log(LOG_ERR, "Unable to read %s", option);
         return std::nullopt;
@@ -123,12 +129,13 @@ bool ShellServicesImpl::SetTimeoutSeconds(ShellTimeout timeout, unsigned long lo
     // The host command tool, or its local variant when that fails.
     const char* argv[] = {"kovacli", "system", "settings", "advanced",    "set",
                           "-o",      option,   "-i",       value.c_str(), nullptr};
+    const int limit = Sim::ToolLimit(Tesk::ToolJob::AdvancedOptionWrite);
     if (Tesk::RunCommand("/sbin/kovacli", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
-                         0) == 0)
+                         limit) == 0)
         return true;
     argv[0] = "kovacli-local";
     if (Tesk::RunCommand("/sbin/kovacli-local", argv, nullptr, nullptr, nullptr, nullptr, nullptr,
-                         0, 0) == 0)
+                         0, limit) == 0)
         return true;
     Tesk::Platform::Log(LOG_ERR, "Unable to set %s", option);
     return false;

@@ -1,0 +1,82 @@
+// Two consoles on one host, both in "Configure Management Network": each
+// writes only what it changed, and the second is told, before anything is
+// written, when the first changed the same setting.
+#include <gtest/gtest.h>
+
+#include "tests/network/window_support.h"
+
+namespace {
+
+using namespace NetworkTest;
+
+// Appends text to the suffixes in the open window.
+bool AddSuffix(ConsoleSession& console, std::string_view text) {
+    if (!OpenDialog(console, "Custom DNS Suffixes", "Suffixes:")) return false;
+    console.keys({Key::End});
+    console.type(text);
+    return Close(console, Key::Enter, "Suffixes:");
+}
+
+// The VLAN of the "Management Network" port group.
+Json ManagementVlan(const SimRoot& root) {
+    const Json state = root.state();
+    for (const Json& vswitch : state["network"]["standardSwitches"])
+        for (const Json& group : vswitch["portGroups"])
+            if (group["name"] == "Management Network") return group["vlanId"];
+    return nullptr;
+}
+
+// Leaves the window and answers Yes to the apply question.
+void LeaveAndApply(ConsoleSession& console) {
+    console.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(console, "Apply changes and restart management network?"));
+    console.key("y");
+}
+
+TEST(TwoConsoles, EachWritesOnlyWhatItChangedAndIsWarnedOfTheSameSetting) {
+    SimRoot root("default");
+    ConsoleSession first(root, Console());
+    ConsoleSession second(root, Console());
+    ASSERT_TRUE(OpenWindow(first));
+    ASSERT_TRUE(OpenWindow(second));
+
+    // Different settings: the first changes the VLAN, the second the suffixes.
+    ASSERT_TRUE(OpenDialog(first, "VLAN (optional)", "VLAN ID (1-4094"));
+    first.type("42");
+    ASSERT_TRUE(Close(first, Key::Enter, "VLAN ID (1-4094"));
+    LeaveAndApply(first);
+    ASSERT_TRUE(WaitSettled(first, "<Esc> Log Out"));
+    ASSERT_TRUE(AddSuffix(second, " corp.example"));
+    LeaveAndApply(second);
+    ASSERT_TRUE(WaitSettled(second, "<Esc> Log Out"));
+    EXPECT_FALSE(second.find("Changed on the Host"));
+    EXPECT_EQ(root.stateValue("/network/dns/searchDomains"), Json({"lab.example", "corp.example"}));
+    EXPECT_EQ(ManagementVlan(root), 42);
+    EXPECT_EQ(root.logLinesWith("Changed vlan, restarting management interface").size(), 1u);
+
+    // The same setting: the second is shown the host's value and may keep it.
+    for (ConsoleSession* console : {&first, &second}) {
+        console->key(Key::Enter);
+        ASSERT_TRUE(WaitSettled(*console, "<Esc> Exit"));
+    }
+    ASSERT_TRUE(AddSuffix(first, " first.example"));
+    LeaveAndApply(first);
+    ASSERT_TRUE(WaitSettled(first, "<Esc> Log Out"));
+    ASSERT_TRUE(AddSuffix(second, " second.example"));
+    LeaveAndApply(second);
+    ASSERT_TRUE(WaitSettled(second, "Management Network Changed on the Host"));
+    EXPECT_TRUE(second.find("On the host now:  lab.example, corp.example, first.example"))
+        << second.dump();
+    EXPECT_TRUE(second.find("In this window:   lab.example, corp.example second.example"));
+    second.key("n");
+    ASSERT_TRUE(second.waitForTextGone("Changed on the Host"));
+    ASSERT_TRUE(WaitSettled(second, "<Esc> Exit"));
+    EXPECT_NE(Pane(second).find("first.example"), std::string::npos) << Pane(second);
+    EXPECT_EQ(root.stateValue("/network/dns/searchDomains"),
+              Json({"lab.example", "corp.example", "first.example"}));
+    // Nothing is left to apply.
+    second.key(Key::Esc);
+    ASSERT_TRUE(WaitSettled(second, "<Esc> Log Out"));
+}
+
+}  // namespace
