@@ -74,8 +74,8 @@ bool RecoverUnfinishedChange(const HostCtl::Backend& backend, std::int64_t now) 
     return true;
 }
 
-void RecordNetworkRevert(const std::string& reason) {
-    AuditRecord audit{"tesk.network.revert", "root", 1, {{"reason", reason}}};
+void RecordNetworkRevert(const std::string& reason, const std::string& user) {
+    AuditRecord audit{"tesk.network.revert", user, 1, {{"reason", reason}}};
     const std::string text = "Management network reverted: " + reason;
     PostEvent(LOG_WARNING, text, &audit, "@&!*@*@(nox.user.tesk.network.reverted)%s", text.c_str());
 }

@@ -50,7 +50,8 @@ bool RecoverUnfinishedChange(const HostCtl::Backend& backend, std::int64_t now);
 
 // Records a revert of the management network, whatever put it back:
 // "Management network reverted: %s" (reason), audit "tesk.network.revert"
+// as user (the host's administrator when the console put it back by itself)
 // and the event nox.user.tesk.network.reverted.
-void RecordNetworkRevert(const std::string& reason);
+void RecordNetworkRevert(const std::string& reason, const std::string& user = "root");
 
 }  // namespace Tesk

@@ -24,7 +24,7 @@ namespace {
 namespace HN = HostCtl::Network;
 using Clock = std::chrono::steady_clock;
 
-constexpr DialogSize kSize{70, 17, 7};
+constexpr DialogSize kSize{74, 21, 5};
 constexpr int kPollMs = 20;
 constexpr char kNetStack[] = "defaultNetStack";
 

@@ -2,6 +2,7 @@
 // (docs/safe-apply.md).
 #include "network/safe_apply.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,8 @@ namespace {
 
 using HostCtl::Changes::ChangeKind;
 
+// The body's width in a dialog 78 wide.
+constexpr int kBodyWidth = 72;
 constexpr char kApplyAnywayFooter[] =
     "{color:black}<A>{/color} {color:dark-grey}Apply Anyway{/color}{align:right}"
     "{color:black}<Esc>{/color} {color:dark-grey}Go Back{/color}{/align}";
@@ -33,8 +36,14 @@ constexpr char kApplyAnywayFooter[] =
 // anyway.
 bool ApplyAnyway(Window* opener, const std::vector<std::string>& problems) {
     std::string body;
-    for (const auto& problem : problems) body += "- " + EscapeHostText(problem) + "\n";
-    ConfirmDialog ask(opener, {78, 21, 15}, "Configure Management Network: Check", body,
+    int rows = 0;
+    for (const auto& problem : problems) {
+        body += "- " + EscapeHostText(problem) + "\n";
+        rows += static_cast<int>(problem.size() + 2 + kBodyWidth - 1) / kBodyWidth;
+    }
+    // As tall as the problems need, up to the tallest dialog of 80x25.
+    const int upper = std::min(rows + 5, 15);
+    ConfirmDialog ask(opener, {78, upper + 6, upper}, "Configure Management Network: Check", body,
                       kApplyAnywayFooter, {{'A', ConfirmDialog::kYes}, {'a', ConfirmDialog::kYes}});
     ask.setQuestion("Go back and correct the settings, or apply them anyway?");
     const bool anyway = Run(ask) == ConfirmDialog::kYes;
@@ -70,7 +79,7 @@ void Revert(Window* opener, const HostContext& host, std::optional<PendingNetwor
         ApplyNetworkChanges(opener, host, *previous, nullptr);
     }
     change.PutBack();
-    RecordNetworkRevert(reason);
+    RecordNetworkRevert(reason, host.user);
     RunChecksAfterApplying(opener, host, "Checking Previous Management Network", true);
 }
 
