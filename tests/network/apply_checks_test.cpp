@@ -112,11 +112,12 @@ TEST(ChecksBeforeApplying, NameEachValueThatCutsTheHostOff) {
 
 TEST(ChecksBeforeApplying, HostNamesFollowTheRulesForDnsNames) {
     const std::string label63(63, 'a');
-    for (const std::string bad : {"", "-", ".", "a..b", "-host", "host-", "ho_st", ".host",
-                                  std::string(255, 'a'), label63 + "a.example"})
+    for (const std::string& bad :
+         std::initializer_list<std::string>{"", "-", ".", "a..b", "-host", "host-", "ho_st",
+                                            ".host", std::string(255, 'a'), label63 + "a.example"})
         EXPECT_NE(Tesk::HostnameProblem(bad), "") << '"' << bad << '"';
-    for (const std::string good :
-         {"esx-01", "host.example.com", "host.example.com.", "h", label63 + ".example", "123"})
+    for (const std::string& good : std::initializer_list<std::string>{
+             "esx-01", "host.example.com", "host.example.com.", "h", label63 + ".example", "123"})
         EXPECT_EQ(Tesk::HostnameProblem(good), "") << '"' << good << '"';
 }
 
