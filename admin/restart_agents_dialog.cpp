@@ -3,7 +3,11 @@
 
 #include <syslog.h>
 
+#include <optional>
+
 #include "admin/live_core.h"
+#include "host/recorded_change.h"
+#include "hostctl/try_call.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -81,12 +85,18 @@ void RestartAgentsDialog::restart() {
         }
     }
     const auto agents = host_.GetManagementAgents();
+    // Stopped agents must start again whatever ends the restart: a quit here
+    // or a kill puts them back as they were.
+    std::optional<RecordedChange> change;
+    TryHost("Recording the agents' restart failed: %s",
+            [&] { change.emplace(host_, HostCtl::Changes::ChangeKind::AgentsRestart); });
     show(Running(done, Str(StrId::StoppingManagementAgents)));
     agents->Stop();
     done += std::string(Str(StrId::StoppingManagementAgents)) + " " + Str(StrId::Done) + "\n";
 
     show(Running(done, Str(StrId::StartingManagementAgents)));
     agents->Start();
+    if (change) change->Finish();
     done += std::string(Str(StrId::StartingManagementAgents)) + " " + Str(StrId::Done) + "{/color}";
 
     show(done);

@@ -19,6 +19,8 @@
 #include <sstream>
 
 #include "app/backend_choice.h"
+#include "host/recorded_change.h"
+#include "hostctl/backend.h"
 #include "hostctl/exception.h"
 #include "platform/hostroot.h"
 #include "platform/pid_text.h"
@@ -122,8 +124,8 @@ bool GuardPidFile() {
     // The pid is written over the old one and only a longer rest is cut off:
     // truncating the file to nothing first made a start wait for the file
     // system's journal (up to 15 ms on a busy disk).
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
-                          0644);
+    const int fd =
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
     if (fd < 0) return false;
     const std::string own = std::to_string(::getpid());
     const auto length = static_cast<off_t>(own.size());
@@ -178,6 +180,9 @@ int RunConsole(int argc, char** argv,
     Platform::Log(LOG_INFO, "Starting TESK");
 
     const bool ownsPidFile = GuardPidFile();
+    // A change an earlier run left unfinished, or one whose revert deadline
+    // passed while no console ran, is put back before anything is shown.
+    RecoverUnfinishedChange(HostCtl::TheBackend(), ChangeClockNow());
 
     if (vt) {
         Platform::ActivateVirtualTerminal(*vt);

@@ -10,6 +10,7 @@
 
 #include "hostctl/adv.h"
 #include "hostctl/agents.h"
+#include "hostctl/change_record.h"
 #include "hostctl/configuration.h"
 #include "hostctl/hardware.h"
 #include "hostctl/lockdown.h"
@@ -90,6 +91,9 @@ public:
     // Advanced options.
     virtual std::unique_ptr<Adv::AdvancedOption> GetAdvancedOptions() const = 0;
     virtual std::unique_ptr<Adv::UserAdvancedOption> GetUserAdvancedOptions() const = 0;
+
+    // The record that makes a change of several steps whole or nothing.
+    virtual std::unique_ptr<Changes::ChangeRecord> GetChangeRecord() const = 0;
 
     // Empty when the host offers feature; otherwise one sentence saying why
     // not, for the pane or dialog that would have offered it. Asking does not

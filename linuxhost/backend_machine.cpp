@@ -30,3 +30,7 @@ std::string WhyMachineFeatureNotOffered(HostCtl::Feature /*feature*/) {
 }
 
 }  // namespace LinuxHost
+
+namespace LinuxHost {
+void StartAgentsAgain() { NotOnThisHost("The management agents"); }
+}  // namespace LinuxHost

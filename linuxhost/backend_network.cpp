@@ -63,3 +63,7 @@ std::string WhyNetworkFeatureNotOffered(HostCtl::Feature /*feature*/) {
 }
 
 }  // namespace LinuxHost
+
+namespace LinuxHost {
+void FollowNetworkFiles() { NotOnThisHost("The management network"); }
+}  // namespace LinuxHost

@@ -5,6 +5,7 @@
 
 #include "hostctl/exception.h"
 #include "linuxhost/backend.h"
+#include "linuxhost/change_record.h"
 #include "linuxhost/platform.h"
 
 namespace LinuxHost {
@@ -25,6 +26,15 @@ std::string LinuxBackend::WhyNotOffered(HostCtl::Feature feature) const {
             return WhyMachineFeatureNotOffered(feature);
     }
     return {};
+}
+
+std::unique_ptr<HostCtl::Changes::ChangeRecord> LinuxBackend::GetChangeRecord() const {
+    return std::make_unique<FileChangeRecord>([](HostCtl::Changes::ChangeKind kind) {
+        if (kind == HostCtl::Changes::ChangeKind::AgentsRestart)
+            StartAgentsAgain();
+        else
+            FollowNetworkFiles();
+    });
 }
 
 void NotOnThisHost(const char* what) {

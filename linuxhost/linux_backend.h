@@ -60,12 +60,18 @@ public:
     // linux_backend.cpp: asks the area that knows (each area's file has a
     // function for its own features).
     std::string WhyNotOffered(HostCtl::Feature feature) const override;
+    // linux_backend.cpp: linuxhost/change_record.h, with each area's hook.
+    std::unique_ptr<HostCtl::Changes::ChangeRecord> GetChangeRecord() const override;
 };
 
 // Each area's features (see HostCtl::Feature): empty when offered.
 std::string WhyNetworkFeatureNotOffered(HostCtl::Feature feature);  // backend_network.cpp
 std::string WhySystemFeatureNotOffered(HostCtl::Feature feature);   // backend_system.cpp
 std::string WhyMachineFeatureNotOffered(HostCtl::Feature feature);  // backend_machine.cpp
+
+// What makes the running host follow files a change record put back.
+void FollowNetworkFiles();  // backend_network.cpp
+void StartAgentsAgain();    // backend_machine.cpp
 
 // What a call of an area not served on this host throws.
 [[noreturn]] void NotOnThisHost(const char* what);

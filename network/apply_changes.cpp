@@ -144,7 +144,8 @@ ApplyAnswer AskToApplyNetworkChanges(Window* opener, bool ipv6Switched) {
 }
 
 void ApplyNetworkChanges(Window* opener, const HostContext& host, PendingNetworkConfig& pending,
-                         const std::function<void()>& summaryChanged) {
+                         const std::function<void()>& summaryChanged,
+                         const std::function<void()>& beforeRestart) {
     ApplyRun run{opener, host, pending};
     HN::ZrkNic& nic = *pending.nic;
     const char* name = nic.GetName().c_str();
@@ -212,8 +213,10 @@ void ApplyNetworkChanges(Window* opener, const HostContext& host, PendingNetwork
     ApplyDnsSettings(run, *dns);
 
     // Only a switch the host has taken needs the restart.
-    if (pending.ipv6Pending != pending.ipv6Host && ipv6Set)
+    if (pending.ipv6Pending != pending.ipv6Host && ipv6Set) {
+        if (beforeRestart) beforeRestart();
         RestartForIpv6(opener, host, pending.ipv6Pending);
+    }
 
     RefreshManagementService(host.backend);
 }

@@ -24,8 +24,10 @@ ApplyAnswer AskToApplyNetworkChanges(Window* opener, bool ipv6Switched);
 // shown in an error dialog over opener; what was written before stays written.
 // summaryChanged runs when the interface's IPv4 settings were rewritten (the
 // window then rebuilds its summary and redraws). The host is restarted, as
-// host.user, when IPv6 was switched on or off.
+// host.user, when IPv6 was switched on or off; beforeRestart runs just before
+// the restart notice, when everything else is written.
 void ApplyNetworkChanges(Window* opener, const HostContext& host, PendingNetworkConfig& pending,
-                         const std::function<void()>& summaryChanged);
+                         const std::function<void()>& summaryChanged,
+                         const std::function<void()>& beforeRestart = nullptr);
 
 }  // namespace Tesk

@@ -1,5 +1,7 @@
 #include "network/dns_dialog.h"
 
+#include "network/apply_checks.h"
+#include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 
 namespace Tesk {
@@ -89,6 +91,12 @@ KeyResult DNSConfigurationDialog::accept() {
         MessageDialog message(this, StrId::InvalidDnsServerAddress, StrId::ReenterValidDnsServer);
         Run(message);
         items().selectByOrdinal(entry);
+        return KeyResult::Redraw();
+    }
+    if (const std::string problem = HostnameProblem(hostnameField_->value()); !problem.empty()) {
+        MessageDialog message(this, "Invalid Hostname", EscapeHostText(problem));
+        Run(message);
+        items().selectByOrdinal(kHostname);
         return KeyResult::Redraw();
     }
     primary_ = Server(primaryField_->value());

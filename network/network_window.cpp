@@ -12,6 +12,7 @@
 #include "network/ip_dialog.h"
 #include "network/ipv6_dialog.h"
 #include "network/network_summary.h"
+#include "network/safe_apply.h"
 #include "network/suffixes_dialog.h"
 #include "network/vlan_dialog.h"
 #include "platform/syslog.h"
@@ -246,7 +247,8 @@ bool NetworkWindow::leave() {
                 refreshPane();
                 return false;
             }
-            ApplyNetworkChanges(this, host_, pending_, [this] { refreshPane(); });
+            if (!SafelyApplyNetworkChanges(this, host_, pending_, [this] { refreshPane(); }))
+                return false;
             Platform::Log(LOG_INFO, "Network settings changed.");
             return true;
     }

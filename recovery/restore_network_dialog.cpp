@@ -4,6 +4,7 @@
 #include <syslog.h>
 
 #include "admin/running_vms_warning.h"
+#include "host/recorded_change.h"
 #include "platform/events.h"
 #include "platform/nox.h"
 #include "platform/syslog.h"
@@ -30,11 +31,15 @@ void AutoConfigure(ProgressDialog& progress, const HostCtl::Network::NetworkInfo
 int Restore(ProgressDialog& progress, const HostCtl::Backend& backend) {
     const auto resources = backend.GetResourceInfo();
     const auto network = backend.GetNetworkInfo();
-    if (!resources->HasRunningVirtualMachines()) {
+    const bool running = resources->HasRunningVirtualMachines();
+    if (running && !ConfirmRunningVms(&progress)) return 0;
+    // From the machines' power-off to the new network, one change: a run cut
+    // short puts the machines and the network back as they were.
+    RecordedChange change(backend, HostCtl::Changes::ChangeKind::FactoryNetworkRestore);
+    if (!running) {
         network->DisableNetDumper();
         AutoConfigure(progress, *network);
     } else {
-        if (!ConfirmRunningVms(&progress)) return 0;
         progress.add(Str(StrId::PoweringOffVms));
         const bool poweredOff = backend.GetPowerControl()->PowerOffAllVirtualMachines();
         network->DisableNetDumper();
@@ -46,6 +51,7 @@ int Restore(ProgressDialog& progress, const HostCtl::Backend& backend) {
             Platform::Log(LOG_ERR, "Powering off VMs failed");
         }
     }
+    change.Finish();
     progress.waitForEnter(Footer::kOkJoined);
     return 1;
 }

@@ -3,6 +3,7 @@
 
 #include <syslog.h>
 
+#include "host/recorded_change.h"
 #include "hostctl/exception.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
@@ -72,6 +73,10 @@ void EnableSafeModeNetworking(const HostContext& host) {
         }
         const std::vector<std::string> uplinks =
             UplinksOfSwitch(backend, management->GetPortConnection());
+        // Everything from the new switch to the management interface enabled
+        // again is one change: a failure or a kill on the way puts the old
+        // switches back.
+        RecordedChange change(backend, HostCtl::Changes::ChangeKind::StandardSwitchRestore);
 
         const std::string switchName = FreeSwitchName(backend);
         auto vswitch = backend.GetVirtualSwitchInfo()->AddVirtualSwitch(switchName,
@@ -84,6 +89,7 @@ void EnableSafeModeNetworking(const HostContext& host) {
         management->ConnectToPortGroup(group);
         for (const auto& uplink : uplinks) MoveUplinkToSwitch(host, *vswitch, uplink);
         management->Enable();
+        change.Finish();
         Platform::Log(LOG_INFO, "Management interface %s moved to port group %s on %s",
                       management->GetName().c_str(), group.c_str(), switchName.c_str());
     } catch (const HostCtlException& e) {

@@ -3,6 +3,7 @@
 
 #include "simhost/adv.h"
 #include "simhost/agents.h"
+#include "simhost/change_record.h"
 #include "simhost/configuration.h"
 #include "simhost/hardware.h"
 #include "simhost/lockdown.h"
@@ -110,6 +111,10 @@ public:
     }
     std::unique_ptr<HostCtl::Adv::UserAdvancedOption> GetUserAdvancedOptions() const override {
         return std::make_unique<Adv::UserAdvancedOptionImpl>();
+    }
+
+    std::unique_ptr<HostCtl::Changes::ChangeRecord> GetChangeRecord() const override {
+        return std::make_unique<Changes::ChangeRecordImpl>();
     }
 };
 

@@ -65,6 +65,8 @@ const Listed kListed[] = {
      "host tools of the host root (HostPath), environment PYTHONHOME=/ only"},
     {"host/runner.cpp", "syscall", "pidfd_open on its own child"},
     {"host/runner.cpp", "kill", "SIGTERM/SIGKILL to its own child's process group"},
+    {"simhost/change_record.cpp", "kill",
+     "signal 0: only asks whether the process that recorded a change lives"},
     {"platform/hostroot.cpp", "\"/dev", "device paths are left as they are (no device is opened)"},
     {"platform/vt.cpp", "\"/dev",
      "/dev/console in the machine's platform hooks only; a "

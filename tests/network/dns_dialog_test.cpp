@@ -36,7 +36,7 @@ TEST_F(DnsDialogTest, ServersAreTakenByTheirTextAndAnEmptyFieldClears) {
     EXPECT_EQ(dialog.hostname(), "host-02.lab");
     EXPECT_FALSE(dialog.dhcpDns());
 
-    DNSConfigurationDialog second(nullptr, false, false, nullptr, nullptr, "");
+    DNSConfigurationDialog second(nullptr, false, false, nullptr, nullptr, "h");
     ScriptedKeys more(Keys({Typed("10.0.0.53"), {KeyEnter}}));
     EXPECT_EQ(Tesk::Run(second), 1);
     auto v4 = second.takePrimary();

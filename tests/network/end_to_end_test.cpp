@@ -71,14 +71,22 @@ bool CloseRun(ConsoleSession& console,
            SessionTest::WaitSettled(console, "<Enter> Run Test", where);
 }
 
-// Leaves the management network window with <Esc>, applies with Y and
-// waits for the menu and for the given number of applies in the log.
-bool LeaveAndApply(ConsoleSession& console, SimRoot& root, std::size_t applies,
+// Leaves the management network window with <Esc>, applies with Y (with
+// keep, a change whose checks fail is kept with <K>) and waits for the menu
+// and for the given number of applies in the log.
+bool LeaveAndApply(ConsoleSession& console, SimRoot& root, std::size_t applies, bool keep = false,
                    std::source_location where = std::source_location::current()) {
     console.key(Key::Esc, where);
     if (!SessionTest::WaitSettled(console, "Apply changes and restart management network?", where))
         return false;
     console.key("y", where);
+    if (keep) {
+        if (!console.waitForText("Management Network: Check Failed",
+                                 TeskTest::Scaled(std::chrono::seconds(30)), where) ||
+            !SessionTest::WaitSettled(console, "<R> Revert", where))
+            return false;
+        console.key("k", where);
+    }
     if (!SessionTest::WaitSettled(console, "<Esc> Log Out", where)) return false;
     return console.waitFor(
         [&] { return root.logLinesWith("Changed vlan, restarting").size() == applies; },
@@ -125,7 +133,10 @@ TEST(NetworkEndToEnd, AppliedVlanDecidesWhetherTheTestPasses) {
     ASSERT_TRUE(console.waitForText("[ 99"));
     ASSERT_TRUE(Close(console, Key::Enter, "VLAN ID (1-4094"));
     EXPECT_NE(Pane(console).find("99\n"), std::string::npos) << Pane(console);
-    ASSERT_TRUE(LeaveAndApply(console, root, 1));
+    // The gateway check fails; the change is kept and stays kept.
+    ASSERT_TRUE(LeaveAndApply(console, root, 1, true));
+    EXPECT_TRUE(root.waitForLogLine("Management network change kept although"));
+    EXPECT_FALSE(root.stateValue("/pendingChange"));
     EXPECT_EQ(root.stateValue(std::string(kVlan) + "/vlanId"), Json(99));
     EXPECT_EQ(root.stateValue("/network/zrkNics/0/connection/portGroup"),
               Json("Management Network"));

@@ -100,8 +100,11 @@ TEST(FactoryRestore, HostFailureIsShownAndTheConsoleStays) {
     ConsoleSession console(root, LocalConsole(kCols, kRows));
     ASSERT_TRUE(OpenRestoreWindow(console));
     ASSERT_TRUE(AskFactoryRestore(console));
+    const Json before = root.state()["network"];
     ASSERT_TRUE(KeyThen(console, FKey(11), "Operation Failed"));
     EXPECT_TRUE(root.hasLogLine("Restoring factory network settings failed: No DHCP client"));
+    // The network cleared before the failure is back as it was.
+    EXPECT_EQ(root.state()["network"], before);
 
     ASSERT_TRUE(BackToWindow(console));
     // Still at work: the window takes keys.
