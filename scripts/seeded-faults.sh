@@ -3,8 +3,9 @@
 # at a time to a scratch copy of this tree, rebuilds it incrementally and runs
 # the tests of the fault's area; prints which faults the tests caught and the
 # names of the failing tests. It never touches the checkout it is run from.
-#   scripts/seeded-faults.sh [--list FILE] [--out FILE] [NAME...]
+#   scripts/seeded-faults.sh [--list FILE] [--rev COMMIT] [--out FILE] [NAME...]
 #     NAME...      only the faults with these names
+#     --rev COMMIT the tree of that commit instead of the checkout's files
 #     --out FILE   also write the result table (markdown) to FILE
 # SEEDED_FAULTS_DIR is the scratch copy (default /tmp/tesk-seeded-faults-<checkout>);
 # its build/ is kept between runs so a rerun builds only what changed.
@@ -13,11 +14,13 @@ cd "$(dirname "$0")/.."
 tree=$(pwd)
 list=scripts/seeded-faults.list
 out=
+rev=
 only=()
 while [ $# -gt 0 ]; do
   case "$1" in
     --list) list=$2; shift 2 ;;
     --out) out=$2; shift 2 ;;
+    --rev) rev=$2; shift 2 ;;
     *) only+=("$1"); shift ;;
   esac
 done
@@ -42,15 +45,29 @@ while IFS= read -r line; do
 done <"$list"
 [ ${#names[@]} -gt 0 ] || { echo "no faults selected from $list" >&2; exit 2; }
 
-# A fresh copy of the tree's files (tracked and new, not ignored) with their
-# times, so the kept build reuses what is unchanged; the files the faults touch
-# are marked changed, in case an earlier run was stopped with a fault in place.
+# The scratch copy takes the files of the tree (tracked and new, not ignored),
+# or of the commit given with --rev; only files whose content differs are
+# written, with a new time, so the kept build redoes just what changed. The
+# files the faults touch are marked changed too, in case an earlier run was
+# stopped with a fault in place.
 mkdir -p "$scratch/build"
-(git ls-files -z -co --exclude-standard | sort -z >"$scratch/build/files.list")
-(cd "$scratch" && find . -path ./build -prune -o -type f -printf '%P\0' | sort -z) |
-  comm -z -23 - "$scratch/build/files.list" | (cd "$scratch" && xargs -0 -r rm -f)
-tr '\0' '\n' <"$scratch/build/files.list" | while IFS= read -r f; do if [ -e "$f" ]; then printf '%s\0' "$f"; fi; done |
-  tar --null -T - -cf - | tar -xf - -C "$scratch"
+stage=$(mktemp -d)
+trap 'rm -rf "$stage"' EXIT
+if [ -n "$rev" ]; then
+  git archive "$rev" | tar -xf - -C "$stage"
+else
+  git ls-files -z -co --exclude-standard | xargs -0 -r sh -c 'for f; do [ -e "$f" ] && printf "%s\0" "$f"; done; true' _ |
+    tar --null -T - -cf - | tar -xf - -C "$stage"
+fi
+(cd "$scratch" && find . -path ./build -prune -o -type f -printf '%P\0' | sort -z) >"$scratch/build/old.list"
+(cd "$stage" && find . -type f -printf '%P\0' | sort -z) >"$scratch/build/new.list"
+comm -z -23 "$scratch/build/old.list" "$scratch/build/new.list" | (cd "$scratch" && xargs -0 -r rm -f)
+(cd "$stage" && find . -type f -printf '%P\n') | while IFS= read -r f; do
+  if ! cmp -s "$stage/$f" "$scratch/$f"; then
+    mkdir -p "$(dirname "$scratch/$f")"
+    cp "$stage/$f" "$scratch/$f"
+  fi
+done
 for f in "${files[@]}"; do touch "$scratch/$f"; done
 
 cd "$scratch"
@@ -64,11 +81,26 @@ if command -v ccache >/dev/null 2>&1; then
 fi
 : >"$log"
 echo "scratch copy: $scratch (log: $log)"
-nice -n 10 cmake -S . -B build -G Ninja "${launcher[@]}" >>"$log"
+nice -n 10 cmake -S . -B build -G Ninja -DTESK_BENCH=OFF "${launcher[@]}" >>"$log"
 if ! nice -n 10 ninja -C build >>"$log" 2>&1; then
   echo "the tree without faults does not build; see $log" >&2
   exit 2
 fi
+
+# What a fault's tests need: the programs (tesk-sim depends on the console and
+# the PAM module), the harness and every target of the test folders whose
+# executables run the selected tests. Test folders left out are not relinked.
+targets_for() {
+  ctest --test-dir build -R "$1" --show-only=json-v1 2>/dev/null | python3 -c '
+import json, os, sys
+build = os.path.abspath("build")
+folders = {"tests/harness"}
+for test in json.load(sys.stdin).get("tests", []):
+    command = test.get("command") or []
+    if command:
+        folders.add(os.path.relpath(os.path.dirname(command[0]), build))
+print(" ".join(["tesk-sim"] + [f + "/all" for f in sorted(folders)]))'
+}
 
 caught=0
 results=()
@@ -86,7 +118,8 @@ for i in "${!names[@]}"; do
     verdict="not applied: the sed script changed nothing"
   else
     echo "== $name" >>"$log"
-    if ! nice -n 10 ninja -C build >>"$log" 2>&1; then
+    read -ra targets <<<"$(targets_for "$regex")"
+    if ! nice -n 10 ninja -C build "${targets[@]}" >>"$log" 2>&1; then
       verdict="not applied: does not build"
     else
       ctest_out=$(nice -n 10 ctest --test-dir build -R "$regex" -j2 --timeout 120 --no-tests=error 2>&1) && status=0 || status=$?

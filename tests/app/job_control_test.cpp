@@ -113,6 +113,7 @@ TEST(JobControl, EveryWayOutGivesTheTerminalBack) {
         {"SIGHUP", [](ConsoleSession& c) { c.signal(SIGHUP); }},
         {"resize", [](ConsoleSession& c) { c.resize(90, 30); }},
     };
+    std::size_t sessions = 0;
     for (const Way& way : ways) {
         SCOPED_TRACE(way.name);
         ConsoleSession console(root, RemoteShell(80, 25));
@@ -123,6 +124,12 @@ TEST(JobControl, EveryWayOutGivesTheTerminalBack) {
         way.end(console);
         EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
         EXPECT_TRUE(terminal.cooked()) << terminal.path();
+        // The session's end is recorded as a logout.
+        ++sessions;
+        EXPECT_EQ(root.logLinesWith("User root logged out").size(), sessions);
+        auto logouts = AuditRecords(root, "tesk.logout");
+        ASSERT_EQ(logouts.size(), sessions);
+        EXPECT_EQ(logouts.back()["data"], (Json{{"reason", "Session closed"}}));
     }
 }
 

@@ -1,5 +1,6 @@
 // Logging in and out at the console: the dialogs, every PAM outcome with its
-// records, smart-card login, and the ways a session ends.
+// records, smart-card login, and the idle logout (the logout records of the
+// signals that end the console: tests/app/job_control_test.cpp).
 #include <signal.h>
 
 #include <algorithm>
@@ -249,23 +250,6 @@ TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
     // The session's end is recorded like a logout.
     EXPECT_TRUE(root.hasLogLine("User root logged out"));
     EXPECT_EQ(AuditRecords(root, "tesk.logout").size(), 1u);
-}
-
-TEST(Logout, EveryWayTheConsoleEndsUnderASessionRecordsTheLogout) {
-    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGWINCH}) {
-        SimRoot root;
-        ConsoleSession console(root, RemoteShell());
-        ASSERT_TRUE(LogIn(console));
-        if (sig == SIGWINCH)
-            console.resize(90, 30);
-        else
-            console.signal(sig);
-        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0)) << strsignal(sig);
-        EXPECT_TRUE(root.hasLogLine("User root logged out")) << strsignal(sig);
-        auto logouts = AuditRecords(root, "tesk.logout");
-        ASSERT_EQ(logouts.size(), 1u) << strsignal(sig);
-        EXPECT_EQ(logouts[0]["data"], (Json{{"reason", "Session closed"}}));
-    }
 }
 
 TEST(Logout, IdleTimeoutEndsTheSessionWithItsOwnRecords) {

@@ -75,15 +75,6 @@ TEST(Screens80x25, WelcomeWarningsShowWholeBelowTheAddresses) {
               "Warning: DHCP lookup failed. You may be unable to access this system until you "
               "customize its network configuration.");
     EXPECT_TRUE(console.find("<F2> Customize System/View Logs"));
-
-    SimRoot audit("audit");
-    ConsoleSession auditConsole(audit, LocalConsole(80, 25));
-    ASSERT_TRUE(WaitWelcome(auditConsole));
-    ASSERT_TRUE(auditConsole.waitForText("Warning: Host is running in audit mode."));
-    auto at = auditConsole.find("Warning: Host is running in audit mode.");
-    EXPECT_EQ(Joined(auditConsole, at->row, 22),
-              "Warning: Host is running in audit mode. Your configuration will not be persistent "
-              "across reboots. Please contact support.");
 }
 
 TEST(Screens80x25, EllipsisAndWarningBothFitBesideAHostNameAndFiveIpv6Addresses) {
