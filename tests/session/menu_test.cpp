@@ -158,7 +158,9 @@ TEST(Menu, LockdownEntryFollowsWhatTheHostAllows) {
         console.waitForQuiet();
         EXPECT_EQ(Heading(console),
                   c.usable ? "Configure Lockdown Mode" : "Configure Management Network");
-        if (c.usable) EXPECT_NE(Pane(console).find(c.state), std::string::npos) << Pane(console);
+        if (c.usable) {
+            EXPECT_NE(Pane(console).find(c.state), std::string::npos) << Pane(console);
+        }
     }
 }
 
