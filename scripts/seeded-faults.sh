@@ -88,18 +88,18 @@ if ! nice -n 10 ninja -C build >>"$log" 2>&1; then
 fi
 
 # What a fault's tests need: the programs (tesk-sim depends on the console and
-# the PAM module), the harness and every target of the test folders whose
-# executables run the selected tests. Test folders left out are not relinked.
+# the PAM module) and the executables that run the selected tests, with what
+# they depend on (their probes); no other test executable is relinked.
 targets_for() {
   ctest --test-dir build -R "$1" --show-only=json-v1 2>/dev/null | python3 -c '
 import json, os, sys
 build = os.path.abspath("build")
-folders = {"tests/harness"}
+programs = set()
 for test in json.load(sys.stdin).get("tests", []):
     command = test.get("command") or []
     if command:
-        folders.add(os.path.relpath(os.path.dirname(command[0]), build))
-print(" ".join(["tesk-sim"] + [f + "/all" for f in sorted(folders)]))'
+        programs.add(os.path.relpath(command[0], build))
+print(" ".join(["tesk-sim"] + sorted(programs)))'
 }
 
 caught=0
