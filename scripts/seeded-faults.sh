@@ -104,6 +104,9 @@ print(" ".join(["tesk-sim"] + sorted(programs)))'
 
 caught=0
 results=()
+if [ -n "$out" ]; then
+  printf '| fault | file | result |\n|---|---|---|\n' >"$out"
+fi
 for i in "${!names[@]}"; do
   name=${names[$i]} file=${files[$i]} regex=${regexes[$i]}
   if [ ! -f "$file" ]; then
@@ -141,16 +144,8 @@ for i in "${!names[@]}"; do
   touch "$file"
   echo "$name: $verdict"
   results+=("| $name | \`$file\` | $verdict |")
+  [ -z "$out" ] || echo "${results[-1]}" >>"$out"
 done
-nice -n 10 ninja -C build >>"$log" 2>&1 || true
 
 echo "caught $caught of ${#names[@]} faults"
-if [ -n "$out" ]; then
-  {
-    echo "| fault | file | result |"
-    echo "|---|---|---|"
-    printf '%s\n' "${results[@]}"
-    echo
-    echo "Caught $caught of ${#names[@]} faults."
-  } >"$out"
-fi
+[ -z "$out" ] || printf '\nCaught %d of %d faults.\n' "$caught" "${#names[@]}" >>"$out"
