@@ -47,9 +47,8 @@ done <"$list"
 
 # The scratch copy takes the files of the tree (tracked and new, not ignored),
 # or of the commit given with --rev; only files whose content differs are
-# written, with a new time, so the kept build redoes just what changed. The
-# files the faults touch are marked changed too, in case an earlier run was
-# stopped with a fault in place.
+# written, with a new time, so the kept build redoes just what changed. A file
+# an earlier run left with a fault in place (it was stopped) is marked changed.
 mkdir -p "$scratch/build"
 stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
@@ -68,7 +67,10 @@ comm -z -23 "$scratch/build/old.list" "$scratch/build/new.list" | (cd "$scratch"
     cp "$stage/$f" "$scratch/$f"
   fi
 done
-for f in "${files[@]}"; do touch "$scratch/$f"; done
+if [ -f "$scratch/build/fault.in-place" ]; then
+  touch "$scratch/$(cat "$scratch/build/fault.in-place")"
+  rm -f "$scratch/build/fault.in-place"
+fi
 
 cd "$scratch"
 # Paths relative to the tree and the build directory's own path left out of
@@ -115,6 +117,7 @@ for i in "${!names[@]}"; do
     continue
   fi
   cp -p "$file" build/fault.orig
+  echo "$file" >build/fault.in-place
   sed -i -e "${scripts[$i]}" "$file"
   verdict=
   if cmp -s "$file" build/fault.orig; then
@@ -142,6 +145,7 @@ for i in "${!names[@]}"; do
   # The original back with a new time, so the next build takes it.
   cat build/fault.orig >"$file"
   touch "$file"
+  rm -f build/fault.in-place
   echo "$name: $verdict"
   results+=("| $name | \`$file\` | $verdict |")
   [ -z "$out" ] || echo "${results[-1]}" >>"$out"
