@@ -59,7 +59,7 @@ bool ChangeTo(ConsoleSession& console, const std::string& old, const std::string
 TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
     SimRoot root;
     const std::string hash = RootAccount(root);
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(OpenEntry(console, "Configure Password", kOld));
     ASSERT_TRUE(WaitCaretOn(console, kOld));
 
@@ -113,7 +113,7 @@ TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
 
 TEST(Password, TheSamePasswordAgainIsAskedAbout) {
     SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, kPassword));
     ASSERT_TRUE(WaitSettled(console, "New password is same as old password. Are you sure?"));
@@ -133,7 +133,7 @@ TEST(Password, TheSamePasswordAgainIsAskedAbout) {
 TEST(Password, AChangeIsStoredAnnouncedAndTheNewPasswordLogsIn) {
     SimRoot root;
     const std::string hash = RootAccount(root);
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, "N3w-pass"));
     ASSERT_TRUE(root.waitForLogLine("Login password for user root has changed"));
@@ -170,7 +170,7 @@ TEST(Password, AChangeIsStoredAnnouncedAndTheNewPasswordLogsIn) {
 TEST(Password, AccountsThatCannotBeStoredAreReportedAndTheRestGoesOn) {
     SimRoot root;
     root.setFault("authentication.storeUserAccountsToCs", {{"exception", "store is read-only"}});
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, "N3w-pass"));
     ASSERT_TRUE(Acknowledge(console, "Error while storing user account information"));
@@ -182,7 +182,7 @@ TEST(Password, AccountsThatCannotBeStoredAreReportedAndTheRestGoesOn) {
 
 TEST(Password, AnExpiredPasswordIsChangedAtLoginThenTheUserLogsIn) {
     SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
     console.key(FKey(2));
     ASSERT_TRUE(WaitSettled(console, "Login Name:"));

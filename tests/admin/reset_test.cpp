@@ -8,10 +8,7 @@ using namespace AdminTest;
 namespace {
 
 bool OpenReset(ConsoleSession& console, const std::string& entry) {
-    if (!LogIn(console)) return false;
-    if (!SelectMenuEntry(console, entry)) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, entry + ": Confirm");
+    return OpenEntry(console, entry, entry + ": Confirm");
 }
 
 TEST(Reset, RestoresTheProfileKeepsTheMachineAndRestarts) {
@@ -74,7 +71,7 @@ TEST(CustomExtensions, OfferedOnlyWhileInstalledAndRemovedBeforeARestart) {
         SimRoot root("dhcp");
         ConsoleSession console(root, LocalConsole());
         ASSERT_TRUE(LogIn(console));
-        EXPECT_FALSE(SelectMenuEntry(console, "Remove Custom Extensions"));
+        EXPECT_FALSE(console.find("Remove Custom Extensions"));
         EXPECT_TRUE(console.find("Reset System Configuration"));
     }
     SimRoot root;

@@ -10,10 +10,7 @@ namespace {
 
 // The menu, then the troubleshooting window on its first row.
 bool OpenTroubleshooting(ConsoleSession& console) {
-    if (!LogIn(console)) return false;
-    if (!SelectMenuEntry(console, "Troubleshooting Options")) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, "Troubleshooting Mode Options") &&
+    return OpenEntry(console, "Troubleshooting Options", "Troubleshooting Mode Options") &&
            WaitSettled(console, "<Esc> Exit");
 }
 
@@ -54,20 +51,19 @@ TEST(Troubleshooting, TimeoutsItemOnlyWhileShellAndSshAreOff) {
     EXPECT_EQ(StateText(root, "/services/KovaShell/running"), "false");
     EXPECT_EQ(StateText(root, "/services/KovaShell/enabled"), "false");
     EXPECT_FALSE(root.logLinesWith("User root disabled Kovix Shell").empty());
-    ASSERT_TRUE(MenuDown(console));
-    EXPECT_EQ(MenuHeading(console).rfind("SSH Support", 0), 0u);
-    ASSERT_TRUE(MenuDown(console));
-    EXPECT_EQ(MenuHeading(console).rfind("Modify TESK idle timeout", 0), 0u);
+    ASSERT_TRUE(StepSelection(console));
+    EXPECT_TRUE(PaneHeading(console).starts_with("SSH Support"));
+    ASSERT_TRUE(StepSelection(console));
+    EXPECT_TRUE(PaneHeading(console).starts_with("Modify TESK idle timeout"));
 
     // SSH off as well: the item can be chosen.
-    console.key(Key::Up);
-    ASSERT_TRUE(console.waitFor([&] { return MenuHeading(console).rfind("SSH Support", 0) == 0; },
-                                "SSH selected"));
+    ASSERT_TRUE(StepSelection(console, Key::Up));
+    EXPECT_TRUE(PaneHeading(console).starts_with("SSH Support"));
     ASSERT_TRUE(EnterAndSee(console, "Enable SSH"));
     EXPECT_EQ(StateText(root, "/services/SSH/running"), "false");
     EXPECT_FALSE(root.logLinesWith("User root disabled SSH").empty());
-    ASSERT_TRUE(MenuDown(console));
-    EXPECT_EQ(MenuHeading(console).rfind("Modify Kovix Shell and SSH timeouts", 0), 0u);
+    ASSERT_TRUE(StepSelection(console));
+    EXPECT_TRUE(PaneHeading(console).starts_with("Modify Kovix Shell and SSH timeouts"));
     ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
 }
 
@@ -82,7 +78,7 @@ TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
     });
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
+    ASSERT_TRUE(GoToEntry(console, "SSH Support"));
     ASSERT_TRUE(EnterAndSee(console, "Disable SSH"));
     EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "true");
@@ -113,8 +109,7 @@ TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
     ServicesOn(root, false, false);
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
+    ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
     ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
 
     for (const char* bad : {"1441", "-1"}) {
@@ -155,8 +150,7 @@ TEST(Troubleshooting, ShellTimeoutFallsBackToTheLocalToolAndRestartsRunningServi
     root.setFault("kovacli", {{"exitStatus", 1}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
+    ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
     ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
     // A service that runs takes the new value by a restart (the window's
     // view of it was read when it opened).
@@ -179,9 +173,7 @@ TEST(Troubleshooting, ConsoleIdleTimeoutTakesEffectAtOnce) {
     options.args = {"30"};
     ConsoleSession console(root, options);
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
+    ASSERT_TRUE(GoToEntry(console, "Modify TESK idle timeout"));
     ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
     // Only digits go in: "-" and letters are refused, so "-1" is 1.
     Retype(console, "1441");
@@ -204,7 +196,7 @@ TEST(Troubleshooting, ConsoleIdleTimeoutZeroDisables) {
     SimRoot root;
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    for (int i = 0; i < 3; ++i) ASSERT_TRUE(MenuDown(console));
+    ASSERT_TRUE(GoToEntry(console, "Modify TESK idle timeout"));
     ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
     // The current value changes nothing.
     console.key(Key::Enter);

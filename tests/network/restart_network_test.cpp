@@ -12,10 +12,7 @@ using namespace SessionTest;
 using TeskTest::Scaled;
 
 bool OpenRestart(ConsoleSession& console) {
-    for (int i = 0; i < 3; ++i) console.key(Key::Down);
-    if (!WaitSettled(console, "<Enter> Restart")) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, "Restart management network now?");
+    return OpenSelected(console, "Restart Management Network", "Restart management network now?");
 }
 
 TEST(RestartNetwork, F11RestartsTheInterfaceAndShowsItsAddresses) {
