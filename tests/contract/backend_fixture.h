@@ -41,6 +41,26 @@ enum class Capability {
     DistributedSwitches,  // Shape::ManagedOnDistributedSwitch
     InjectedFailures,     // FailOperation
     SmartCards,           // InsertSmartCard
+    HostConditions,       // Refuse and the other conditions and records below
+};
+
+// What a host's own tools and services can be made to refuse, in the ways the
+// interfaces must absorb (an answer of false, a fallback, a logged step)
+// rather than throw.
+enum class HostRefusal {
+    ServiceManagement,  // the host's management refuses to switch services; the services work
+    ServiceSwitching,   // every way of switching a service fails
+    TimeoutStore,       // the shell time-outs can be neither read nor written
+    LockdownChange,     // entering and leaving lockdown mode fail with an error text
+    LockdownQuery,      // whether lockdown is on or possible cannot be asked
+    Backup,             // the configuration backup fails
+    FactoryReset,       // the factory reset fails
+    ExtensionList,      // the custom extensions cannot be listed
+    ExtensionRemoval,   // the custom extensions cannot be removed
+    Ping,               // the echo tool fails
+    PortGroupCreation,  // the tool that adds port groups fails
+    AgentStop,          // the operations agent cannot be stopped
+    Migration,          // the operations agent's move of a Zerkel NIC fails
 };
 
 class BackendFixture {
@@ -64,6 +84,30 @@ public:
 
     // Puts a card whose token holds the user ids into the first reader.
     virtual void InsertSmartCard(const std::vector<std::string>& userIds) = 0;
+
+    // Host conditions, for a backend that has Capability::HostConditions
+    // (the defaults throw std::logic_error). Refuse lasts until Recover() and
+    // answers the error text the host then gives ("" when it gives none).
+    virtual std::string Refuse(HostRefusal what);
+    virtual void SetLockdownPossible(bool possible);
+    virtual void SetCustomExtensionsInstalled(bool installed);
+    // The support text the host keeps; none: the host has none.
+    virtual void SetSupportText(const std::optional<std::string>& text);
+    // The support text exists but cannot be read (and must not block a reader).
+    virtual void MakeSupportTextUnreadable();
+    // The operations agent's package at this version; null: not installed.
+    virtual void InstallOperationsAgent(const char* version);
+
+    // What the interfaces do not read back.
+    virtual bool StartsAtBoot(HostCtl::Services::Service service) const;
+    virtual int Restarts(HostCtl::Services::Service service) const;
+    virtual bool SshFirewallOpen() const;        // whether the firewall lets SSH through now
+    virtual std::string LastActingUser() const;  // of the last request to the host's management
+    virtual int Backups() const;
+    virtual bool OperationsAgentRunning() const;
+    // The last host tool the backend ran, as "<command line> succeeded" or
+    // "<command line> failed"; "" when none ran.
+    virtual std::string LastToolRun() const;
 };
 
 using FixtureMaker = std::function<std::unique_ptr<BackendFixture>()>;

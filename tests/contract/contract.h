@@ -94,6 +94,16 @@ protected:
     }
 };
 
+// The suite of the cases that arrange host conditions (BackendFixture::
+// Refuse and the rest) on a managed host.
+class OnManagedHostWithConditions : public OnManagedHost {
+protected:
+    void SetUp() override {
+        OnManagedHost::SetUp();
+        Need(Capability::HostConditions);
+    }
+};
+
 // The management interface, loaded unless load is false; std::logic_error
 // (a test failure) when the host has none.
 std::unique_ptr<HostCtl::Network::ZrkNic> Management(const HostCtl::Backend& host,
