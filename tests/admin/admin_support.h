@@ -33,12 +33,6 @@ inline int CaretRow(ConsoleSession& console) {
     return screen.cursorVisible() ? screen.cursor().row : -1;
 }
 
-// The row of a label on the screen, or -1.
-inline int RowOf(ConsoleSession& console, std::string_view label) {
-    const auto at = console.find(label);
-    return at ? at->row : -1;
-}
-
 // Waits until the caret stands on the row of label (the focused field).
 inline bool WaitCaretOn(ConsoleSession& console, std::string_view label,
                         std::source_location where = std::source_location::current()) {

@@ -55,8 +55,7 @@ TEST(Agents, F11RestartsTheServicesWithoutAWorkerUnlessAsked) {
     console.key(Key::Esc);
     std::this_thread::sleep_for(TeskTest::Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Starting management agents. Done."));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    ASSERT_TRUE(Dismiss(console, "Starting management agents."));
     EXPECT_TRUE(WaitSettled(console, "Troubleshooting Mode Options"));
 }
 
@@ -111,8 +110,7 @@ TEST(Agents, ConsoleEndsWhileTheWorkerStillRuns) {
     ASSERT_TRUE(OpenAgentsDialog(console));
     ASSERT_TRUE(RestartWithWorker(console));
     ASSERT_TRUE(root.waitForLogLine("Executing zrkbacktrace -c against hagentd"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    ASSERT_TRUE(Dismiss(console, "Starting management agents."));
     ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(400)));
     // Still usable while the worker waits for its command.
     console.key(Key::Up);

@@ -68,8 +68,7 @@ TEST(Keyboard, EnterWithoutSpaceAppliesTheCurrentLayoutAgain) {
     console.key(Key::Down);
     console.key(" ");
     ASSERT_TRUE(console.waitForText("(o) US Dvorak"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone(kHelp));
+    ASSERT_TRUE(Dismiss(console, kHelp, Key::Esc));
     EXPECT_EQ(Layout(root), "US Default");
     EXPECT_EQ(root.logLinesWith("Keyboard Layout changed").size(), 1u);
 }

@@ -29,13 +29,10 @@ std::string RootAccount(const SimRoot& root) {
     return start == std::string::npos ? "" : users.substr(start, users.find('\n', start) - start);
 }
 
-// Shows a message, waits for it and closes it with <Enter>.
+// Waits for a message and closes it with <Enter>.
 bool Acknowledge(ConsoleSession& console, std::string_view message,
                  std::source_location where = std::source_location::current()) {
-    if (!WaitSettled(console, message, where)) return false;
-    console.key(Key::Enter, where);
-    return console.waitForTextGone(message, TeskTest::DefaultTimeout(), where) &&
-           console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(), where);
+    return WaitSettled(console, message, where) && Dismiss(console, message, Key::Enter, where);
 }
 
 // Types text into the focused field and presses key.
@@ -104,8 +101,7 @@ TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
     EXPECT_EQ(Stars(console, kNew), 0);
     EXPECT_EQ(Stars(console, kConfirm), 0);
 
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone(kOld));
+    ASSERT_TRUE(Dismiss(console, kOld, Key::Esc));
     EXPECT_EQ(RootAccount(root), hash);
     EXPECT_FALSE(root.hasLogLine("has changed"));
     EXPECT_FALSE(root.stateValue("/configBackup/runs"));
@@ -117,8 +113,7 @@ TEST(Password, TheSamePasswordAgainIsAskedAbout) {
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, kPassword));
     ASSERT_TRUE(WaitSettled(console, "New password is same as old password. Are you sure?"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Are you sure?"));
+    ASSERT_TRUE(Dismiss(console, "Are you sure?", Key::Esc));
     ASSERT_TRUE(WaitCaretOn(console, kConfirm));
     for (const char* label : {kOld, kNew, kConfirm}) EXPECT_EQ(Stars(console, label), 9) << label;
     EXPECT_FALSE(root.hasLogLine("has changed"));

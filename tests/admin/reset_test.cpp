@@ -56,8 +56,7 @@ TEST(Reset, FailingCommandReturnsToTheMenuSilently) {
     root.setFault("factoryConfig.py", {{"exitStatus", 1}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenReset(console, "Reset System Configuration"));
-    console.key(FKey(11));
-    ASSERT_TRUE(console.waitForTextGone("Reset System Configuration: Confirm"));
+    ASSERT_TRUE(Dismiss(console, "Reset System Configuration: Confirm", FKey(11)));
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     EXPECT_FALSE(console.find("Default settings are restored."));
     EXPECT_FALSE(root.logLinesWith("Restoring factory defaults").empty());

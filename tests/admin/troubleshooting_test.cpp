@@ -14,12 +14,6 @@ bool OpenTroubleshooting(ConsoleSession& console) {
            WaitSettled(console, "<Esc> Exit");
 }
 
-// <Enter> on the selected row, waiting for text to show.
-bool EnterAndSee(ConsoleSession& console, std::string_view text) {
-    console.key(Key::Enter);
-    return WaitSettled(console, text);
-}
-
 // The console timeout dialog's title ("TESK idle timeout" is in the window too).
 constexpr std::string_view kTeskDialog = "Set idle timeout for TESK access";
 
@@ -46,7 +40,7 @@ TEST(Troubleshooting, TimeoutsItemOnlyWhileShellAndSshAreOff) {
     EXPECT_TRUE(console.find("Kovix Shell is Enabled"));
 
     // The shell off, SSH still on: the timeouts stay out of reach.
-    ASSERT_TRUE(EnterAndSee(console, "Enable Kovix Shell"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable Kovix Shell"));
     EXPECT_TRUE(console.find("Kovix Shell is Disabled"));
     EXPECT_EQ(StateText(root, "/services/KovaShell/running"), "false");
     EXPECT_EQ(StateText(root, "/services/KovaShell/enabled"), "false");
@@ -59,12 +53,12 @@ TEST(Troubleshooting, TimeoutsItemOnlyWhileShellAndSshAreOff) {
     // SSH off as well: the item can be chosen.
     ASSERT_TRUE(StepSelection(console, Key::Up));
     EXPECT_TRUE(PaneHeading(console).starts_with("SSH Support"));
-    ASSERT_TRUE(EnterAndSee(console, "Enable SSH"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable SSH"));
     EXPECT_EQ(StateText(root, "/services/SSH/running"), "false");
     EXPECT_FALSE(root.logLinesWith("User root disabled SSH").empty());
     ASSERT_TRUE(StepSelection(console));
     EXPECT_TRUE(PaneHeading(console).starts_with("Modify Kovix Shell and SSH timeouts"));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
 }
 
 TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
@@ -79,7 +73,7 @@ TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
     ASSERT_TRUE(GoToEntry(console, "SSH Support"));
-    ASSERT_TRUE(EnterAndSee(console, "Disable SSH"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
     EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "true");
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/active"), "true");
@@ -89,14 +83,14 @@ TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
         s["systemInfo"]["firewall"]["rulesets"][0]["enabled"] = false;
         s["systemInfo"]["firewall"]["rulesets"][0]["active"] = false;
     });
-    ASSERT_TRUE(EnterAndSee(console, "Enable SSH"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable SSH"));
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "false");
 
     // The management tool fails: the init script starts the service; a
     // firewall failure is logged and the switch goes on.
     root.setFault("rux-cmd:hostsvc/start_ssh", {{"exitStatus", 1}});
     root.setFault("firewall.isServiceControlled", {{"exception", "firewall busy"}});
-    ASSERT_TRUE(EnterAndSee(console, "Disable SSH"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
     EXPECT_FALSE(root.logLinesWith("Unable to run rux-cmd to start/stop ssh").empty());
     EXPECT_FALSE(
         root.logLinesWith("Failed to update firewall sshServer ruleset status: firewall busy")
@@ -110,14 +104,14 @@ TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
     ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
 
     for (const char* bad : {"1441", "-1"}) {
         SCOPED_TRACE(bad);
         Retype(console, bad);
-        ASSERT_TRUE(EnterAndSee(console, "Timeout value must be between 0 (disabled) and 1440"));
-        console.key(Key::Enter);
-        ASSERT_TRUE(console.waitForTextGone("Timeout value must be between"));
+        ASSERT_TRUE(
+            KeyThen(console, Key::Enter, "Timeout value must be between 0 (disabled) and 1440"));
+        ASSERT_TRUE(Dismiss(console, "Timeout value must be between"));
         EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1KovixShellTimeOut/value"), "0");
     }
     // 1440 is taken; the idle field keeps its current value: nothing for it.
@@ -133,7 +127,7 @@ TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
     // Again: the stored value is shown; 0 disables the idle timeout... which
     // already is 0, so nothing changes; the availability goes back to 0.
     ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
     EXPECT_TRUE(console.find("1440"));
     Retype(console, "0");
     console.key(Key::Enter);
@@ -151,7 +145,7 @@ TEST(Troubleshooting, ShellTimeoutFallsBackToTheLocalToolAndRestartsRunningServi
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
     ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
     // A service that runs takes the new value by a restart (the window's
     // view of it was read when it opened).
     root.editState([](Json& s) { s["services"]["SSH"]["running"] = true; });
@@ -174,12 +168,12 @@ TEST(Troubleshooting, ConsoleIdleTimeoutTakesEffectAtOnce) {
     ConsoleSession console(root, options);
     ASSERT_TRUE(OpenTroubleshooting(console));
     ASSERT_TRUE(GoToEntry(console, "Modify TESK idle timeout"));
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     // Only digits go in: "-" and letters are refused, so "-1" is 1.
     Retype(console, "1441");
-    ASSERT_TRUE(EnterAndSee(console, "Timeout value must be between 0 (disabled) and 1440"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Timeout value must be between"));
+    ASSERT_TRUE(
+        KeyThen(console, Key::Enter, "Timeout value must be between 0 (disabled) and 1440"));
+    ASSERT_TRUE(Dismiss(console, "Timeout value must be between"));
     ASSERT_TRUE(WaitSettled(console, kTeskDialog));
     Retype(console, "x-1");
     console.key(Key::Enter);
@@ -197,12 +191,11 @@ TEST(Troubleshooting, ConsoleIdleTimeoutZeroDisables) {
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
     ASSERT_TRUE(GoToEntry(console, "Modify TESK idle timeout"));
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     // The current value changes nothing.
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone(kTeskDialog));
+    ASSERT_TRUE(Dismiss(console, kTeskDialog));
     EXPECT_TRUE(root.logLinesWith("Tesk timeout").empty());
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     Retype(console, "0");
     console.key(Key::Enter);
     ASSERT_TRUE(root.waitForLogLine("Disabled Tesk timeout"));
@@ -212,16 +205,14 @@ TEST(Troubleshooting, ConsoleIdleTimeoutZeroDisables) {
 
     // A host that refuses the option: its message, and the dialog stays.
     root.setFault("adv.setOption", {{"exception", "option store is read-only"}});
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     Retype(console, "5");
-    ASSERT_TRUE(EnterAndSee(console, "option store is read-only"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("option store is read-only"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "option store is read-only"));
+    ASSERT_TRUE(Dismiss(console, "option store is read-only"));
     ASSERT_TRUE(WaitSettled(console, kTeskDialog));
     EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1TeskTimeOut/value"), "0");
     EXPECT_FALSE(root.logLinesWith("Setting /UserVars/TeskTimeOut failed").empty());
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone(kTeskDialog));
+    ASSERT_TRUE(Dismiss(console, kTeskDialog, Key::Esc));
 }
 
 }  // namespace

@@ -43,8 +43,7 @@ TEST(AdaptersDialog, RowsCutLongNamesLabelsAndMacAddresses) {
     ASSERT_TRUE(WaitSettled(console, "Adapter Details"));
     EXPECT_TRUE(Contains(console.text(), "Device Name: pnic-fabric0"));
     EXPECT_TRUE(Contains(console.text(), "Used By: None"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Adapter Details"));
+    ASSERT_TRUE(Dismiss(console, "Adapter Details"));
     ASSERT_TRUE(WaitSettled(console, kDialogText));
     ASSERT_TRUE(Close(console, Key::Esc, kDialogText));
 

@@ -26,8 +26,7 @@ TEST(RestartNetwork, F11RestartsTheInterfaceAndShowsItsAddresses) {
     console.key(Key::Enter);
     std::this_thread::sleep_for(Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Restart management network now?"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Restart management network now?"));
+    ASSERT_TRUE(Dismiss(console, "Restart management network now?", Key::Esc));
     EXPECT_FALSE(root.hasLogLine("Restarting zrk0"));
 
     ASSERT_TRUE(WaitSettled(console, "<Enter> Restart"));
@@ -49,8 +48,7 @@ TEST(RestartNetwork, F11RestartsTheInterfaceAndShowsItsAddresses) {
     console.key(Key::Esc);
     std::this_thread::sleep_for(Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Stopping management network."));
-    console.key(Key::Enter);
-    EXPECT_TRUE(console.waitForTextGone("Stopping management network."));
+    EXPECT_TRUE(Dismiss(console, "Stopping management network."));
 }
 
 }  // namespace

@@ -45,10 +45,4 @@ inline bool Close(ConsoleSession& console, std::string_view key, std::string_vie
            WaitSettled(console, "<Esc> Exit", where);
 }
 
-// The row the text stands on, -1 when it is not on the screen.
-inline int RowOf(ConsoleSession& console, std::string_view text) {
-    auto at = console.find(text);
-    return at ? at->row : -1;
-}
-
 }  // namespace NetworkTest

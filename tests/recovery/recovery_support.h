@@ -85,13 +85,6 @@ inline void Down(ConsoleSession& console, int n = 1,
     }
 }
 
-// Presses a key and waits until text shows and the screen settles.
-inline bool KeyThen(ConsoleSession& console, std::string_view key, std::string_view text,
-                    std::source_location where = std::source_location::current()) {
-    console.key(key, where);
-    return WaitSettled(console, text, where);
-}
-
 // Types into a fresh field and waits for the text to be drawn.
 inline void TypeSettled(ConsoleSession& console, std::string_view text,
                         std::source_location where = std::source_location::current()) {

@@ -10,11 +10,8 @@ namespace {
 // <Enter> and waits for the form to take keys again.
 void ExpectMessage(ConsoleSession& console, std::string_view text,
                    std::source_location where = std::source_location::current()) {
-    ASSERT_TRUE(KeyThen(console, Key::Enter, text, where));
-    console.key(Key::Enter, where);
-    ASSERT_TRUE(console.waitForTextGone(text, TeskTest::DefaultTimeout(), where));
-    ASSERT_TRUE(
-        console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, text, where) &&
+                Dismiss(console, text, Key::Enter, where));
 }
 
 // Puts text into the form's first field, which the selection leaves and

@@ -61,6 +61,23 @@ inline bool WaitSettled(ConsoleSession& console, std::string_view text,
     return console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where);
 }
 
+// Presses a key and waits until text shows and the screen settles.
+inline bool KeyThen(ConsoleSession& console, std::string_view key, std::string_view text,
+                    std::source_location where = std::source_location::current()) {
+    console.key(key, where);
+    return WaitSettled(console, text, where);
+}
+
+// Closes what shows text with key; true once text is gone and the screen
+// has settled.
+inline bool Dismiss(ConsoleSession& console, std::string_view text,
+                    std::string_view key = Key::Enter,
+                    std::source_location where = std::source_location::current()) {
+    console.key(key, where);
+    return console.waitForTextGone(text, TeskTest::DefaultTimeout(), where) &&
+           console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where);
+}
+
 // Waits for the welcome screen's complete frame (the memory line is filled
 // last).
 inline bool WaitWelcome(ConsoleSession& console,
@@ -163,6 +180,12 @@ inline bool OpenSelected(ConsoleSession& console, std::string_view entry, std::s
 inline bool OpenEntry(ConsoleSession& console, std::string_view entry, std::string_view text,
                       std::source_location where = std::source_location::current()) {
     return LogIn(console, "root", kPassword, where) && OpenSelected(console, entry, text, where);
+}
+
+// The row the text stands on, -1 when it is not on the screen.
+inline int RowOf(ConsoleSession& console, std::string_view text) {
+    const auto at = console.find(text);
+    return at ? at->row : -1;
 }
 
 // The dialog line that starts with text, up to the dialog's right border,
