@@ -121,18 +121,15 @@ TEST(NetworkWindow, ConfirmingTheSameValuesAsksNothing) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(OpenSelected(console, "Network Adapters", "Hardware Label (MAC Address)"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Hardware Label (MAC Address)"));
-    ASSERT_TRUE(OpenSelected(console, "VLAN (optional)", "VLAN ID (1-4094"));
-    ASSERT_TRUE(Close(console, Key::Enter, "VLAN ID (1-4094"));
-    ASSERT_TRUE(OpenSelected(console, "IPv4 Configuration", "Set static IPv4"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Set static IPv4"));
-    ASSERT_TRUE(OpenSelected(console, "IPv6 Configuration", "Set static IPv6"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Set static IPv6"));
-    ASSERT_TRUE(OpenSelected(console, "DNS Configuration", "Use the following DNS"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Use the following DNS"));
-    ASSERT_TRUE(OpenSelected(console, "Custom DNS Suffixes", "Suffixes:"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Suffixes:"));
+    for (const auto& [topic, text] : {std::pair{"Network Adapters", "Hardware Label (MAC Address)"},
+                                      {"VLAN (optional)", "VLAN ID (1-4094"},
+                                      {"IPv4 Configuration", "Set static IPv4"},
+                                      {"IPv6 Configuration", "Set static IPv6"},
+                                      {"DNS Configuration", "Use the following DNS"},
+                                      {"Custom DNS Suffixes", "Suffixes:"}}) {
+        ASSERT_TRUE(OpenSelected(console, topic, text));
+        ASSERT_TRUE(Close(console, Key::Enter, text));
+    }
     console.key(Key::Esc);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     EXPECT_FALSE(Contains(console.text(), kQuestion));
