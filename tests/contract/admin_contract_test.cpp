@@ -24,31 +24,31 @@ TEST_F(AdminContract, ServicesSwitchAsTheUserAndAFailedStepLeavesItsPart) {
 
         services->Switch(service, true, "root");
         EXPECT_TRUE(services->IsRunning(service));
-        EXPECT_TRUE(fixture().StartsAtBoot(service));
-        EXPECT_EQ(fixture().LastActingUser(), "root");
+        EXPECT_TRUE(conditions().StartsAtBoot(service));
+        EXPECT_EQ(conditions().LastActingUser(), "root");
 
         services->Switch(service, false, "root");
         EXPECT_FALSE(services->IsRunning(service));
-        EXPECT_FALSE(fixture().StartsAtBoot(service));
+        EXPECT_FALSE(conditions().StartsAtBoot(service));
 
         // The host's management refuses: the service is started its own way,
         // but whether it starts at boot stays as it was.
-        fixture().Refuse(HostRefusal::ServiceManagement);
+        conditions().Refuse(HostRefusal::ServiceManagement);
         services->Switch(service, true, "root");
         fixture().Recover();
         EXPECT_TRUE(services->IsRunning(service));
-        EXPECT_FALSE(fixture().StartsAtBoot(service));
+        EXPECT_FALSE(conditions().StartsAtBoot(service));
         services->Switch(service, false, "root");
 
         // Nothing works: nothing is thrown and nothing changes.
-        fixture().Refuse(HostRefusal::ServiceSwitching);
+        conditions().Refuse(HostRefusal::ServiceSwitching);
         EXPECT_NO_THROW(services->Switch(service, true, "root"));
         fixture().Recover();
         EXPECT_FALSE(services->IsRunning(service));
-        EXPECT_FALSE(fixture().StartsAtBoot(service));
+        EXPECT_FALSE(conditions().StartsAtBoot(service));
     }
     // SSH switched on opened the firewall for it; switching it off left it open.
-    EXPECT_TRUE(fixture().SshFirewallOpen());
+    EXPECT_TRUE(conditions().SshFirewallOpen());
 }
 
 TEST_F(AdminContract, OnlyARunningServiceIsRestarted) {
@@ -57,9 +57,9 @@ TEST_F(AdminContract, OnlyARunningServiceIsRestarted) {
     for (Service service : {Service::Shell, Service::Ssh}) {
         SCOPED_TRACE(Name(service));
         const bool running = services->IsRunning(service);
-        const int before = fixture().Restarts(service);
+        const int before = conditions().Restarts(service);
         services->RestartIfRunning(service);
-        EXPECT_EQ(fixture().Restarts(service), before + (running ? 1 : 0));
+        EXPECT_EQ(conditions().Restarts(service), before + (running ? 1 : 0));
         EXPECT_EQ(services->IsRunning(service), running);
     }
 }
@@ -73,7 +73,7 @@ TEST_F(AdminContract, ShellTimeoutsReadBackWhatWasStored) {
             EXPECT_EQ(services->GetTimeoutSeconds(timeout), static_cast<long>(seconds));
         }
         ASSERT_TRUE(services->SetTimeoutSeconds(timeout, 600));
-        fixture().Refuse(HostRefusal::TimeoutStore);
+        conditions().Refuse(HostRefusal::TimeoutStore);
         EXPECT_FALSE(services->GetTimeoutSeconds(timeout).has_value());
         EXPECT_FALSE(services->SetTimeoutSeconds(timeout, 60));
         fixture().Recover();
@@ -88,7 +88,7 @@ TEST_F(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText)
     lockdown->SetEnabled(true);
     EXPECT_TRUE(lockdown->IsEnabled());
 
-    fixture().Refuse(HostRefusal::LockdownQuery);
+    conditions().Refuse(HostRefusal::LockdownQuery);
     EXPECT_FALSE(lockdown->IsEnabled()) << "an answer cut short is no";
     EXPECT_FALSE(lockdown->IsPossible());
     fixture().Recover();
@@ -112,9 +112,10 @@ TEST_F(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         ASSERT_EQ(lockdown->IsEnabled(), c.enabled);
-        fixture().SetLockdownPossible(c.possible);
+        conditions().SetLockdownPossible(c.possible);
         EXPECT_EQ(lockdown->IsPossible(), c.possible);
-        const std::string hostText = c.refused ? fixture().Refuse(HostRefusal::LockdownChange) : "";
+        const std::string hostText =
+            c.refused ? conditions().Refuse(HostRefusal::LockdownChange) : "";
         const bool fails = c.refused || c.wanted == c.enabled || (c.wanted && !c.possible);
         try {
             lockdown->SetEnabled(c.wanted);
@@ -134,10 +135,10 @@ TEST_F(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText)
 TEST_F(AdminContract, BackupSavesAndSaysSo) {
     const auto configuration = host().GetHostConfiguration();
     EXPECT_TRUE(configuration->Backup());
-    EXPECT_EQ(fixture().Backups(), 1);
-    fixture().Refuse(HostRefusal::Backup);
+    EXPECT_EQ(conditions().Backups(), 1);
+    conditions().Refuse(HostRefusal::Backup);
     EXPECT_FALSE(configuration->Backup());
-    EXPECT_EQ(fixture().Backups(), 1);
+    EXPECT_EQ(conditions().Backups(), 1);
 }
 
 TEST_F(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
@@ -154,7 +155,7 @@ TEST_F(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
     services->Switch(Service::Ssh, true, "root");
     info->SetKeyboardLayout(other);
 
-    fixture().Refuse(HostRefusal::FactoryReset);
+    conditions().Refuse(HostRefusal::FactoryReset);
     EXPECT_FALSE(configuration->ResetToFactoryDefaults());
     fixture().Recover();
     EXPECT_TRUE(lockdown->IsEnabled());
@@ -164,22 +165,22 @@ TEST_F(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
     EXPECT_TRUE(configuration->ResetToFactoryDefaults());
     EXPECT_FALSE(lockdown->IsEnabled());
     EXPECT_FALSE(services->IsRunning(Service::Ssh));
-    EXPECT_FALSE(fixture().StartsAtBoot(Service::Ssh));
+    EXPECT_FALSE(conditions().StartsAtBoot(Service::Ssh));
     EXPECT_EQ(info->GetKeyboardLayout(), layout);
 }
 
 TEST_F(AdminContract, CustomExtensionsAreListedAndRemovedUnlessRefused) {
     const auto configuration = host().GetHostConfiguration();
-    fixture().SetCustomExtensionsInstalled(false);
+    conditions().SetCustomExtensionsInstalled(false);
     EXPECT_FALSE(configuration->HasCustomExtensions());
 
-    fixture().SetCustomExtensionsInstalled(true);
+    conditions().SetCustomExtensionsInstalled(true);
     EXPECT_TRUE(configuration->HasCustomExtensions());
-    fixture().Refuse(HostRefusal::ExtensionList);
+    conditions().Refuse(HostRefusal::ExtensionList);
     EXPECT_FALSE(configuration->HasCustomExtensions());
     fixture().Recover();
 
-    fixture().Refuse(HostRefusal::ExtensionRemoval);
+    conditions().Refuse(HostRefusal::ExtensionRemoval);
     EXPECT_FALSE(configuration->RemoveCustomExtensions());
     fixture().Recover();
     EXPECT_TRUE(configuration->HasCustomExtensions());
@@ -190,13 +191,13 @@ TEST_F(AdminContract, CustomExtensionsAreListedAndRemovedUnlessRefused) {
 
 TEST_F(AdminContract, SupportTextIsTheHostsOrEmpty) {
     const auto support = host().GetSupportInformation();
-    fixture().SetSupportText("Serial: ACME-01\n{not markup}\n");
+    conditions().SetSupportText("Serial: ACME-01\n{not markup}\n");
     EXPECT_EQ(support->GetSupportText(), "Serial: ACME-01\n{not markup}\n");
-    fixture().SetSupportText(std::nullopt);
+    conditions().SetSupportText(std::nullopt);
     EXPECT_EQ(support->GetSupportText(), "");
 
     // A text that cannot be read neither blocks nor throws.
-    fixture().MakeSupportTextUnreadable();
+    conditions().MakeSupportTextUnreadable();
     EXPECT_EQ(support->GetSupportText(), "");
 }
 

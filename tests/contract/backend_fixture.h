@@ -41,7 +41,6 @@ enum class Capability {
     DistributedSwitches,  // Shape::ManagedOnDistributedSwitch
     InjectedFailures,     // FailOperation
     SmartCards,           // InsertSmartCard
-    HostConditions,       // Refuse and the other conditions and records below
 };
 
 // What a host's own tools and services can be made to refuse, in the ways the
@@ -61,6 +60,35 @@ enum class HostRefusal {
     PortGroupCreation,  // the tool that adds port groups fails
     AgentStop,          // the operations agent cannot be stopped
     Migration,          // the operations agent's move of a Zerkel NIC fails
+};
+
+// What a case can arrange beyond the shape and injected failures, and the
+// facts the interfaces do not read back.
+class HostConditions {
+public:
+    virtual ~HostConditions() = default;
+
+    // Makes the host refuse what until BackendFixture::Recover(); answers the
+    // error text the host then gives ("" when it gives none).
+    virtual std::string Refuse(HostRefusal what) = 0;
+    virtual void SetLockdownPossible(bool possible) = 0;
+    virtual void SetCustomExtensionsInstalled(bool installed) = 0;
+    // The support text the host keeps; none: the host has none.
+    virtual void SetSupportText(const std::optional<std::string>& text) = 0;
+    // The support text exists but cannot be read (and must not block a reader).
+    virtual void MakeSupportTextUnreadable() = 0;
+    // The operations agent's package at this version; null: not installed.
+    virtual void InstallOperationsAgent(const char* version) = 0;
+
+    virtual bool StartsAtBoot(HostCtl::Services::Service service) const = 0;
+    virtual int Restarts(HostCtl::Services::Service service) const = 0;
+    virtual bool SshFirewallOpen() const = 0;        // whether the firewall lets SSH through now
+    virtual std::string LastActingUser() const = 0;  // of the last request to the host's management
+    virtual int Backups() const = 0;
+    virtual bool OperationsAgentRunning() const = 0;
+    // The last host tool the backend ran, as "<command line> succeeded" or
+    // "<command line> failed"; "" when none ran.
+    virtual std::string LastToolRun() const = 0;
 };
 
 class BackendFixture {
@@ -85,29 +113,10 @@ public:
     // Puts a card whose token holds the user ids into the first reader.
     virtual void InsertSmartCard(const std::vector<std::string>& userIds) = 0;
 
-    // Host conditions, for a backend that has Capability::HostConditions
-    // (the defaults throw std::logic_error). Refuse lasts until Recover() and
-    // answers the error text the host then gives ("" when it gives none).
-    virtual std::string Refuse(HostRefusal what);
-    virtual void SetLockdownPossible(bool possible);
-    virtual void SetCustomExtensionsInstalled(bool installed);
-    // The support text the host keeps; none: the host has none.
-    virtual void SetSupportText(const std::optional<std::string>& text);
-    // The support text exists but cannot be read (and must not block a reader).
-    virtual void MakeSupportTextUnreadable();
-    // The operations agent's package at this version; null: not installed.
-    virtual void InstallOperationsAgent(const char* version);
-
-    // What the interfaces do not read back.
-    virtual bool StartsAtBoot(HostCtl::Services::Service service) const;
-    virtual int Restarts(HostCtl::Services::Service service) const;
-    virtual bool SshFirewallOpen() const;        // whether the firewall lets SSH through now
-    virtual std::string LastActingUser() const;  // of the last request to the host's management
-    virtual int Backups() const;
-    virtual bool OperationsAgentRunning() const;
-    // The last host tool the backend ran, as "<command line> succeeded" or
-    // "<command line> failed"; "" when none ran.
-    virtual std::string LastToolRun() const;
+    // The host conditions and records the administration and network-action
+    // cases need; null when the backend cannot arrange them (those cases then
+    // skip).
+    virtual HostConditions* Conditions() { return nullptr; }
 };
 
 using FixtureMaker = std::function<std::unique_ptr<BackendFixture>()>;

@@ -68,56 +68,6 @@ void ContractTest::ExpectFailures(const std::vector<Failure>& cases, const HostV
     }
 }
 
-namespace {
-
-[[noreturn]] void NoHostConditions() {
-    throw std::logic_error(
-        "the backend's fixture arranges no host conditions: its "
-        "Lacks(Capability::HostConditions) should say why");
-}
-
-}  // namespace
-
-std::string BackendFixture::Refuse(HostRefusal) {
-    NoHostConditions();
-}
-void BackendFixture::SetLockdownPossible(bool) {
-    NoHostConditions();
-}
-void BackendFixture::SetCustomExtensionsInstalled(bool) {
-    NoHostConditions();
-}
-void BackendFixture::SetSupportText(const std::optional<std::string>&) {
-    NoHostConditions();
-}
-void BackendFixture::MakeSupportTextUnreadable() {
-    NoHostConditions();
-}
-void BackendFixture::InstallOperationsAgent(const char*) {
-    NoHostConditions();
-}
-bool BackendFixture::StartsAtBoot(HostCtl::Services::Service) const {
-    NoHostConditions();
-}
-int BackendFixture::Restarts(HostCtl::Services::Service) const {
-    NoHostConditions();
-}
-bool BackendFixture::SshFirewallOpen() const {
-    NoHostConditions();
-}
-std::string BackendFixture::LastActingUser() const {
-    NoHostConditions();
-}
-int BackendFixture::Backups() const {
-    NoHostConditions();
-}
-bool BackendFixture::OperationsAgentRunning() const {
-    NoHostConditions();
-}
-std::string BackendFixture::LastToolRun() const {
-    NoHostConditions();
-}
-
 std::unique_ptr<HostCtl::Network::ZrkNic> Management(const HostCtl::Backend& host, bool load) {
     auto nic = host.GetNetworkInfo()->GetManagementInterface();
     if (!nic) throw std::logic_error("the host has no management interface");

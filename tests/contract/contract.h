@@ -94,14 +94,16 @@ protected:
     }
 };
 
-// The suite of the cases that arrange host conditions (BackendFixture::
-// Refuse and the rest) on a managed host.
+// The suite of the cases that arrange host conditions on a managed host;
+// they skip when the backend's fixture cannot.
 class OnManagedHostWithConditions : public OnManagedHost {
 protected:
     void SetUp() override {
         OnManagedHost::SetUp();
-        Need(Capability::HostConditions);
+        if (!IsSkipped() && !fixture().Conditions())
+            GTEST_SKIP() << "the backend's fixture arranges no host conditions";
     }
+    HostConditions& conditions() { return *fixture().Conditions(); }
 };
 
 // The management interface, loaded unless load is false; std::logic_error

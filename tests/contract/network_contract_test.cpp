@@ -20,11 +20,11 @@ protected:
     // Recovers from the last case, then makes the host refuse what, if given.
     void Arrange(std::optional<HostRefusal> what) {
         fixture().Recover();
-        if (what) fixture().Refuse(*what);
+        if (what) conditions().Refuse(*what);
     }
     // The last tool run names line and ended as expected.
     void ExpectRan(const std::string& line, bool succeeded) {
-        EXPECT_EQ(fixture().LastToolRun(), line + (succeeded ? " succeeded" : " failed"));
+        EXPECT_EQ(conditions().LastToolRun(), line + (succeeded ? " succeeded" : " failed"));
     }
 };
 
@@ -122,9 +122,9 @@ TEST_F(NetworkContract, OperationsAgentCountsFromMajorVersion3) {
         {nullptr, false}, {"2.9.1-1", false}, {"3.1.0-2", true}, {"10.0.0-1", true}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.version ? c.version : "not installed");
-        fixture().InstallOperationsAgent(c.version);
+        conditions().InstallOperationsAgent(c.version);
         EXPECT_EQ(host().GetOperationsAgent()->IsVersion3Present(), c.present);
-        EXPECT_EQ(fixture().OperationsAgentRunning(), true);
+        EXPECT_EQ(conditions().OperationsAgentRunning(), true);
     }
 }
 
@@ -145,7 +145,7 @@ TEST_F(NetworkContract, MigrateZrkNicMovesTheNicAroundTheStoppedAgent) {
         {"a failing move", "zrk0", "Storage Network", HostRefusal::Migration, false},
         {"an agent that cannot be stopped", "zrk0", "VM Network", HostRefusal::AgentStop, true},
     };
-    fixture().InstallOperationsAgent("3.1.0-2");
+    conditions().InstallOperationsAgent("3.1.0-2");
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Arrange(c.arrange);
@@ -154,7 +154,7 @@ TEST_F(NetworkContract, MigrateZrkNicMovesTheNicAroundTheStoppedAgent) {
 
         EXPECT_EQ(host().GetOperationsAgent()->MigrateZrkNic(c.nic, c.group), c.migrated);
         EXPECT_EQ(NicPortGroups(host()), expected);
-        EXPECT_TRUE(fixture().OperationsAgentRunning());
+        EXPECT_TRUE(conditions().OperationsAgentRunning());
         ExpectRan(std::string("/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch -m -p ") +
                       c.group + " -I " + c.nic,
                   c.migrated);

@@ -72,7 +72,7 @@ std::string FaultName(const std::string& operation) {
            LowerFirst(std::string_view(operation).substr(dot + 1));
 }
 
-class SimulatedFixture : public TeskContract::BackendFixture {
+class SimulatedFixture : public TeskContract::BackendFixture, public TeskContract::HostConditions {
 public:
     ~SimulatedFixture() override {
         Tesk::Platform::InstallHostPlatform(nullptr);
@@ -102,6 +102,8 @@ public:
             state["smartCards"]["slots"][0]["token"] = {{"userIds", userIds}};
         });
     }
+
+    HostConditions* Conditions() override { return this; }
 
     std::string Refuse(HostRefusal what) override {
         const Json fails = {{"exitStatus", 1}};
