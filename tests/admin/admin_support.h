@@ -27,19 +27,4 @@ inline std::string StateText(const SimRoot& root, const std::string& pointer) {
     return value->is_string() ? value->get<std::string>() : value->dump();
 }
 
-// The row the caret stands on, or -1 when it is hidden.
-inline int CaretRow(ConsoleSession& console) {
-    const auto& screen = console.screen();
-    return screen.cursorVisible() ? screen.cursor().row : -1;
-}
-
-// Waits until the caret stands on the row of label (the focused field).
-inline bool WaitCaretOn(ConsoleSession& console, std::string_view label,
-                        std::source_location where = std::source_location::current()) {
-    const bool moved = console.waitFor(
-        [&] { return RowOf(console, label) >= 0 && CaretRow(console) == RowOf(console, label); },
-        std::string("the caret on ") + std::string(label), TeskTest::DefaultTimeout(), where);
-    return moved && console.waitForQuiet(std::chrono::milliseconds(200));
-}
-
 }  // namespace AdminTest

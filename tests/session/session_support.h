@@ -96,14 +96,42 @@ inline void EnterCredentials(ConsoleSession& console, std::string_view user,
     console.key(Key::Enter, where);
 }
 
+// The row the text stands on, -1 when it is not on the screen.
+inline int RowOf(ConsoleSession& console, std::string_view text) {
+    const auto at = console.find(text);
+    return at ? at->row : -1;
+}
+
+// The row the caret stands on, or -1 when it is hidden.
+inline int CaretRow(ConsoleSession& console) {
+    const auto& screen = console.screen();
+    return screen.cursorVisible() ? screen.cursor().row : -1;
+}
+
+// Waits until the caret stands on the row of label (the focused field).
+inline bool WaitCaretOn(ConsoleSession& console, std::string_view label,
+                        std::source_location where = std::source_location::current()) {
+    const bool moved = console.waitFor(
+        [&] { return RowOf(console, label) >= 0 && CaretRow(console) == RowOf(console, label); },
+        std::string("the caret on ") + std::string(label), TeskTest::DefaultTimeout(), where);
+    return moved &&
+           console.waitForQuiet(std::chrono::milliseconds(200), TeskTest::DefaultTimeout(), where);
+}
+
 // From the settled welcome screen: F2, then user and password typed into the
-// login dialog; false when a step did not show.
+// login dialog, each once its field has the caret; false when a step did not
+// show.
 inline bool EnterLogin(ConsoleSession& console, std::string_view user, std::string_view password,
                        std::source_location where) {
     if (!WaitWelcome(console, where)) return false;
     console.key(FKey(2), where);
-    if (!WaitSettled(console, "Login Name:", where)) return false;
-    EnterCredentials(console, user, password, where);
+    if (!WaitSettled(console, "Login Name:", where) || !WaitCaretOn(console, "Login Name:", where))
+        return false;
+    console.type(user, where);
+    console.key(Key::Enter, where);
+    if (!WaitCaretOn(console, "Password:", where)) return false;
+    console.type(password, where);
+    console.key(Key::Enter, where);
     return true;
 }
 
@@ -180,12 +208,6 @@ inline bool OpenSelected(ConsoleSession& console, std::string_view entry, std::s
 inline bool OpenEntry(ConsoleSession& console, std::string_view entry, std::string_view text,
                       std::source_location where = std::source_location::current()) {
     return LogIn(console, "root", kPassword, where) && OpenSelected(console, entry, text, where);
-}
-
-// The row the text stands on, -1 when it is not on the screen.
-inline int RowOf(ConsoleSession& console, std::string_view text) {
-    const auto at = console.find(text);
-    return at ? at->row : -1;
 }
 
 // The dialog line that starts with text, up to the dialog's right border,
