@@ -97,8 +97,7 @@ TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
         EXPECT_TRUE(console.waitForText(kFooter));
         EXPECT_TRUE(root.waitForLogLine(c.logged));
         // The login writes nothing to the state, and the menu's reads fail.
-        console.key(FKey(2));
-        ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
         EnterCredentials(console, "root", kPassword);
         EXPECT_TRUE(root.waitForLogLine("User root logged in"));
         EndsOnSigterm(console);
@@ -127,8 +126,7 @@ TEST(BadHostState, AUserFileThatIsAFifoFailsTheLoginOnly) {
     ASSERT_EQ(::mkfifo(users.c_str(), 0644), 0);
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     EnterCredentials(console, "root", kPassword);
     EXPECT_TRUE(root.waitForLogLine("Authentication of user root failed"));
     EndsOnSigterm(console);

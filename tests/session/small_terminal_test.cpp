@@ -43,8 +43,7 @@ TEST(SmallTerminal, ADialogLargerThanTheTerminalTakesNoKeys) {
     SimRoot root;
     ConsoleSession console(root, LocalConsole(50, 12));
     ASSERT_TRUE(WaitSettled(console, "<F2>"));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Terminal too small: 60x13 needed."));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Terminal too small: 60x13 needed."));
     EXPECT_FALSE(console.find("Login Name:"));
     // Typing a login blind does nothing.
     EnterCredentials(console, "root", kPassword);
@@ -54,8 +53,7 @@ TEST(SmallTerminal, ADialogLargerThanTheTerminalTakesNoKeys) {
     EXPECT_FALSE(root.hasLogLine("Authentication of user"));
     EXPECT_FALSE(console.find("System Customization"));
     // <Esc> leaves the note: the welcome screen, and no login attempt.
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Terminal too small"));
+    ASSERT_TRUE(Dismiss(console, "Terminal too small", Key::Esc));
     ASSERT_TRUE(WaitSettled(console, "<F2>"));
     EXPECT_TRUE(root.logLinesWith("Authentication of user").empty());
     EXPECT_TRUE(AuditRecords(root, "tesk.login").empty());

@@ -172,10 +172,8 @@ TEST(WelcomeScreen, CustomMessageHidesEverythingYetTheKeysStillWork) {
     for (const char* hidden : {"To manage", "Zerkel Host", "Memory", "<F2>", "<F12>", "https://"})
         EXPECT_FALSE(console.find(hidden)) << hidden;
 
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
+    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
     EXPECT_TRUE(console.find("Property of the Lab 4 team"));
 
     // Back to the default screen, rebuilt from nothing, once the message is gone.
