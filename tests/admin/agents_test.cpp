@@ -12,14 +12,16 @@ namespace {
 constexpr std::string_view kConfirm = "Restart Management Agents: Confirm";
 
 bool OpenAgentsDialog(ConsoleSession& console) {
-    if (!LogIn(console)) return false;
-    if (!SelectMenuEntry(console, "Troubleshooting Options")) return false;
-    console.key(Key::Enter);
-    if (!WaitSettled(console, "<Esc> Exit")) return false;
-    for (int i = 0; i < 4; ++i)
-        if (!MenuDown(console)) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, kConfirm);
+    return OpenEntry(console, "Troubleshooting Options", "<Esc> Exit") &&
+           OpenSelected(console, "Restart Management Agents", kConfirm);
+}
+
+// With the live-core worker asked for: <Space>, <F11>, and the last step done.
+bool RestartWithWorker(ConsoleSession& console) {
+    console.type(" ");
+    if (!console.waitForText("[X] Collect extra troubleshooting information")) return false;
+    console.key(FKey(11));
+    return WaitSettled(console, "Starting management agents. Done.");
 }
 
 bool HasAlert(const SimRoot& root, const std::string& text) {
@@ -53,8 +55,7 @@ TEST(Agents, F11RestartsTheServicesWithoutAWorkerUnlessAsked) {
     console.key(Key::Esc);
     std::this_thread::sleep_for(TeskTest::Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Starting management agents. Done."));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    ASSERT_TRUE(Dismiss(console, "Starting management agents."));
     EXPECT_TRUE(WaitSettled(console, "Troubleshooting Mode Options"));
 }
 
@@ -82,10 +83,7 @@ TEST(Agents, FailingStopStillSaysDoneAndTheWorkerRaisesItsAlert) {
     root.setFault("services.sh:stop", {{"exitStatus", 1}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenAgentsDialog(console));
-    console.type(" ");
-    ASSERT_TRUE(console.waitForText("[X] Collect extra troubleshooting information"));
-    console.key(FKey(11));
-    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    ASSERT_TRUE(RestartWithWorker(console));
     EXPECT_TRUE(console.find("Collecting host agent live core information. Done."));
     EXPECT_TRUE(console.find("Stopping management agents. Done."));
     ASSERT_TRUE(console.waitFor([&] { return HasAlert(root, "Hagentd core dump completed"); },
@@ -99,10 +97,7 @@ TEST(Agents, WorkerThatFailsLogsItAndRaisesNoAlert) {
     root.setFault("zrkbacktrace", {{"exitStatus", 1}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenAgentsDialog(console));
-    console.type(" ");
-    ASSERT_TRUE(console.waitForText("[X]"));
-    console.key(FKey(11));
-    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    ASSERT_TRUE(RestartWithWorker(console));
     ASSERT_TRUE(root.waitForLogLine("zrkbacktrace failed, probably hagentd was down"));
     EXPECT_FALSE(HasAlert(root, "Hagentd core dump completed"));
 }
@@ -113,18 +108,14 @@ TEST(Agents, ConsoleEndsWhileTheWorkerStillRuns) {
     root.setFault("zrkbacktrace", {{"hang", true}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenAgentsDialog(console));
-    console.type(" ");
-    ASSERT_TRUE(console.waitForText("[X]"));
-    console.key(FKey(11));
-    ASSERT_TRUE(WaitSettled(console, "Starting management agents. Done."));
+    ASSERT_TRUE(RestartWithWorker(console));
     ASSERT_TRUE(root.waitForLogLine("Executing zrkbacktrace -c against hagentd"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Starting management agents."));
+    ASSERT_TRUE(Dismiss(console, "Starting management agents."));
     ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(400)));
     // Still usable while the worker waits for its command.
     console.key(Key::Up);
     ASSERT_TRUE(console.waitFor(
-        [&] { return MenuHeading(console).rfind("Modify TESK idle timeout", 0) == 0; },
+        [&] { return PaneHeading(console).starts_with("Modify TESK idle timeout"); },
         "the row above selected"));
     console.signal(SIGTERM);
     EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));

@@ -30,7 +30,7 @@ bool Apply(ConsoleSession& console) {
 
 TEST(Keyboard, SpaceMovesTheOneChoiceAndEnterAppliesIt) {
     SimRoot root;
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenEntry(console, kEntry, kHelp));
     // The current layout is chosen and selected.
     ASSERT_TRUE(console.find("(o) US Default"));
@@ -55,7 +55,7 @@ TEST(Keyboard, SpaceMovesTheOneChoiceAndEnterAppliesIt) {
 TEST(Keyboard, EnterWithoutSpaceAppliesTheCurrentLayoutAgain) {
     SimRoot root;
     root.editState([](Json& s) { s["systemInfo"]["keyboard"]["loadedMappings"] = "Belgian"; });
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenEntry(console, kEntry, kHelp));
     console.key(Key::Up);
     ASSERT_TRUE(Apply(console));
@@ -68,8 +68,7 @@ TEST(Keyboard, EnterWithoutSpaceAppliesTheCurrentLayoutAgain) {
     console.key(Key::Down);
     console.key(" ");
     ASSERT_TRUE(console.waitForText("(o) US Dvorak"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone(kHelp));
+    ASSERT_TRUE(Dismiss(console, kHelp, Key::Esc));
     EXPECT_EQ(Layout(root), "US Default");
     EXPECT_EQ(root.logLinesWith("Keyboard Layout changed").size(), 1u);
 }
@@ -77,7 +76,7 @@ TEST(Keyboard, EnterWithoutSpaceAppliesTheCurrentLayoutAgain) {
 TEST(Keyboard, ACurrentLayoutNotOfferedLeavesNoChoiceAndTheFirstIsApplied) {
     SimRoot root;
     root.editState([](Json& s) { s["systemInfo"]["keyboard"]["layout"] = "us default"; });
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenEntry(console, kEntry, kHelp));
     EXPECT_FALSE(console.find("(o)")) << console.text();
     ASSERT_TRUE(Apply(console));
@@ -88,7 +87,7 @@ TEST(Keyboard, ACurrentLayoutNotOfferedLeavesNoChoiceAndTheFirstIsApplied) {
 TEST(Keyboard, AFailingHostLeavesTheLayoutAndClaimsNothing) {
     SimRoot root;
     root.setFault("system.setKeyboardLayout", {{"exception", "keymap locked"}});
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenEntry(console, kEntry, kHelp));
     console.key(Key::Down);
     console.key(" ");
@@ -101,7 +100,7 @@ TEST(Keyboard, AFailingHostLeavesTheLayoutAndClaimsNothing) {
 
 TEST(Keyboard, TheLoginLabelOpensTheDialogAndShowsTheNewLayout) {
     SimRoot root;
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(WaitWelcome(console));
     console.key(FKey(2));
     ASSERT_TRUE(WaitSettled(console, "Configured Keyboard (US Default)"));

@@ -39,7 +39,7 @@ bool Apply(ConsoleSession& console) {
 
 TEST(Lockdown, TogglingTwiceRunsNothing) {
     SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(OpenEntry(console, kEntry, kCheck));
     ASSERT_TRUE(console.find("[ ] " + std::string(kCheck)));
     ASSERT_TRUE(Toggle(console));
@@ -52,7 +52,7 @@ TEST(Lockdown, TogglingTwiceRunsNothing) {
 
 TEST(Lockdown, EnteringAndLeavingChangeTheHost) {
     SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(OpenEntry(console, kEntry, kCheck));
     ASSERT_TRUE(Toggle(console));
     ASSERT_TRUE(Apply(console));
@@ -75,7 +75,7 @@ TEST(Lockdown, AFailingCommandIsLoggedWithItsErrorAndChangesNothing) {
     SimRoot root;
     root.setFault("rux-cmd:ruxsvc/auth/lockdown_mode_enter",
                   {{"error", "Agent busy:\n try later\n"}, {"exitStatus", 3}});
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(OpenEntry(console, kEntry, kCheck));
     ASSERT_TRUE(Toggle(console));
     ASSERT_TRUE(Apply(console));

@@ -29,13 +29,10 @@ std::string RootAccount(const SimRoot& root) {
     return start == std::string::npos ? "" : users.substr(start, users.find('\n', start) - start);
 }
 
-// Shows a message, waits for it and closes it with <Enter>.
+// Waits for a message and closes it with <Enter>.
 bool Acknowledge(ConsoleSession& console, std::string_view message,
                  std::source_location where = std::source_location::current()) {
-    if (!WaitSettled(console, message, where)) return false;
-    console.key(Key::Enter, where);
-    return console.waitForTextGone(message, TeskTest::DefaultTimeout(), where) &&
-           console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(), where);
+    return WaitSettled(console, message, where) && Dismiss(console, message, Key::Enter, where);
 }
 
 // Types text into the focused field and presses key.
@@ -59,7 +56,7 @@ bool ChangeTo(ConsoleSession& console, const std::string& old, const std::string
 TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
     SimRoot root;
     const std::string hash = RootAccount(root);
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(OpenEntry(console, "Configure Password", kOld));
     ASSERT_TRUE(WaitCaretOn(console, kOld));
 
@@ -104,8 +101,7 @@ TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
     EXPECT_EQ(Stars(console, kNew), 0);
     EXPECT_EQ(Stars(console, kConfirm), 0);
 
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone(kOld));
+    ASSERT_TRUE(Dismiss(console, kOld, Key::Esc));
     EXPECT_EQ(RootAccount(root), hash);
     EXPECT_FALSE(root.hasLogLine("has changed"));
     EXPECT_FALSE(root.stateValue("/configBackup/runs"));
@@ -113,12 +109,11 @@ TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
 
 TEST(Password, TheSamePasswordAgainIsAskedAbout) {
     SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, kPassword));
     ASSERT_TRUE(WaitSettled(console, "New password is same as old password. Are you sure?"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Are you sure?"));
+    ASSERT_TRUE(Dismiss(console, "Are you sure?", Key::Esc));
     ASSERT_TRUE(WaitCaretOn(console, kConfirm));
     for (const char* label : {kOld, kNew, kConfirm}) EXPECT_EQ(Stars(console, label), 9) << label;
     EXPECT_FALSE(root.hasLogLine("has changed"));
@@ -133,7 +128,7 @@ TEST(Password, TheSamePasswordAgainIsAskedAbout) {
 TEST(Password, AChangeIsStoredAnnouncedAndTheNewPasswordLogsIn) {
     SimRoot root;
     const std::string hash = RootAccount(root);
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, "N3w-pass"));
     ASSERT_TRUE(root.waitForLogLine("Login password for user root has changed"));
@@ -170,7 +165,7 @@ TEST(Password, AChangeIsStoredAnnouncedAndTheNewPasswordLogsIn) {
 TEST(Password, AccountsThatCannotBeStoredAreReportedAndTheRestGoesOn) {
     SimRoot root;
     root.setFault("authentication.storeUserAccountsToCs", {{"exception", "store is read-only"}});
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ChangeTo(console, kPassword, "N3w-pass"));
     ASSERT_TRUE(Acknowledge(console, "Error while storing user account information"));
@@ -182,7 +177,7 @@ TEST(Password, AccountsThatCannotBeStoredAreReportedAndTheRestGoesOn) {
 
 TEST(Password, AnExpiredPasswordIsChangedAtLoginThenTheUserLogsIn) {
     SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
+    ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
     console.key(FKey(2));
     ASSERT_TRUE(WaitSettled(console, "Login Name:"));

@@ -8,10 +8,7 @@ using namespace AdminTest;
 namespace {
 
 bool OpenReset(ConsoleSession& console, const std::string& entry) {
-    if (!LogIn(console)) return false;
-    if (!SelectMenuEntry(console, entry)) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, entry + ": Confirm");
+    return OpenEntry(console, entry, entry + ": Confirm");
 }
 
 TEST(Reset, RestoresTheProfileKeepsTheMachineAndRestarts) {
@@ -59,8 +56,7 @@ TEST(Reset, FailingCommandReturnsToTheMenuSilently) {
     root.setFault("factoryConfig.py", {{"exitStatus", 1}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenReset(console, "Reset System Configuration"));
-    console.key(FKey(11));
-    ASSERT_TRUE(console.waitForTextGone("Reset System Configuration: Confirm"));
+    ASSERT_TRUE(Dismiss(console, "Reset System Configuration: Confirm", FKey(11)));
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     EXPECT_FALSE(console.find("Default settings are restored."));
     EXPECT_FALSE(root.logLinesWith("Restoring factory defaults").empty());
@@ -74,7 +70,7 @@ TEST(CustomExtensions, OfferedOnlyWhileInstalledAndRemovedBeforeARestart) {
         SimRoot root("dhcp");
         ConsoleSession console(root, LocalConsole());
         ASSERT_TRUE(LogIn(console));
-        EXPECT_FALSE(SelectMenuEntry(console, "Remove Custom Extensions"));
+        EXPECT_FALSE(console.find("Remove Custom Extensions"));
         EXPECT_TRUE(console.find("Reset System Configuration"));
     }
     SimRoot root;

@@ -20,8 +20,7 @@ TEST(Shutdown, OnlyItsOwnKeysActAndEscLeavesWithoutASession) {
     EXPECT_TRUE(console.find("Forcefully terminate"));
     EXPECT_EQ(StateText(root, "/power/state"), "");
 
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Forcefully terminate"));
+    ASSERT_TRUE(Dismiss(console, "Forcefully terminate", Key::Esc));
     EXPECT_TRUE(WaitWelcome(console));
     EXPECT_EQ(StateText(root, "/power/state"), "");
     // A login on this path starts no session: nothing records a logout.

@@ -10,17 +10,8 @@ namespace {
 
 // The menu, then the troubleshooting window on its first row.
 bool OpenTroubleshooting(ConsoleSession& console) {
-    if (!LogIn(console)) return false;
-    if (!SelectMenuEntry(console, "Troubleshooting Options")) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, "Troubleshooting Mode Options") &&
+    return OpenEntry(console, "Troubleshooting Options", "Troubleshooting Mode Options") &&
            WaitSettled(console, "<Esc> Exit");
-}
-
-// <Enter> on the selected row, waiting for text to show.
-bool EnterAndSee(ConsoleSession& console, std::string_view text) {
-    console.key(Key::Enter);
-    return WaitSettled(console, text);
 }
 
 // The console timeout dialog's title ("TESK idle timeout" is in the window too).
@@ -49,26 +40,25 @@ TEST(Troubleshooting, TimeoutsItemOnlyWhileShellAndSshAreOff) {
     EXPECT_TRUE(console.find("Kovix Shell is Enabled"));
 
     // The shell off, SSH still on: the timeouts stay out of reach.
-    ASSERT_TRUE(EnterAndSee(console, "Enable Kovix Shell"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable Kovix Shell"));
     EXPECT_TRUE(console.find("Kovix Shell is Disabled"));
     EXPECT_EQ(StateText(root, "/services/KovaShell/running"), "false");
     EXPECT_EQ(StateText(root, "/services/KovaShell/enabled"), "false");
     EXPECT_FALSE(root.logLinesWith("User root disabled Kovix Shell").empty());
-    ASSERT_TRUE(MenuDown(console));
-    EXPECT_EQ(MenuHeading(console).rfind("SSH Support", 0), 0u);
-    ASSERT_TRUE(MenuDown(console));
-    EXPECT_EQ(MenuHeading(console).rfind("Modify TESK idle timeout", 0), 0u);
+    ASSERT_TRUE(StepSelection(console));
+    EXPECT_TRUE(PaneHeading(console).starts_with("SSH Support"));
+    ASSERT_TRUE(StepSelection(console));
+    EXPECT_TRUE(PaneHeading(console).starts_with("Modify TESK idle timeout"));
 
     // SSH off as well: the item can be chosen.
-    console.key(Key::Up);
-    ASSERT_TRUE(console.waitFor([&] { return MenuHeading(console).rfind("SSH Support", 0) == 0; },
-                                "SSH selected"));
-    ASSERT_TRUE(EnterAndSee(console, "Enable SSH"));
+    ASSERT_TRUE(StepSelection(console, Key::Up));
+    EXPECT_TRUE(PaneHeading(console).starts_with("SSH Support"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable SSH"));
     EXPECT_EQ(StateText(root, "/services/SSH/running"), "false");
     EXPECT_FALSE(root.logLinesWith("User root disabled SSH").empty());
-    ASSERT_TRUE(MenuDown(console));
-    EXPECT_EQ(MenuHeading(console).rfind("Modify Kovix Shell and SSH timeouts", 0), 0u);
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(StepSelection(console));
+    EXPECT_TRUE(PaneHeading(console).starts_with("Modify Kovix Shell and SSH timeouts"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
 }
 
 TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
@@ -82,8 +72,8 @@ TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
     });
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(EnterAndSee(console, "Disable SSH"));
+    ASSERT_TRUE(GoToEntry(console, "SSH Support"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
     EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "true");
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/active"), "true");
@@ -93,14 +83,14 @@ TEST(Troubleshooting, SshSwitchOpensTheFirewallOnlyWhenSwitchedOn) {
         s["systemInfo"]["firewall"]["rulesets"][0]["enabled"] = false;
         s["systemInfo"]["firewall"]["rulesets"][0]["active"] = false;
     });
-    ASSERT_TRUE(EnterAndSee(console, "Enable SSH"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable SSH"));
     EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "false");
 
     // The management tool fails: the init script starts the service; a
     // firewall failure is logged and the switch goes on.
     root.setFault("rux-cmd:hostsvc/start_ssh", {{"exitStatus", 1}});
     root.setFault("firewall.isServiceControlled", {{"exception", "firewall busy"}});
-    ASSERT_TRUE(EnterAndSee(console, "Disable SSH"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
     EXPECT_FALSE(root.logLinesWith("Unable to run rux-cmd to start/stop ssh").empty());
     EXPECT_FALSE(
         root.logLinesWith("Failed to update firewall sshServer ruleset status: firewall busy")
@@ -113,16 +103,15 @@ TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
     ServicesOn(root, false, false);
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
 
     for (const char* bad : {"1441", "-1"}) {
         SCOPED_TRACE(bad);
         Retype(console, bad);
-        ASSERT_TRUE(EnterAndSee(console, "Timeout value must be between 0 (disabled) and 1440"));
-        console.key(Key::Enter);
-        ASSERT_TRUE(console.waitForTextGone("Timeout value must be between"));
+        ASSERT_TRUE(
+            KeyThen(console, Key::Enter, "Timeout value must be between 0 (disabled) and 1440"));
+        ASSERT_TRUE(Dismiss(console, "Timeout value must be between"));
         EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1KovixShellTimeOut/value"), "0");
     }
     // 1440 is taken; the idle field keeps its current value: nothing for it.
@@ -138,7 +127,7 @@ TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
     // Again: the stored value is shown; 0 disables the idle timeout... which
     // already is 0, so nothing changes; the availability goes back to 0.
     ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
     EXPECT_TRUE(console.find("1440"));
     Retype(console, "0");
     console.key(Key::Enter);
@@ -155,9 +144,8 @@ TEST(Troubleshooting, ShellTimeoutFallsBackToTheLocalToolAndRestartsRunningServi
     root.setFault("kovacli", {{"exitStatus", 1}});
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(EnterAndSee(console, "Availability timeout"));
+    ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
     // A service that runs takes the new value by a restart (the window's
     // view of it was read when it opened).
     root.editState([](Json& s) { s["services"]["SSH"]["running"] = true; });
@@ -179,15 +167,13 @@ TEST(Troubleshooting, ConsoleIdleTimeoutTakesEffectAtOnce) {
     options.args = {"30"};
     ConsoleSession console(root, options);
     ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(GoToEntry(console, "Modify TESK idle timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     // Only digits go in: "-" and letters are refused, so "-1" is 1.
     Retype(console, "1441");
-    ASSERT_TRUE(EnterAndSee(console, "Timeout value must be between 0 (disabled) and 1440"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Timeout value must be between"));
+    ASSERT_TRUE(
+        KeyThen(console, Key::Enter, "Timeout value must be between 0 (disabled) and 1440"));
+    ASSERT_TRUE(Dismiss(console, "Timeout value must be between"));
     ASSERT_TRUE(WaitSettled(console, kTeskDialog));
     Retype(console, "x-1");
     console.key(Key::Enter);
@@ -204,13 +190,12 @@ TEST(Troubleshooting, ConsoleIdleTimeoutZeroDisables) {
     SimRoot root;
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(OpenTroubleshooting(console));
-    for (int i = 0; i < 3; ++i) ASSERT_TRUE(MenuDown(console));
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(GoToEntry(console, "Modify TESK idle timeout"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     // The current value changes nothing.
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone(kTeskDialog));
+    ASSERT_TRUE(Dismiss(console, kTeskDialog));
     EXPECT_TRUE(root.logLinesWith("Tesk timeout").empty());
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     Retype(console, "0");
     console.key(Key::Enter);
     ASSERT_TRUE(root.waitForLogLine("Disabled Tesk timeout"));
@@ -220,16 +205,14 @@ TEST(Troubleshooting, ConsoleIdleTimeoutZeroDisables) {
 
     // A host that refuses the option: its message, and the dialog stays.
     root.setFault("adv.setOption", {{"exception", "option store is read-only"}});
-    ASSERT_TRUE(EnterAndSee(console, kTeskDialog));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, kTeskDialog));
     Retype(console, "5");
-    ASSERT_TRUE(EnterAndSee(console, "option store is read-only"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("option store is read-only"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "option store is read-only"));
+    ASSERT_TRUE(Dismiss(console, "option store is read-only"));
     ASSERT_TRUE(WaitSettled(console, kTeskDialog));
     EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1TeskTimeOut/value"), "0");
     EXPECT_FALSE(root.logLinesWith("Setting /UserVars/TeskTimeOut failed").empty());
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone(kTeskDialog));
+    ASSERT_TRUE(Dismiss(console, kTeskDialog, Key::Esc));
 }
 
 }  // namespace

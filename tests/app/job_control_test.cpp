@@ -75,20 +75,16 @@ TEST(JobControl, CtrlZChangesNothingOnAnyScreen) {
     TerminalOf terminal(console);
     StopSignalsChangeNothing(console, "welcome screen");
 
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     StopSignalsChangeNothing(console, "login dialog");
     // The screen goes on taking keys: a failed login's message.
     console.key(Key::Enter);
     console.type("wrong");
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Invalid login or password."));
     StopSignalsChangeNothing(console, "message dialog");
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Invalid login or password."));
+    ASSERT_TRUE(Dismiss(console, "Invalid login or password."));
     ASSERT_TRUE(console.waitForQuiet());  // keys typed while the dialog returns are dropped
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
 
     ASSERT_TRUE(LogIn(console));
     StopSignalsChangeNothing(console, "menu");
@@ -113,6 +109,7 @@ TEST(JobControl, EveryWayOutGivesTheTerminalBack) {
         {"SIGHUP", [](ConsoleSession& c) { c.signal(SIGHUP); }},
         {"resize", [](ConsoleSession& c) { c.resize(90, 30); }},
     };
+    std::size_t sessions = 0;
     for (const Way& way : ways) {
         SCOPED_TRACE(way.name);
         ConsoleSession console(root, RemoteShell(80, 25));
@@ -123,6 +120,12 @@ TEST(JobControl, EveryWayOutGivesTheTerminalBack) {
         way.end(console);
         EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
         EXPECT_TRUE(terminal.cooked()) << terminal.path();
+        // The session's end is recorded as a logout.
+        ++sessions;
+        EXPECT_EQ(root.logLinesWith("User root logged out").size(), sessions);
+        auto logouts = AuditRecords(root, "tesk.logout");
+        ASSERT_EQ(logouts.size(), sessions);
+        EXPECT_EQ(logouts.back()["data"], (Json{{"reason", "Session closed"}}));
     }
 }
 

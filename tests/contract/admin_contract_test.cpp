@@ -1,83 +1,71 @@
 // The contract of the administration interfaces (hostctl/shell_services.h,
 // hostctl/lockdown.h, hostctl/configuration.h, hostctl/support_info.h): what
 // each operation does, how it fails and what a failure leaves as it was.
-// Written against the interfaces and the backend's AdminHost (admin_host.h)
-// only, and run once per backend.
-#include <gtest/gtest.h>
-
 #include "hostctl/exception.h"
-#include "tests/contract/admin_host.h"
+#include "tests/contract/contract.h"
 
-namespace ContractTest {
 namespace {
 
+using namespace TeskContract;
 using HostCtl::Services::Service;
 using HostCtl::Services::ShellTimeout;
 
-class AdminContract : public ::testing::TestWithParam<AdminBackend> {
-protected:
-    void SetUp() override { host_ = GetParam().make(); }
-    AdminHost& host() { return *host_; }
-    const HostCtl::Backend& backend() { return host_->backend(); }
-
-private:
-    std::unique_ptr<AdminHost> host_;
-};
+class AdminContract : public OnManagedHostWithConditions {};
 
 const char* Name(Service service) {
     return service == Service::Shell ? "shell" : "SSH";
 }
 
-TEST_P(AdminContract, ServicesSwitchAsTheUserAndAFailedStepLeavesItsPart) {
-    const auto services = backend().GetShellServices();
+TEST_F(AdminContract, ServicesSwitchAsTheUserAndAFailedStepLeavesItsPart) {
+    const auto services = host().GetShellServices();
     for (Service service : {Service::Shell, Service::Ssh}) {
         SCOPED_TRACE(Name(service));
         EXPECT_FALSE(services->IsRunning(service));
 
         services->Switch(service, true, "root");
         EXPECT_TRUE(services->IsRunning(service));
-        EXPECT_TRUE(host().startsAtBoot(service));
-        EXPECT_EQ(host().lastActingUser(), "root");
+        EXPECT_TRUE(conditions().StartsAtBoot(service));
+        EXPECT_EQ(conditions().LastActingUser(), "root");
 
         services->Switch(service, false, "root");
         EXPECT_FALSE(services->IsRunning(service));
-        EXPECT_FALSE(host().startsAtBoot(service));
+        EXPECT_FALSE(conditions().StartsAtBoot(service));
 
         // The host's management refuses: the service is started its own way,
         // but whether it starts at boot stays as it was.
-        host().refuse(Refusal::ServiceManagement);
+        conditions().Refuse(HostRefusal::ServiceManagement);
         services->Switch(service, true, "root");
-        host().allow();
+        fixture().Recover();
         EXPECT_TRUE(services->IsRunning(service));
-        EXPECT_FALSE(host().startsAtBoot(service));
+        EXPECT_FALSE(conditions().StartsAtBoot(service));
         services->Switch(service, false, "root");
 
         // Nothing works: nothing is thrown and nothing changes.
-        host().refuse(Refusal::ServiceSwitching);
+        conditions().Refuse(HostRefusal::ServiceSwitching);
         EXPECT_NO_THROW(services->Switch(service, true, "root"));
-        host().allow();
+        fixture().Recover();
         EXPECT_FALSE(services->IsRunning(service));
-        EXPECT_FALSE(host().startsAtBoot(service));
+        EXPECT_FALSE(conditions().StartsAtBoot(service));
     }
     // SSH switched on opened the firewall for it; switching it off left it open.
-    EXPECT_TRUE(host().sshFirewallOpen());
+    EXPECT_TRUE(conditions().SshFirewallOpen());
 }
 
-TEST_P(AdminContract, OnlyARunningServiceIsRestarted) {
-    const auto services = backend().GetShellServices();
+TEST_F(AdminContract, OnlyARunningServiceIsRestarted) {
+    const auto services = host().GetShellServices();
     services->Switch(Service::Ssh, true, "root");
     for (Service service : {Service::Shell, Service::Ssh}) {
         SCOPED_TRACE(Name(service));
         const bool running = services->IsRunning(service);
-        const int before = host().restarts(service);
+        const int before = conditions().Restarts(service);
         services->RestartIfRunning(service);
-        EXPECT_EQ(host().restarts(service), before + (running ? 1 : 0));
+        EXPECT_EQ(conditions().Restarts(service), before + (running ? 1 : 0));
         EXPECT_EQ(services->IsRunning(service), running);
     }
 }
 
-TEST_P(AdminContract, ShellTimeoutsReadBackWhatWasStored) {
-    const auto services = backend().GetShellServices();
+TEST_F(AdminContract, ShellTimeoutsReadBackWhatWasStored) {
+    const auto services = host().GetShellServices();
     for (ShellTimeout timeout : {ShellTimeout::Availability, ShellTimeout::Idle}) {
         SCOPED_TRACE(timeout == ShellTimeout::Availability ? "availability" : "idle");
         for (unsigned long long seconds : {1800ull, 86400ull, 0ull}) {
@@ -85,25 +73,25 @@ TEST_P(AdminContract, ShellTimeoutsReadBackWhatWasStored) {
             EXPECT_EQ(services->GetTimeoutSeconds(timeout), static_cast<long>(seconds));
         }
         ASSERT_TRUE(services->SetTimeoutSeconds(timeout, 600));
-        host().refuse(Refusal::TimeoutStore);
+        conditions().Refuse(HostRefusal::TimeoutStore);
         EXPECT_FALSE(services->GetTimeoutSeconds(timeout).has_value());
         EXPECT_FALSE(services->SetTimeoutSeconds(timeout, 60));
-        host().allow();
+        fixture().Recover();
         EXPECT_EQ(services->GetTimeoutSeconds(timeout), 600);
     }
 }
 
-TEST_P(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText) {
-    const auto lockdown = backend().GetLockdownMode();
+TEST_F(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText) {
+    const auto lockdown = host().GetLockdownMode();
     EXPECT_FALSE(lockdown->IsEnabled());
     EXPECT_TRUE(lockdown->IsPossible());
     lockdown->SetEnabled(true);
     EXPECT_TRUE(lockdown->IsEnabled());
 
-    host().refuse(Refusal::LockdownQuery);
+    conditions().Refuse(HostRefusal::LockdownQuery);
     EXPECT_FALSE(lockdown->IsEnabled()) << "an answer cut short is no";
     EXPECT_FALSE(lockdown->IsPossible());
-    host().allow();
+    fixture().Recover();
 
     struct Case {
         const char* what;
@@ -124,9 +112,10 @@ TEST_P(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         ASSERT_EQ(lockdown->IsEnabled(), c.enabled);
-        host().setLockdownPossible(c.possible);
+        conditions().SetLockdownPossible(c.possible);
         EXPECT_EQ(lockdown->IsPossible(), c.possible);
-        const std::string hostText = c.refused ? host().refuse(Refusal::LockdownChange) : "";
+        const std::string hostText =
+            c.refused ? conditions().Refuse(HostRefusal::LockdownChange) : "";
         const bool fails = c.refused || c.wanted == c.enabled || (c.wanted && !c.possible);
         try {
             lockdown->SetEnabled(c.wanted);
@@ -138,25 +127,25 @@ TEST_P(AdminContract, LockdownChangesOnlyWhenItCanAndARefusalThrowsTheHostsText)
                 EXPECT_EQ(e.what(), hostText);
             }
         }
-        host().allow();
+        fixture().Recover();
         EXPECT_EQ(lockdown->IsEnabled(), fails ? c.enabled : c.wanted);
     }
 }
 
-TEST_P(AdminContract, BackupSavesAndSaysSo) {
-    const auto configuration = backend().GetHostConfiguration();
+TEST_F(AdminContract, BackupSavesAndSaysSo) {
+    const auto configuration = host().GetHostConfiguration();
     EXPECT_TRUE(configuration->Backup());
-    EXPECT_EQ(host().backups(), 1);
-    host().refuse(Refusal::Backup);
+    EXPECT_EQ(conditions().Backups(), 1);
+    conditions().Refuse(HostRefusal::Backup);
     EXPECT_FALSE(configuration->Backup());
-    EXPECT_EQ(host().backups(), 1);
+    EXPECT_EQ(conditions().Backups(), 1);
 }
 
-TEST_P(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
-    const auto configuration = backend().GetHostConfiguration();
-    const auto services = backend().GetShellServices();
-    const auto lockdown = backend().GetLockdownMode();
-    const auto info = backend().GetSystemInfo();
+TEST_F(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
+    const auto configuration = host().GetHostConfiguration();
+    const auto services = host().GetShellServices();
+    const auto lockdown = host().GetLockdownMode();
+    const auto info = host().GetSystemInfo();
     const std::string layout = info->GetKeyboardLayout();
     const std::vector<std::string> offered = info->GetKeyboardLayouts();
     ASSERT_GE(offered.size(), 2u);
@@ -166,9 +155,9 @@ TEST_P(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
     services->Switch(Service::Ssh, true, "root");
     info->SetKeyboardLayout(other);
 
-    host().refuse(Refusal::FactoryReset);
+    conditions().Refuse(HostRefusal::FactoryReset);
     EXPECT_FALSE(configuration->ResetToFactoryDefaults());
-    host().allow();
+    fixture().Recover();
     EXPECT_TRUE(lockdown->IsEnabled());
     EXPECT_TRUE(services->IsRunning(Service::Ssh));
     EXPECT_EQ(info->GetKeyboardLayout(), other);
@@ -176,45 +165,40 @@ TEST_P(AdminContract, FactoryResetUndoesConfigurationChangesUnlessRefused) {
     EXPECT_TRUE(configuration->ResetToFactoryDefaults());
     EXPECT_FALSE(lockdown->IsEnabled());
     EXPECT_FALSE(services->IsRunning(Service::Ssh));
-    EXPECT_FALSE(host().startsAtBoot(Service::Ssh));
+    EXPECT_FALSE(conditions().StartsAtBoot(Service::Ssh));
     EXPECT_EQ(info->GetKeyboardLayout(), layout);
 }
 
-TEST_P(AdminContract, CustomExtensionsAreListedAndRemovedUnlessRefused) {
-    const auto configuration = backend().GetHostConfiguration();
-    host().setCustomExtensionsInstalled(false);
+TEST_F(AdminContract, CustomExtensionsAreListedAndRemovedUnlessRefused) {
+    const auto configuration = host().GetHostConfiguration();
+    conditions().SetCustomExtensionsInstalled(false);
     EXPECT_FALSE(configuration->HasCustomExtensions());
 
-    host().setCustomExtensionsInstalled(true);
+    conditions().SetCustomExtensionsInstalled(true);
     EXPECT_TRUE(configuration->HasCustomExtensions());
-    host().refuse(Refusal::ExtensionList);
+    conditions().Refuse(HostRefusal::ExtensionList);
     EXPECT_FALSE(configuration->HasCustomExtensions());
-    host().allow();
+    fixture().Recover();
 
-    host().refuse(Refusal::ExtensionRemoval);
+    conditions().Refuse(HostRefusal::ExtensionRemoval);
     EXPECT_FALSE(configuration->RemoveCustomExtensions());
-    host().allow();
+    fixture().Recover();
     EXPECT_TRUE(configuration->HasCustomExtensions());
 
     EXPECT_TRUE(configuration->RemoveCustomExtensions());
     EXPECT_FALSE(configuration->HasCustomExtensions());
 }
 
-TEST_P(AdminContract, SupportTextIsTheHostsOrEmpty) {
-    const auto support = backend().GetSupportInformation();
-    host().setSupportText("Serial: ACME-01\n{not markup}\n");
+TEST_F(AdminContract, SupportTextIsTheHostsOrEmpty) {
+    const auto support = host().GetSupportInformation();
+    conditions().SetSupportText("Serial: ACME-01\n{not markup}\n");
     EXPECT_EQ(support->GetSupportText(), "Serial: ACME-01\n{not markup}\n");
-    host().setSupportText(std::nullopt);
+    conditions().SetSupportText(std::nullopt);
     EXPECT_EQ(support->GetSupportText(), "");
 
     // A text that cannot be read neither blocks nor throws.
-    host().makeSupportTextUnreadable();
+    conditions().MakeSupportTextUnreadable();
     EXPECT_EQ(support->GetSupportText(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Backends, AdminContract,
-                         ::testing::Values(AdminBackend{"simulated", &MakeSimulatedAdminHost}),
-                         [](const auto& backend) { return std::string(backend.param.name); });
-
 }  // namespace
-}  // namespace ContractTest

@@ -1,6 +1,6 @@
 // The harness's own tests: the terminal emulation, the host root and the
 // pseudo-terminal sessions, run against a probe program with known output
-// and against the console itself.
+// (the console's own start and end: tests/app/console_screen_test.cpp).
 #include <signal.h>
 #include <stdlib.h>
 
@@ -238,28 +238,6 @@ TEST(ProbeSessionTest, FailedWaitsReportTheScreenAtOnce) {
     SessionOptions missing;
     missing.program = "/no/such/program";
     EXPECT_THROW(ConsoleSession{missing}, std::runtime_error);
-}
-
-// The console itself, on a fresh root.
-TEST(ConsoleSessionTest, StartsWritesItsPidAndEndsOnSigterm) {
-    SimRoot root;
-    ConsoleSession console(root);
-    ASSERT_TRUE(console.waitFor(
-        [&] { return root.tryReadFile("/var/run/tesk.pid") == std::to_string(console.pid()); },
-        "the pid file"));
-    ASSERT_TRUE(console.waitFor([&] { return !console.output().empty(); }, "the first output"));
-    console.signal(SIGTERM);
-    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
-    EXPECT_TRUE(console.sanitizerReports().empty());
-}
-
-TEST(ConsoleSessionTest, ResizeIsLoggedAndEndsTheConsole) {
-    SimRoot root;
-    ConsoleSession console(root, {.cols = 80, .rows = 24});
-    ASSERT_TRUE(console.waitFor([&] { return !console.output().empty(); }, "the first output"));
-    console.resize(100, 30);
-    EXPECT_TRUE(root.waitForLogLine("Resized window to 100x30"));
-    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
 }
 
 }  // namespace

@@ -78,13 +78,8 @@ TEST(Ipv6NetworkTest, ParsedNetworkIsStaticWithScopeFromAddress) {
     Ipv6Network global("2001:db8:10::21/64");
     EXPECT_EQ(global.GetStringAddress(), "2001:db8:10::21/64");
     EXPECT_EQ(global.GetIpv6AddressType(), Ipv6AddressType::Static);
-    EXPECT_EQ(static_cast<int>(global.GetIpv6AddressType()), 0);
     EXPECT_EQ(global.GetScope(), Ipv6Scope::Global);
-    EXPECT_EQ(static_cast<int>(Ipv6Scope::Global), 3);
     EXPECT_EQ(Ipv6Network("fe80::1/64").GetScope(), Ipv6Scope::LinkLocal);
-    EXPECT_EQ(static_cast<int>(Ipv6Scope::LinkLocal), 1);
-    EXPECT_EQ(static_cast<int>(Ipv6AddressType::Autoconf), 7);
-    EXPECT_EQ(static_cast<int>(Ipv6AddressType::Dhcp), 9);
     EXPECT_THROW(Ipv6Network("2001:db8::1"), HostCtlException);
 }
 
@@ -157,9 +152,9 @@ TEST(ConnectionPointTest, KindsRefuseTheOthersQuestions) {
     const ConnectionPoint none,
         port = ConnectionPoint::ToQdsPort("qDS-Prod", "10"),
         group = ConnectionPoint::ToPortGroup("VM Network", "zSwitch0", nullptr);
-    EXPECT_EQ(static_cast<int>(none.GetType()), 0);
-    EXPECT_EQ(static_cast<int>(group.GetType()), 1);
-    EXPECT_EQ(static_cast<int>(port.GetType()), 2);
+    EXPECT_EQ(none.GetType(), ConnectionType::None);
+    EXPECT_EQ(group.GetType(), ConnectionType::PortGroup);
+    EXPECT_EQ(port.GetType(), ConnectionType::QdsPort);
     EXPECT_EQ(group.GetPortGroup().GetVirtualSwitchName(), "zSwitch0");
     EXPECT_EQ(port.GetSwitchName(), "qDS-Prod");
     const struct {

@@ -28,7 +28,7 @@ TEST(AdaptersDialog, RowsCutLongNamesLabelsAndMacAddresses) {
     SimRoot root("nics");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(OpenDialog(console, "Network Adapters", kDialogText));
+    ASSERT_TRUE(OpenSelected(console, "Network Adapters", kDialogText));
     const std::string screen = console.text();
     // Twelve characters and more: eight and "...".
     EXPECT_TRUE(Contains(screen, "pnic-fab...  Acme NetX 1000 (...a1:30:00)")) << screen;
@@ -43,8 +43,7 @@ TEST(AdaptersDialog, RowsCutLongNamesLabelsAndMacAddresses) {
     ASSERT_TRUE(WaitSettled(console, "Adapter Details"));
     EXPECT_TRUE(Contains(console.text(), "Device Name: pnic-fabric0"));
     EXPECT_TRUE(Contains(console.text(), "Used By: None"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Adapter Details"));
+    ASSERT_TRUE(Dismiss(console, "Adapter Details"));
     ASSERT_TRUE(WaitSettled(console, kDialogText));
     ASSERT_TRUE(Close(console, Key::Esc, kDialogText));
 
@@ -72,11 +71,11 @@ TEST(AdaptersDialog, OnlyAnotherSwitchsAdapterWarnsAndIsTakenAnyway) {
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
     // The management switch's own adapters: no warning, no change.
-    ASSERT_TRUE(OpenDialog(console, "Network Adapters", kDialogText));
+    ASSERT_TRUE(OpenSelected(console, "Network Adapters", kDialogText));
     ASSERT_TRUE(Close(console, Key::Enter, kDialogText));
     EXPECT_FALSE(Contains(console.text(), kWarning));
 
-    ASSERT_TRUE(OpenDialog(console, "Network Adapters", kDialogText));
+    ASSERT_TRUE(OpenSelected(console, "Network Adapters", kDialogText));
     MoveDown(console, 4);
     console.key(Key::Space);
     console.waitForQuiet();
@@ -94,7 +93,7 @@ TEST(AdaptersDialog, ReorderingAndEmptyingAreChanges) {
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
     // pnic0 cleared and checked again goes to the end.
-    ASSERT_TRUE(OpenDialog(console, "Network Adapters", kDialogText));
+    ASSERT_TRUE(OpenSelected(console, "Network Adapters", kDialogText));
     MoveDown(console, 2);
     console.key(Key::Space);
     console.waitForQuiet();
@@ -108,7 +107,7 @@ TEST(AdaptersDialog, ReorderingAndEmptyingAreChanges) {
     ASSERT_TRUE(Close(console, Key::Esc, kQuestion));
 
     // Nothing checked is a selection too.
-    ASSERT_TRUE(OpenDialog(console, "Network Adapters", kDialogText));
+    ASSERT_TRUE(OpenSelected(console, "Network Adapters", kDialogText));
     MoveDown(console, 2);
     console.key(Key::Space);
     console.waitForQuiet();

@@ -18,22 +18,10 @@ namespace {
 
 namespace Key = TeskTest::Key;
 using SessionTest::ConsoleSession;
+using SessionTest::DialogRow;
+using SessionTest::GoToEntry;
 using SessionTest::Json;
 using SessionTest::SimRoot;
-
-// The dialog line that starts with text, up to the dialog's right border,
-// without trailing blanks; empty when no row holds text.
-std::string RowWith(ConsoleSession& console, std::string_view text) {
-    auto at = console.find(text);
-    if (!at) return {};
-    std::string line;
-    for (int col = at->col; col < console.screen().cols(); ++col) {
-        const std::string cell = console.cell(col, at->row).text;
-        if (cell == "\u2502") break;
-        line += cell.empty() ? " " : cell;
-    }
-    return line.substr(0, line.find_last_not_of(' ') + 1);
-}
 
 // From the menu's "Test Management Network" entry through a run with the
 // prefilled targets; true when the run is done, its result on the screen.
@@ -56,7 +44,7 @@ void ExpectEveryStep(ConsoleSession& console, std::string_view outcome, bool all
                                            "Resolving hostname tesk-host01"};
     if (allServers) steps.push_back("Pinging address #3 (192.168.10.3).");
     for (std::string_view step : steps) {
-        const std::string row = RowWith(console, step);
+        const std::string row = DialogRow(console, step);
         EXPECT_TRUE(row.starts_with(step) && row.ends_with(outcome)) << step << ": " << row << "\n"
                                                                      << console.dump();
     }
@@ -93,25 +81,6 @@ bool LeaveAndApply(ConsoleSession& console, SimRoot& root, std::size_t applies, 
         "the VLAN change in the log", TeskTest::DefaultTimeout(), where);
 }
 
-// Moves the customization menu's selection with key until the pane's
-// heading (on the screen's second row) names entry; false, with the screen,
-// when it never does.
-bool MenuTo(ConsoleSession& console, std::string_view entry, std::string_view key,
-            std::source_location where = std::source_location::current()) {
-    for (int i = 0; i < 12; ++i) {
-        if (console.row(1).find(entry) != std::string::npos)
-            return console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(),
-                                        where);
-        const std::string before = console.row(1);
-        console.key(key, where);
-        console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move",
-                        TeskTest::DefaultTimeout(), where);
-    }
-    ADD_FAILURE_AT(where.file_name(), where.line()) << "no menu entry " << entry << "\n"
-                                                    << console.dump();
-    return false;
-}
-
 // The VLAN restart brought the management interface back.
 void ExpectInterfaceUp(SimRoot& root) {
     EXPECT_EQ(root.stateValue("/network/zrkNics/0/name"), Json("zrk0"));
@@ -128,7 +97,7 @@ TEST(NetworkEndToEnd, AppliedVlanDecidesWhetherTheTestPasses) {
 
     // A VLAN no segment carries.
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(OpenDialog(console, "VLAN (optional)", "VLAN ID (1-4094"));
+    ASSERT_TRUE(OpenSelected(console, "VLAN (optional)", "VLAN ID (1-4094"));
     console.type("99");
     ASSERT_TRUE(console.waitForText("[ 99"));
     ASSERT_TRUE(Close(console, Key::Enter, "VLAN ID (1-4094"));
@@ -142,17 +111,15 @@ TEST(NetworkEndToEnd, AppliedVlanDecidesWhetherTheTestPasses) {
               Json("Management Network"));
     ExpectInterfaceUp(root);
 
-    ASSERT_TRUE(Select(console, "Test Management Network"));
+    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "Failed.");
     EXPECT_FALSE(console.find("OK."));
     ASSERT_TRUE(CloseRun(console));
 
     // Back to untagged: the field emptied.
-    ASSERT_TRUE(Select(console, "Configure Management Network", Key::Up));
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
-    ASSERT_TRUE(OpenDialog(console, "VLAN (optional)", "VLAN ID (1-4094"));
+    ASSERT_TRUE(OpenSelected(console, "Configure Management Network", "<Esc> Exit"));
+    ASSERT_TRUE(OpenSelected(console, "VLAN (optional)", "VLAN ID (1-4094"));
     console.key(Key::End);
     for (int i = 0; i < 4; ++i) console.key(Key::Backspace);
     ASSERT_TRUE(console.waitForTextGone("[ 99"));
@@ -162,7 +129,7 @@ TEST(NetworkEndToEnd, AppliedVlanDecidesWhetherTheTestPasses) {
     EXPECT_EQ(root.stateValue(std::string(kVlan) + "/vlanId"), Json(0));
     ExpectInterfaceUp(root);
 
-    ASSERT_TRUE(Select(console, "Test Management Network"));
+    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "OK.");
     EXPECT_FALSE(console.find("Failed."));
@@ -192,8 +159,7 @@ TEST(NetworkEndToEnd, StandardSwitchRestoredOffADistributedSwitchPassesTheTest) 
 
     console.key(Key::Esc);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-    ASSERT_TRUE(MenuTo(console, "Test Management Network", Key::Up));
-    ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
+    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "OK.", true);
     EXPECT_FALSE(console.find("Failed."));
@@ -208,17 +174,14 @@ TEST(NetworkEndToEnd, DistributedPortRestoredWithTheRightVlanPassesTheTest) {
     ConsoleSession console(root, LocalConsole(kCols, kRows));
     ASSERT_TRUE(LogIn(console));
 
-    ASSERT_TRUE(MenuTo(console, "Test Management Network", Key::Down));
-    ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
+    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "Failed.", true);
     EXPECT_FALSE(console.find("OK.")) << console.dump();
     ASSERT_TRUE(CloseRun(console));
 
-    ASSERT_TRUE(MenuTo(console, "Network Restore Options", Key::Down));
-    console.key(Key::Enter);
+    ASSERT_TRUE(OpenSelected(console, "Network Restore Options", "Create Standard Switch"));
     ASSERT_TRUE(WaitPane(console, "<Enter> Change"));
-    ASSERT_TRUE(WaitSettled(console, "Create Standard Switch"));
     Down(console, 5);
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
     ASSERT_TRUE(console.waitForText("[ 30"));
@@ -254,8 +217,7 @@ TEST(NetworkEndToEnd, DistributedPortRestoredWithTheRightVlanPassesTheTest) {
 
     console.key(Key::Esc);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-    ASSERT_TRUE(MenuTo(console, "Test Management Network", Key::Up));
-    ASSERT_TRUE(WaitSettled(console, "<Enter> Run Test"));
+    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
     ASSERT_TRUE(RunNetworkTest(console));
     ExpectEveryStep(console, "OK.", true);
     EXPECT_FALSE(console.find("Failed.")) << console.dump();

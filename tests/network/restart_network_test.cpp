@@ -12,10 +12,7 @@ using namespace SessionTest;
 using TeskTest::Scaled;
 
 bool OpenRestart(ConsoleSession& console) {
-    for (int i = 0; i < 3; ++i) console.key(Key::Down);
-    if (!WaitSettled(console, "<Enter> Restart")) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, "Restart management network now?");
+    return OpenSelected(console, "Restart Management Network", "Restart management network now?");
 }
 
 TEST(RestartNetwork, F11RestartsTheInterfaceAndShowsItsAddresses) {
@@ -29,8 +26,7 @@ TEST(RestartNetwork, F11RestartsTheInterfaceAndShowsItsAddresses) {
     console.key(Key::Enter);
     std::this_thread::sleep_for(Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Restart management network now?"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Restart management network now?"));
+    ASSERT_TRUE(Dismiss(console, "Restart management network now?", Key::Esc));
     EXPECT_FALSE(root.hasLogLine("Restarting zrk0"));
 
     ASSERT_TRUE(WaitSettled(console, "<Enter> Restart"));
@@ -52,8 +48,7 @@ TEST(RestartNetwork, F11RestartsTheInterfaceAndShowsItsAddresses) {
     console.key(Key::Esc);
     std::this_thread::sleep_for(Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Stopping management network."));
-    console.key(Key::Enter);
-    EXPECT_TRUE(console.waitForTextGone("Stopping management network."));
+    EXPECT_TRUE(Dismiss(console, "Stopping management network."));
 }
 
 }  // namespace

@@ -20,10 +20,10 @@ TEST(NetworkWindow, ADistributedSwitchLocksAdaptersAndVlan) {
     ASSERT_TRUE(OpenWindow(console));
     // The selection starts on the first entry that can be chosen and cannot
     // go up to the two locked ones.
-    EXPECT_EQ(Heading(console), "IPv4 Configuration");
+    EXPECT_EQ(PaneHeading(console), "IPv4 Configuration");
     console.key(Key::Up);
     console.waitForQuiet();
-    EXPECT_EQ(Heading(console), "IPv4 Configuration");
+    EXPECT_EQ(PaneHeading(console), "IPv4 Configuration");
     auto locked = console.find("Network Adapters");
     auto open = console.find("DNS Configuration");
     ASSERT_TRUE(locked && open);
@@ -35,7 +35,7 @@ TEST(NetworkWindow, PanesFollowTheVlanAndNameServerRules) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(Select(console, "DNS Configuration"));
+    ASSERT_TRUE(GoToEntry(console, "DNS Configuration"));
     // An IPv4 server first and an IPv6 one second.
     std::string pane = Pane(console);
     EXPECT_TRUE(Contains(pane, "Primary DNS Server:")) << pane;
@@ -45,7 +45,7 @@ TEST(NetworkWindow, PanesFollowTheVlanAndNameServerRules) {
     EXPECT_FALSE(Contains(pane, "192.168.10.3")) << pane;
     EXPECT_TRUE(Contains(pane, "Hostname\n")) << pane;
 
-    ASSERT_TRUE(Select(console, "VLAN (optional)", Key::Up));
+    ASSERT_TRUE(GoToEntry(console, "VLAN (optional)"));
     EXPECT_TRUE(Contains(Pane(console), "Not set"));
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "VLAN ID (1-4094"));
@@ -81,7 +81,7 @@ TEST(NetworkWindow, OnlyIpv6ServersAndFiveAddresses) {
     SimRoot root("nics");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(Select(console, "IPv6 Configuration"));
+    ASSERT_TRUE(GoToEntry(console, "IPv6 Configuration"));
     std::string pane = Pane(console);
     EXPECT_TRUE(Contains(pane, "IPv6 is enabled.")) << pane;
     EXPECT_TRUE(Contains(pane, "2001:db8:10::22/64")) << pane;
@@ -89,7 +89,7 @@ TEST(NetworkWindow, OnlyIpv6ServersAndFiveAddresses) {
     EXPECT_TRUE(Contains(pane, "...\n")) << pane;
     EXPECT_EQ(RowOf(console, "..."), RowOf(console, "2001:db8:10::22/64") + 1);
 
-    ASSERT_TRUE(Select(console, "DNS Configuration"));
+    ASSERT_TRUE(GoToEntry(console, "DNS Configuration"));
     pane = Pane(console);
     EXPECT_TRUE(Contains(pane, "Alternate DNS Server:")) << pane;
     EXPECT_EQ(RowOf(console, "2001:db8:10::53"), RowOf(console, "Primary DNS Server:") + 1);
@@ -100,13 +100,13 @@ TEST(NetworkWindow, Ipv6PaneTellsWhatARestartWouldChange) {
     SimRoot root("ipv6off");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(Select(console, "IPv6 Configuration"));
+    ASSERT_TRUE(GoToEntry(console, "IPv6 Configuration"));
     std::string pane = Pane(console);
     EXPECT_TRUE(Contains(pane, "IPv6 is disabled.")) << pane;
     EXPECT_TRUE(Contains(pane, "This host can be configured to")) << pane;
     EXPECT_FALSE(Contains(pane, "IPv6 Addresses")) << pane;
 
-    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
+    ASSERT_TRUE(OpenSelected(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
     console.key(Key::Down);
     console.waitForQuiet();
     console.key(Key::Space);
@@ -121,18 +121,15 @@ TEST(NetworkWindow, ConfirmingTheSameValuesAsksNothing) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(OpenDialog(console, "Network Adapters", "Hardware Label (MAC Address)"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Hardware Label (MAC Address)"));
-    ASSERT_TRUE(OpenDialog(console, "VLAN (optional)", "VLAN ID (1-4094"));
-    ASSERT_TRUE(Close(console, Key::Enter, "VLAN ID (1-4094"));
-    ASSERT_TRUE(OpenDialog(console, "IPv4 Configuration", "Set static IPv4"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Set static IPv4"));
-    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Set static IPv6"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Set static IPv6"));
-    ASSERT_TRUE(OpenDialog(console, "DNS Configuration", "Use the following DNS"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Use the following DNS"));
-    ASSERT_TRUE(OpenDialog(console, "Custom DNS Suffixes", "Suffixes:"));
-    ASSERT_TRUE(Close(console, Key::Enter, "Suffixes:"));
+    for (const auto& [topic, text] : {std::pair{"Network Adapters", "Hardware Label (MAC Address)"},
+                                      {"VLAN (optional)", "VLAN ID (1-4094"},
+                                      {"IPv4 Configuration", "Set static IPv4"},
+                                      {"IPv6 Configuration", "Set static IPv6"},
+                                      {"DNS Configuration", "Use the following DNS"},
+                                      {"Custom DNS Suffixes", "Suffixes:"}}) {
+        ASSERT_TRUE(OpenSelected(console, topic, text));
+        ASSERT_TRUE(Close(console, Key::Enter, text));
+    }
     console.key(Key::Esc);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     EXPECT_FALSE(Contains(console.text(), kQuestion));
@@ -143,7 +140,7 @@ TEST(NetworkWindow, Ipv6SwitchedOffAndOnAgainAsksNothing) {
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
     // Off: the question names the restart, and Cancel stays.
-    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
+    ASSERT_TRUE(OpenSelected(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
     console.key(Key::Space);
     console.waitForQuiet();
     ASSERT_TRUE(Close(console, Key::Enter, "Disable IPv6 (restart required)"));
@@ -152,7 +149,7 @@ TEST(NetworkWindow, Ipv6SwitchedOffAndOnAgainAsksNothing) {
     ASSERT_TRUE(WaitSettled(console, "Apply changes and reboot host?"));
     ASSERT_TRUE(Close(console, Key::Esc, "Apply changes and reboot host?"));
     // On again in static mode (the DHCPv6 box is skipped while off).
-    ASSERT_TRUE(OpenDialog(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
+    ASSERT_TRUE(OpenSelected(console, "IPv6 Configuration", "Disable IPv6 (restart required)"));
     console.keys({Key::Down, Key::Down});
     console.waitForQuiet();
     console.key(Key::Space);
@@ -168,7 +165,7 @@ TEST(NetworkWindow, CancelKeepsTheChangeNoWritesNothingYesApplies) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
-    ASSERT_TRUE(OpenDialog(console, "DNS Configuration", "Use the following DNS"));
+    ASSERT_TRUE(OpenSelected(console, "DNS Configuration", "Use the following DNS"));
     // Manual is fixed on a static host: the cursor starts on the primary
     // server; the host name is two rows down.
     console.keys({Key::Down, Key::Down});
@@ -192,7 +189,7 @@ TEST(NetworkWindow, CancelKeepsTheChangeNoWritesNothingYesApplies) {
     // The window reads the host afresh; this time the change is applied.
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
-    ASSERT_TRUE(OpenDialog(console, "Custom DNS Suffixes", "Suffixes:"));
+    ASSERT_TRUE(OpenSelected(console, "Custom DNS Suffixes", "Suffixes:"));
     console.keys({Key::End});
     console.type(" corp.example");
     ASSERT_TRUE(Close(console, Key::Enter, "Suffixes:"));
@@ -209,7 +206,7 @@ TEST(NetworkWindow, AFailingSwitchQueryKeepsTheMenu) {
     root.setFault("portGroup.getVlanId", {{"exception", "VLAN table unreadable"}});
     ConsoleSession console(root, Console());
     ASSERT_TRUE(LogIn(console));
-    ASSERT_TRUE(Select(console, "Configure Management Network"));
+    ASSERT_TRUE(GoToEntry(console, "Configure Management Network"));
     console.key(Key::Enter);
     EXPECT_TRUE(root.waitForLogLine("Getting VlanID failed: VLAN table unreadable"));
     console.waitForQuiet();
@@ -223,8 +220,7 @@ TEST(NetworkWindow, AFailingSwitchQueryKeepsTheMenu) {
     ASSERT_TRUE(WaitSettled(console, "Management network interface cannot be found."));
     EXPECT_TRUE(Contains(console.text(), "Enable Management Network: Error"));
     EXPECT_TRUE(root.hasLogLine("Could not get a suitable management interface"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Management network interface cannot be found."));
+    ASSERT_TRUE(Dismiss(console, "Management network interface cannot be found."));
     EXPECT_TRUE(WaitSettled(console, "<Esc> Log Out"));
 }
 

@@ -53,19 +53,8 @@ inline bool WaitPane(ConsoleSession& console, std::string_view text,
 // Logs in on a console of the root and opens "Network Restore Options".
 inline bool OpenRestoreWindow(ConsoleSession& console,
                               std::source_location where = std::source_location::current()) {
-    if (!LogIn(console, "root", kPassword, where)) return false;
-    for (int i = 0; i < 12; ++i) {
-        if (console.row(1).find("Network Restore Options") != std::string::npos) break;
-        const std::string before = console.row(1);
-        console.key(Key::Down, where);
-        console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move",
-                        TeskTest::DefaultTimeout(), where);
-    }
-    if (!console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(), where))
-        return false;
-    console.key(Key::Enter, where);
-    return WaitPane(console, "<Enter> Change", where) &&
-           WaitSettled(console, "Create Standard Switch", where);
+    return OpenEntry(console, "Network Restore Options", "Create Standard Switch", where) &&
+           WaitPane(console, "<Enter> Change", where);
 }
 
 // Presses key to close the dialog on top and waits for the window: after
@@ -94,13 +83,6 @@ inline void Down(ConsoleSession& console, int n = 1,
                         TeskTest::DefaultTimeout(), where);
         console.waitForQuiet(std::chrono::milliseconds(200), TeskTest::DefaultTimeout(), where);
     }
-}
-
-// Presses a key and waits until text shows and the screen settles.
-inline bool KeyThen(ConsoleSession& console, std::string_view key, std::string_view text,
-                    std::source_location where = std::source_location::current()) {
-    console.key(key, where);
-    return WaitSettled(console, text, where);
 }
 
 // Types into a fresh field and waits for the text to be drawn.

@@ -14,13 +14,6 @@ bool OpenRestoreQds(ConsoleSession& console) {
     return KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port");
 }
 
-void CloseMessage(ConsoleSession& console, std::string_view text,
-                  std::string_view key = Key::Enter) {
-    console.key(key);
-    ASSERT_TRUE(console.waitForTextGone(text));
-    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(400)));
-}
-
 void ReplaceVlan(ConsoleSession& console, std::string_view text) {
     console.keys({Key::Down, Key::Up});
     console.waitForQuiet(std::chrono::milliseconds(300));
@@ -40,7 +33,7 @@ TEST(RestoreQds, BuildsAHostLocalPortAndMovesManagementOntoIt) {
         SCOPED_TRACE(vlan);
         ReplaceVlan(console, vlan);
         ASSERT_TRUE(KeyThen(console, Key::Enter, kInvalidVlan));
-        CloseMessage(console, kInvalidVlan);
+        ASSERT_TRUE(Dismiss(console, kInvalidVlan));
     }
     ReplaceVlan(console, "40");
     console.keys({Key::Down, " "});  // unblock
@@ -51,7 +44,7 @@ TEST(RestoreQds, BuildsAHostLocalPortAndMovesManagementOntoIt) {
     // None chosen: asked, and <Esc> goes back to the choice.
     ASSERT_TRUE(KeyThen(console, Key::Enter, "No uplinks were selected."));
     EXPECT_TRUE(console.waitForText("qDS Uplinks: Warning"));
-    CloseMessage(console, "No uplinks were selected.", Key::Esc);
+    ASSERT_TRUE(Dismiss(console, "No uplinks were selected.", Key::Esc));
     console.key(" ");  // pnic1
     ASSERT_TRUE(console.waitForText("[X] pnic1"));
     ASSERT_TRUE(KeyThen(console, Key::Enter, "moved to port hlp-0 of qDS-Prod"));

@@ -60,16 +60,7 @@ TEST(RestoreWindow, DistributedSwitchHostWithAgentOffersEveryRow) {
 TEST(RestoreWindow, EveryRowIsWholeOnAStandardConsole) {
     SimRoot root("qds");
     ConsoleSession console(root, RemoteShell(80, 25));
-    if (!LogIn(console, "root", kPassword)) FAIL() << console.text();
-    for (int i = 0; i < 12 && console.row(1).find("Network Restore Options") == std::string::npos;
-         ++i) {
-        const std::string before = console.row(1);
-        console.key(Key::Down);
-        console.waitFor([&] { return console.row(1) != before; }, "the menu's selection to move");
-    }
-    ASSERT_TRUE(console.waitForQuiet(std::chrono::milliseconds(300)));
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "Create Standard Switch"));
+    ASSERT_TRUE(OpenEntry(console, "Network Restore Options", "Create Standard Switch"));
     // The longest row pushes the pane aside rather than losing its last word;
     // the pane still shows its text and footer whole.
     const auto row = console.find("Migrate Zerkel NIC to Standard Switch");

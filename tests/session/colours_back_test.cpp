@@ -37,10 +37,8 @@ TEST_P(ColoursComeBack, AfterTheLoginDialogClosesAndAfterALogout) {
     ASSERT_TRUE(WaitWelcome(console));
     const auto first = Grid(console);
 
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
+    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
     ASSERT_TRUE(WaitWelcome(console));
     EXPECT_SAME_SCREEN(first, Grid(console), console);
 
@@ -55,8 +53,7 @@ TEST_P(ColoursComeBack, LoginDialogAfterAFailedLogin) {
     SimRoot root;
     ConsoleSession console(root, options());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     const auto password = console.find("Password:");
     ASSERT_TRUE(password);
     const TeskTest::Cell label = console.cell(password->col, password->row);
@@ -71,10 +68,8 @@ TEST_P(ColoursComeBack, LoginDialogAfterAFailedLogin) {
     const auto ready = Grid(console);
 
     console.type("wrong");
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Invalid login or password."));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Invalid login or password."));
+    ASSERT_TRUE(Dismiss(console, "Invalid login or password."));
     ASSERT_TRUE(console.waitForQuiet());
     // The password is empty again and keeps the focus: the same dialog.
     EXPECT_SAME_SCREEN(ready, Grid(console), console);

@@ -70,6 +70,8 @@ TEST(BadHostState, AWrongValueFailsOnlyItsOwnQuery) {
     }
 }
 
+// (Every kind of unreadable document, a link and deep nesting among them:
+// tests/store/state_test.cpp.)
 TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
     const struct {
         const char* what;
@@ -79,9 +81,6 @@ TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
         {"an array",
          [](const SimRoot& root) { root.writeFile("/var/lib/simhost/state.json", "[]\n"); },
          "the document is array, not an object"},
-        {"a number",
-         [](const SimRoot& root) { root.writeFile("/var/lib/simhost/state.json", "42"); },
-         "the document is number, not an object"},
         {"a FIFO",
          [](const SimRoot& root) {
              const std::string state = root.path("/var/lib/simhost/state.json");
@@ -89,19 +88,6 @@ TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
              ASSERT_EQ(::mkfifo(state.c_str(), 0644), 0);
          },
          "simulated host state is not a regular file"},
-        {"a link out of the root",
-         [](const SimRoot& root) {
-             const std::string state = root.path("/var/lib/simhost/state.json");
-             std::filesystem::rename(state, root.path("/tmp/elsewhere.json"));
-             std::filesystem::create_symlink(root.path("/tmp/elsewhere.json"), state);
-         },
-         "simulated host state is not a regular file"},
-        {"nested 10,000 levels deep",
-         [](const SimRoot& root) {
-             root.writeFile("/var/lib/simhost/state.json", "{\"deep\": " + std::string(10000, '[') +
-                                                               std::string(10000, ']') + "}");
-         },
-         "simulated host state cannot be read: values nested deeper than 64 levels"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -111,8 +97,7 @@ TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
         EXPECT_TRUE(console.waitForText(kFooter));
         EXPECT_TRUE(root.waitForLogLine(c.logged));
         // The login writes nothing to the state, and the menu's reads fail.
-        console.key(FKey(2));
-        ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
         EnterCredentials(console, "root", kPassword);
         EXPECT_TRUE(root.waitForLogLine("User root logged in"));
         EndsOnSigterm(console);
@@ -141,8 +126,7 @@ TEST(BadHostState, AUserFileThatIsAFifoFailsTheLoginOnly) {
     ASSERT_EQ(::mkfifo(users.c_str(), 0644), 0);
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     EnterCredentials(console, "root", kPassword);
     EXPECT_TRUE(root.waitForLogLine("Authentication of user root failed"));
     EndsOnSigterm(console);

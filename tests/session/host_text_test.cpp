@@ -46,8 +46,7 @@ TEST(HostText, MarkupInHostValuesShowsAsText) {
     EXPECT_EQ(console.cell(name->col + 19, name->row).fg, console.cell(name->col, name->row).fg);
 
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     EXPECT_TRUE(console.find("{color:red}x{align:right}.{bgcolor:white}d.")) << console.text();
     EXPECT_TRUE(console.find("Configured Keyboard ({ip})")) << console.text();
     EnterCredentials(console, "root", kPassword);

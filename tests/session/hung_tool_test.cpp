@@ -44,8 +44,7 @@ private:
 // Logs in; the menu then asks the hung tool about lockdown.
 void LogInTowardsTheMenu(ConsoleSession& console) {
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     EnterCredentials(console, "root", kPassword);
 }
 

@@ -1,5 +1,6 @@
 // Logging in and out at the console: the dialogs, every PAM outcome with its
-// records, smart-card login, and the ways a session ends.
+// records, smart-card login, and the idle logout (the logout records of the
+// signals that end the console: tests/app/job_control_test.cpp).
 #include <signal.h>
 
 #include <algorithm>
@@ -28,8 +29,7 @@ TEST(Login, SuccessAndLogoutAreRecordedInOrder) {
     SimRoot root;
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Authentication Required"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Authentication Required"));
     EXPECT_TRUE(console.find("Enter an authorized login name and password for"));
     EXPECT_TRUE(console.find("tesk-host01.lab.example."));
     EXPECT_TRUE(console.find("<Enter> OK  <Esc> Cancel"));
@@ -96,8 +96,7 @@ TEST(Login, EveryFailureHasItsMessageRecordsAndEvent) {
     SimRoot root;
     ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     size_t n = 0;
     for (const Failure& f : failures) {
         SCOPED_TRACE(f.user);
@@ -115,13 +114,11 @@ TEST(Login, EveryFailureHasItsMessageRecordsAndEvent) {
         EXPECT_EQ(records.back()["data"], (Json{{"reason", f.reason}}));
 
         // Back in the login dialog, the password emptied.
-        console.key(Key::Enter);
-        ASSERT_TRUE(console.waitForTextGone(f.message));
+        ASSERT_TRUE(Dismiss(console, f.message));
         if (std::string_view(f.user) == "expired") {
             // The password change comes first; <Esc> leaves it.
             ASSERT_TRUE(WaitSettled(console, "Old Password:"));
-            console.key(Key::Esc);
-            ASSERT_TRUE(console.waitForTextGone("Old Password:"));
+            ASSERT_TRUE(Dismiss(console, "Old Password:", Key::Esc));
         }
         ASSERT_TRUE(WaitSettled(console, "Password:"));
         EXPECT_EQ(RowWith(console, "Password:").find('*'), std::string::npos)
@@ -145,8 +142,7 @@ TEST(Login, TabOnTheLastItemWrapsToTheFirst) {
         SimRoot root;
         ConsoleSession console(root, LocalConsole());
         ASSERT_TRUE(WaitWelcome(console));
-        console.key(FKey(2));
-        ASSERT_TRUE(WaitSettled(console, "Configured Keyboard (US Default)"));
+        ASSERT_TRUE(KeyThen(console, FKey(2), "Configured Keyboard (US Default)"));
         console.keys({Key::Tab, Key::Tab});
         console.type("zz");
         console.key(Key::Down);  // to the login name, still "root"
@@ -162,8 +158,7 @@ TEST(Login, TabOnTheLastItemWrapsToTheFirst) {
         SimRoot root;
         ConsoleSession console(root, RemoteShell());
         ASSERT_TRUE(WaitWelcome(console));
-        console.key(FKey(2));
-        ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
         EXPECT_FALSE(console.find("Configured Keyboard"));
         console.keys({Key::Tab, Key::Tab});
         EnterCredentials(console, "noaccess", kPassword);
@@ -176,10 +171,8 @@ TEST(Login, F3SwitchesModesEvenWithoutACard) {
     SimRoot root;
     ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
-    console.key(FKey(3));
-    ASSERT_TRUE(WaitSettled(console, "Login Id:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(3), "Login Id:"));
     EXPECT_TRUE(console.find("PIN:"));
     EXPECT_TRUE(console.find("Enter the smart card login PIN for"));
     EXPECT_TRUE(console.find("<F3> Switch PIN/Password Login"));
@@ -187,8 +180,7 @@ TEST(Login, F3SwitchesModesEvenWithoutACard) {
     std::string id = RowWith(console, "Login Id:");
     EXPECT_EQ(id.find("root"), std::string::npos) << id;
 
-    console.key(FKey(3));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(3), "Login Name:"));
     EXPECT_FALSE(console.find("<F3>"));
     EXPECT_NE(RowWith(console, "Login Name:").find("root"), std::string::npos);
 }
@@ -198,23 +190,19 @@ TEST(Login, HostMessagesEndInAPointEvenWithoutDomain) {
     root.editState([](Json& s) { s["network"]["dns"]["domain"] = ""; });
     ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "tesk-host01.."));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "tesk-host01.."));
     EXPECT_FALSE(console.find("tesk-host01..."));
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Login Name:"));
+    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
     console.waitForQuiet();
 
     // Console login switched off: the refusal names the host the same way.
     std::filesystem::remove(root.path("/var/run/brelt/show-tesk-login"));
     for (const std::string& key : {FKey(2), FKey(12)}) {
-        console.key(key);
-        ASSERT_TRUE(WaitSettled(console, "Authentication Denied"));
+        ASSERT_TRUE(KeyThen(console, key, "Authentication Denied"));
         EXPECT_TRUE(console.find("Direct console access has been disabled by the"));
         EXPECT_TRUE(console.find("tesk-host01.."));
         EXPECT_FALSE(console.find("Login Name:"));
-        console.key(Key::Enter);
-        ASSERT_TRUE(console.waitForTextGone("Authentication Denied"));
+        ASSERT_TRUE(Dismiss(console, "Authentication Denied"));
         console.waitForQuiet();
     }
     EXPECT_FALSE(root.hasLogLine("Authentication of user"));
@@ -231,8 +219,7 @@ TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
     console.signal(SIGUSR1);
     ASSERT_TRUE(root.waitForLogLine("Found smart card with user id 'root'"));
 
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Id:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Id:"));
     EXPECT_NE(RowWith(console, "Login Id:").find("root"), std::string::npos);
     EXPECT_TRUE(console.find("PIN:"));
     EXPECT_TRUE(console.find("Enter the smart card login PIN for"));
@@ -249,23 +236,6 @@ TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
     // The session's end is recorded like a logout.
     EXPECT_TRUE(root.hasLogLine("User root logged out"));
     EXPECT_EQ(AuditRecords(root, "tesk.logout").size(), 1u);
-}
-
-TEST(Logout, EveryWayTheConsoleEndsUnderASessionRecordsTheLogout) {
-    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGWINCH}) {
-        SimRoot root;
-        ConsoleSession console(root, RemoteShell());
-        ASSERT_TRUE(LogIn(console));
-        if (sig == SIGWINCH)
-            console.resize(90, 30);
-        else
-            console.signal(sig);
-        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0)) << strsignal(sig);
-        EXPECT_TRUE(root.hasLogLine("User root logged out")) << strsignal(sig);
-        auto logouts = AuditRecords(root, "tesk.logout");
-        ASSERT_EQ(logouts.size(), 1u) << strsignal(sig);
-        EXPECT_EQ(logouts[0]["data"], (Json{{"reason", "Session closed"}}));
-    }
 }
 
 TEST(Logout, IdleTimeoutEndsTheSessionWithItsOwnRecords) {

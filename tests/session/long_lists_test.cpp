@@ -40,14 +40,14 @@ bool Shown(ConsoleSession& console, std::string_view text) {
 
 // Moves down until the pane's heading is heading, waiting for each move.
 bool MoveTo(ConsoleSession& console, const std::string& heading) {
-    for (int i = 0; i < 12 && Heading(console) != heading; ++i) {
-        const std::string before = Heading(console);
+    for (int i = 0; i < 12 && PaneHeading(console) != heading; ++i) {
+        const std::string before = PaneHeading(console);
         console.key(Key::Down);
-        if (!console.waitFor([&] { return Heading(console) != before; }, "the selection moved",
+        if (!console.waitFor([&] { return PaneHeading(console) != before; }, "the selection moved",
                              Slow()))
             return false;
     }
-    return Heading(console) == heading &&
+    return PaneHeading(console) == heading &&
            console.waitForQuiet(std::chrono::milliseconds(400), Slow());
 }
 

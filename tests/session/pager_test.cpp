@@ -1,8 +1,8 @@
 // Handing the terminal to the log pager and taking it back: what the pager is
 // given, that it owns the terminal while it runs, and that the console's
 // environment and terminal are as before afterwards; and the pager's fence: the
-// environment it gets, its process group ended at its end and by the console's
-// quit, a resize it saw passed on to the console.
+// environment it gets and its process group ended at its end (a quit and a
+// resize while it runs: pager_signals_test.cpp).
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
@@ -22,7 +22,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/waiting.h"
 #include "session/log_viewer.h"
 #include "tests/support/process_end.h"
 
@@ -215,52 +214,10 @@ TEST(LogPager, ThePagerGetsTheTerminalTheLocaleAndLessSecureOnly) {
     EXPECT_NE(root.file("env").find("LC_CTYPE=C.UTF-8\n"), std::string::npos) << root.file("env");
 }
 
-TEST(LogPager, AQuitEndsAPagerThatIgnoresItWithEverythingItStarted) {
-    PagerRoot root(
-        "trap '' TERM INT HUP\necho $$ > $R/pager\nsleep 300 &\necho $! > $R/helper\n"
-        "while :; do sleep 1; done");
-    EXPECT_EQ(InTerminal(root.dir(),
-                         [] {
-                             std::thread quit([] {
-                                 std::this_thread::sleep_for(std::chrono::milliseconds(300));
-                                 Tesk::Platform::NoteQuitRequest();
-                             });
-                             const auto start = std::chrono::steady_clock::now();
-                             View();
-                             quit.join();
-                             return std::chrono::steady_clock::now() - start <
-                                            std::chrono::seconds(4)
-                                        ? 0
-                                        : 1;
-                         }),
-              0);
-    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("pager"), std::chrono::milliseconds(2000)));
-    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("helper"), std::chrono::milliseconds(2000)));
-}
-
 TEST(LogPager, NothingThePagerStartedOutlivesIt) {
     PagerRoot root("sleep 300 &\necho $! > $R/helper\nexit 0");
     EXPECT_EQ(InTerminal(root.dir(), [] { return View(); }), 0);
     EXPECT_TRUE(TeskTest::GoneWithin(root.pid("helper"), std::chrono::milliseconds(2000)));
-}
-
-// The console's view of a resize the pager saw: 0 when SIGWINCH is pending
-// for the console after the pager exactly when `resized`.
-int ResizeSeen(bool resized) {
-    sigset_t winch, pending;
-    sigemptyset(&winch);
-    sigaddset(&winch, SIGWINCH);
-    ::pthread_sigmask(SIG_BLOCK, &winch, nullptr);
-    if (View() != 0) return 20;
-    sigpending(&pending);
-    return sigismember(&pending, SIGWINCH) == (resized ? 1 : 0) ? 0 : 21;
-}
-
-TEST(LogPager, AResizeWhileThePagerRunsReachesTheConsoleWhenItReturns) {
-    PagerRoot resizing("stty cols 91 rows 21");
-    EXPECT_EQ(InTerminal(resizing.dir(), [] { return ResizeSeen(true); }), 0);
-    PagerRoot still("exit 0");
-    EXPECT_EQ(InTerminal(still.dir(), [] { return ResizeSeen(false); }), 0);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
-// Shared steps of the session's screen tests: starting the console the way a
-// case needs it, logging in, and reading the audit and event logs.
+// Shared steps of the screen tests: starting the console the way a case needs
+// it, logging in, opening a menu entry, and reading the audit and event logs.
 #pragma once
 
+#include <chrono>
 #include <source_location>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -59,6 +61,23 @@ inline bool WaitSettled(ConsoleSession& console, std::string_view text,
     return console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where);
 }
 
+// Presses a key and waits until text shows and the screen settles.
+inline bool KeyThen(ConsoleSession& console, std::string_view key, std::string_view text,
+                    std::source_location where = std::source_location::current()) {
+    console.key(key, where);
+    return WaitSettled(console, text, where);
+}
+
+// Closes what shows text with key; true once text is gone and the screen
+// has settled.
+inline bool Dismiss(ConsoleSession& console, std::string_view text,
+                    std::string_view key = Key::Enter,
+                    std::source_location where = std::source_location::current()) {
+    console.key(key, where);
+    return console.waitForTextGone(text, TeskTest::DefaultTimeout(), where) &&
+           console.waitForQuiet(std::chrono::milliseconds(400), TeskTest::DefaultTimeout(), where);
+}
+
 // Waits for the welcome screen's complete frame (the memory line is filled
 // last).
 inline bool WaitWelcome(ConsoleSession& console,
@@ -77,14 +96,42 @@ inline void EnterCredentials(ConsoleSession& console, std::string_view user,
     console.key(Key::Enter, where);
 }
 
+// The row the text stands on, -1 when it is not on the screen.
+inline int RowOf(ConsoleSession& console, std::string_view text) {
+    const auto at = console.find(text);
+    return at ? at->row : -1;
+}
+
+// The row the caret stands on, or -1 when it is hidden.
+inline int CaretRow(ConsoleSession& console) {
+    const auto& screen = console.screen();
+    return screen.cursorVisible() ? screen.cursor().row : -1;
+}
+
+// Waits until the caret stands on the row of label (the focused field).
+inline bool WaitCaretOn(ConsoleSession& console, std::string_view label,
+                        std::source_location where = std::source_location::current()) {
+    const bool moved = console.waitFor(
+        [&] { return RowOf(console, label) >= 0 && CaretRow(console) == RowOf(console, label); },
+        std::string("the caret on ") + std::string(label), TeskTest::DefaultTimeout(), where);
+    return moved &&
+           console.waitForQuiet(std::chrono::milliseconds(200), TeskTest::DefaultTimeout(), where);
+}
+
 // From the settled welcome screen: F2, then user and password typed into the
-// login dialog; false when a step did not show.
+// login dialog, each once its field has the caret; false when a step did not
+// show.
 inline bool EnterLogin(ConsoleSession& console, std::string_view user, std::string_view password,
                        std::source_location where) {
     if (!WaitWelcome(console, where)) return false;
     console.key(FKey(2), where);
-    if (!WaitSettled(console, "Login Name:", where)) return false;
-    EnterCredentials(console, user, password, where);
+    if (!WaitSettled(console, "Login Name:", where) || !WaitCaretOn(console, "Login Name:", where))
+        return false;
+    console.type(user, where);
+    console.key(Key::Enter, where);
+    if (!WaitCaretOn(console, "Password:", where)) return false;
+    console.type(password, where);
+    console.key(Key::Enter, where);
     return true;
 }
 
@@ -98,6 +145,83 @@ inline bool LogIn(ConsoleSession& console, std::string_view user = "root",
     if (!console.waitForText("System Customization", TeskTest::DefaultTimeout(), where))
         return false;
     return WaitSettled(console, "<Esc> Log Out", where);
+}
+
+// The heading of the right pane of the menu, or of a window opened from it:
+// the selected entry. The pane starts at the middle column.
+inline std::string PaneHeading(ConsoleSession& console) {
+    const std::size_t from = static_cast<std::size_t>(console.screen().cols() / 2 + 2);
+    const std::string row = console.row(1);
+    return row.size() > from ? row.substr(from) : "";
+}
+
+// Presses key once; true when the selection moved (the pane's heading
+// changed) and the screen settled, false when nothing moved (the list ends).
+inline bool StepSelection(ConsoleSession& console, std::string_view key = Key::Down,
+                          std::source_location where = std::source_location::current()) {
+    const std::string before = PaneHeading(console);
+    console.key(key, where);
+    // A poll rather than waitFor: at the end of the list nothing moves, and
+    // that is an answer, not a failure.
+    const auto deadline =
+        std::chrono::steady_clock::now() + TeskTest::Scaled(std::chrono::milliseconds(1500));
+    while (PaneHeading(console) == before && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return PaneHeading(console) != before &&
+           console.waitForQuiet(std::chrono::milliseconds(100), TeskTest::DefaultTimeout(), where);
+}
+
+// Steps with key until the pane's heading starts with entry; false when the
+// list ends first.
+inline bool MoveSelectionTo(ConsoleSession& console, std::string_view entry, std::string_view key,
+                            std::source_location where) {
+    for (int moves = 0; moves < 40; ++moves) {
+        if (PaneHeading(console).starts_with(entry)) return true;
+        if (!StepSelection(console, key, where)) return false;
+    }
+    return false;
+}
+
+// Selects entry in the menu or window on the screen, moving down and, when the
+// list ends first, up; a failure at the caller's line when it is not there.
+inline bool GoToEntry(ConsoleSession& console, std::string_view entry,
+                      std::source_location where = std::source_location::current()) {
+    if (MoveSelectionTo(console, entry, Key::Down, where) ||
+        MoveSelectionTo(console, entry, Key::Up, where))
+        return true;
+    ADD_FAILURE_AT(where.file_name(), where.line()) << "no entry " << entry << "\n"
+                                                    << console.dump();
+    return false;
+}
+
+// Selects entry and opens it with <Enter>; true once text shows and the
+// screen has settled.
+inline bool OpenSelected(ConsoleSession& console, std::string_view entry, std::string_view text,
+                         std::source_location where = std::source_location::current()) {
+    if (!GoToEntry(console, entry, where)) return false;
+    console.key(Key::Enter, where);
+    return WaitSettled(console, text, where);
+}
+
+// Logs in as root and opens entry of the customization menu; true once text
+// shows and the screen has settled.
+inline bool OpenEntry(ConsoleSession& console, std::string_view entry, std::string_view text,
+                      std::source_location where = std::source_location::current()) {
+    return LogIn(console, "root", kPassword, where) && OpenSelected(console, entry, text, where);
+}
+
+// The dialog line that starts with text, up to the dialog's right border,
+// without trailing blanks; empty when no row holds text.
+inline std::string DialogRow(ConsoleSession& console, std::string_view text) {
+    auto at = console.find(text);
+    if (!at) return {};
+    std::string line;
+    for (int col = at->col; col < console.screen().cols(); ++col) {
+        const std::string cell = console.cell(col, at->row).text;
+        if (cell == "\u2502") break;
+        line += cell.empty() ? " " : cell;
+    }
+    return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
 // F2, then a login that fails; true when the invalid-login message is up and

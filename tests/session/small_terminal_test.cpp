@@ -43,8 +43,7 @@ TEST(SmallTerminal, ADialogLargerThanTheTerminalTakesNoKeys) {
     SimRoot root;
     ConsoleSession console(root, LocalConsole(50, 12));
     ASSERT_TRUE(WaitSettled(console, "<F2>"));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Terminal too small: 60x13 needed."));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Terminal too small: 60x13 needed."));
     EXPECT_FALSE(console.find("Login Name:"));
     // Typing a login blind does nothing.
     EnterCredentials(console, "root", kPassword);
@@ -54,8 +53,7 @@ TEST(SmallTerminal, ADialogLargerThanTheTerminalTakesNoKeys) {
     EXPECT_FALSE(root.hasLogLine("Authentication of user"));
     EXPECT_FALSE(console.find("System Customization"));
     // <Esc> leaves the note: the welcome screen, and no login attempt.
-    console.key(Key::Esc);
-    ASSERT_TRUE(console.waitForTextGone("Terminal too small"));
+    ASSERT_TRUE(Dismiss(console, "Terminal too small", Key::Esc));
     ASSERT_TRUE(WaitSettled(console, "<F2>"));
     EXPECT_TRUE(root.logLinesWith("Authentication of user").empty());
     EXPECT_TRUE(AuditRecords(root, "tesk.login").empty());
@@ -75,15 +73,6 @@ TEST(Screens80x25, WelcomeWarningsShowWholeBelowTheAddresses) {
               "Warning: DHCP lookup failed. You may be unable to access this system until you "
               "customize its network configuration.");
     EXPECT_TRUE(console.find("<F2> Customize System/View Logs"));
-
-    SimRoot audit("audit");
-    ConsoleSession auditConsole(audit, LocalConsole(80, 25));
-    ASSERT_TRUE(WaitWelcome(auditConsole));
-    ASSERT_TRUE(auditConsole.waitForText("Warning: Host is running in audit mode."));
-    auto at = auditConsole.find("Warning: Host is running in audit mode.");
-    EXPECT_EQ(Joined(auditConsole, at->row, 22),
-              "Warning: Host is running in audit mode. Your configuration will not be persistent "
-              "across reboots. Please contact support.");
 }
 
 TEST(Screens80x25, EllipsisAndWarningBothFitBesideAHostNameAndFiveIpv6Addresses) {

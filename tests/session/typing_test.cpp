@@ -21,8 +21,7 @@ TEST(Typing, Utf8CharactersReachTheFieldAndPam) {
                    "root:" + TeskTest::PasswordHash(kUtf8Password) + ":success\n");
     ConsoleSession console(root, RemoteShell());
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     // The fresh login field is replaced by the first character typed.
     console.type("x");
     console.type(kUEuro);
@@ -58,8 +57,7 @@ TEST(Typing, TheCaretStandsWhereTypingGoes) {
     ConsoleSession console(root, LocalConsole());
     ASSERT_TRUE(WaitWelcome(console));
     EXPECT_FALSE(console.screen().cursorVisible());
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     auto field = console.find("[ root");
     ASSERT_TRUE(field);
     const int first = field->col + 2, row = field->row;
@@ -87,11 +85,9 @@ TEST(Typing, TheCaretStandsWhereTypingGoes) {
     EXPECT_TRUE(CaretAt(console, first, password->row));
     console.type("wrong");
     EXPECT_TRUE(CaretAt(console, first + 5, password->row));
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "Invalid login or password."));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Invalid login or password."));
     EXPECT_FALSE(console.screen().cursorVisible());
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForTextGone("Invalid login or password."));
+    ASSERT_TRUE(Dismiss(console, "Invalid login or password."));
     EXPECT_TRUE(CaretAt(console, first, password->row));
 }
 
@@ -126,8 +122,7 @@ TEST(SelectedRow, HighlightedAcrossTheWholeRowFirstAndAfterMoving) {
     // before the scroll bar (the field inside has a highlight of its own).
     console.key(Key::Esc);
     ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
     auto label = console.find("Login Name:");
     ASSERT_TRUE(label);
     const auto row = highlighted(*label, label->col - 2, label->col + 55);  // inside the box

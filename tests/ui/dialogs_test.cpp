@@ -28,13 +28,10 @@ constexpr DialogSize kWithItems{60, 12, 6};
 
 int Answer(std::deque<int> keys, std::vector<ConfirmKey> answers,
            std::optional<int> escape = ConfirmDialog::kCancelled) {
-    FakeInput input(std::move(keys));
     ConfirmDialog ask(nullptr, kWithItems, "Title", "Body", Footer::kYesNoCancel,
                       std::move(answers));
     ask.setEscapeResult(escape);
-    const int result = Tesk::Run(ask);
-    EXPECT_EQ(input.left(), 0u) << "keys after the answer were read";
-    return result;
+    return TeskTest::RunWithKeys(ask, std::move(keys));
 }
 
 TEST_F(DialogsTest, ConfirmAnswersOnlyItsKeys) {

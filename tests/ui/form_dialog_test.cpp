@@ -16,10 +16,10 @@
 namespace {
 
 using namespace Tesk;
-using TeskTest::FakeInput;
 using TeskTest::Pair;
 using TeskTest::PairAt;
 using TeskTest::RowText;
+using TeskTest::RunWithKeys;
 
 class FormTest : public TeskTest::ScreenTest {};
 
@@ -40,9 +40,9 @@ TEST_F(FormTest, KeysGoToTheSelectedItemThenTheDialogThenTheDefaults) {
     ProbeForm form;
     auto& name = form.items().emplace<InputItem>("Name:", "old", 20);
     auto& ssh = form.items().emplace<CheckItem>("Enable SSH", false);
-    FakeInput input({'a', KEY_F(5), KEY_DOWN, ' ', 'x', KEY_DOWN, KEY_UP, KeyEnter, 'z'});
-    EXPECT_EQ(Tesk::Run(form), 1);
-    EXPECT_EQ(input.left(), 1u);
+    EXPECT_EQ(
+        RunWithKeys(form, {'a', KEY_F(5), KEY_DOWN, ' ', 'x', KEY_DOWN, KEY_UP, KeyEnter, 'z'}, 1),
+        1);
     EXPECT_EQ(name.value(), "a");
     EXPECT_TRUE(ssh.checked());
     // The dialog saw only what the items left; Enter then went to accept().
@@ -57,19 +57,16 @@ TEST_F(FormTest, EscapeCancelsAndTheDialogsOwnKeysComeFirst) {
     {
         ProbeForm form;
         form.items().emplace<CheckItem>("a", false);
-        FakeInput input({KeyEscape});
-        EXPECT_EQ(Tesk::Run(form), 0);
+        EXPECT_EQ(RunWithKeys(form, {KeyEscape}), 0);
     }
     {
         ProbeForm form;
         form.items().emplace<CheckItem>("a", false);
-        FakeInput input({KEY_F(10)});
-        EXPECT_EQ(Tesk::Run(form), 5);
+        EXPECT_EQ(RunWithKeys(form, {KEY_F(10)}), 5);
     }
     // An empty form still answers its keys.
     ProbeForm empty;
-    FakeInput input({KEY_DOWN, ' ', KeyEnter});
-    EXPECT_EQ(Tesk::Run(empty), 1);
+    EXPECT_EQ(RunWithKeys(empty, {KEY_DOWN, ' ', KeyEnter}), 1);
 }
 
 TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
@@ -102,8 +99,7 @@ TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
     // In a form, a refused character never reaches the dialog's handler.
     ProbeForm form;
     auto& field = form.items().emplace<NumericInputItem>("Port", "", 6, 5);
-    FakeInput input({'8', 'q', '0', KeyEnter});
-    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_EQ(RunWithKeys(form, {'8', 'q', '0', KeyEnter}), 1);
     EXPECT_EQ(field.value(), "80");
     EXPECT_EQ(form.seen, (std::vector<int>{KeyEnter}));
 }
@@ -147,8 +143,7 @@ TEST_F(FormTest, RadioGroupKeepsExactlyOneChoice) {
     auto& fixed = form.items().emplace<RadioItem>("Static", false, &mode);
     auto& nics = form.items().emplace<CarouselRadioItem<Nic>>(std::vector<Nic>{{"zk0"}, {"zk1"}},
                                                               false, &mode);
-    FakeInput input({KEY_DOWN, ' ', KEY_DOWN, KEY_RIGHT, KeyEnter});
-    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_EQ(RunWithKeys(form, {KEY_DOWN, ' ', KEY_DOWN, KEY_RIGHT, KeyEnter}), 1);
     EXPECT_EQ(mode.chosen(), &fixed);
     EXPECT_FALSE(dhcp.chosen());
     EXPECT_EQ(nics.text(), "( ) NIC zk1");
@@ -162,8 +157,7 @@ TEST_F(FormTest, DisabledRowsAreSkippedAndDrawnDarkGrey) {
     form.items().emplace<LabelItem>("heading");
     auto& last = form.items().emplace<CheckItem>("last", false);
     // Down skips both rows; at the ends Up/Down change nothing.
-    FakeInput input({KEY_DOWN, ' ', KEY_DOWN, KEY_UP, KEY_UP, ' ', KeyEnter});
-    EXPECT_EQ(Tesk::Run(form), 1);
+    EXPECT_EQ(RunWithKeys(form, {KEY_DOWN, ' ', KEY_DOWN, KEY_UP, KEY_UP, ' ', KeyEnter}), 1);
     EXPECT_TRUE(last.checked());
     EXPECT_TRUE(first.checked());
     WINDOW* list = form.items().listArea().curses();

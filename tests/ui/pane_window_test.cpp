@@ -14,8 +14,8 @@
 namespace {
 
 using namespace Tesk;
-using TeskTest::FakeInput;
 using TeskTest::RowText;
+using TeskTest::RunWithKeys;
 
 class PaneWindowTest : public TeskTest::ScreenTest {};
 
@@ -57,16 +57,15 @@ private:
 
 TEST_F(PaneWindowTest, SelectionSkipsSeparatorsAndDisabledRows) {
     {
-        FakeInput input({KEY_DOWN, KeyEnter, KEY_DOWN, KeyEnter, KEY_DOWN, KEY_UP, KEY_UP, KEY_UP,
-                         KeyEnter, KeyEscape});
         Sample window;
-        EXPECT_EQ(Tesk::Run(window), 0);
+        EXPECT_EQ(RunWithKeys(window, {KEY_DOWN, KeyEnter, KEY_DOWN, KeyEnter, KEY_DOWN, KEY_UP,
+                                       KEY_UP, KEY_UP, KeyEnter, KeyEscape}),
+                  0);
         EXPECT_EQ(window.entered, (std::vector<int>{2, 3, 0}));
     }
     {
-        FakeInput input({KEY_DOWN, KeyEnter, KeyEscape});
         Sample window(true);
-        Tesk::Run(window);
+        RunWithKeys(window, {KEY_DOWN, KeyEnter, KeyEscape});
         EXPECT_EQ(window.entered, (std::vector<int>{3}));
     }
     // Disabling the selected row moves the selection to the next one that can
@@ -80,9 +79,8 @@ TEST_F(PaneWindowTest, SelectionSkipsSeparatorsAndDisabledRows) {
 }
 
 TEST_F(PaneWindowTest, PaneFollowsTheSelectionAndIsDescribedAgainAfterEnter) {
-    FakeInput input({KEY_DOWN, KeyEnter, KeyEscape});
     Sample window;
-    Tesk::Run(window);
+    RunWithKeys(window, {KEY_DOWN, KeyEnter, KeyEscape});
     WINDOW* w = window.curses();
     const int right = COLS / 2;
     EXPECT_EQ(RowText(w, 1, right + 2, 16), "pane of 2 after ");
@@ -93,12 +91,10 @@ TEST_F(PaneWindowTest, PaneFollowsTheSelectionAndIsDescribedAgainAfterEnter) {
 }
 
 TEST_F(PaneWindowTest, EscapeLeavesOnlyWhenTheWindowAgreesAndRowKeysGoToTheRow) {
-    FakeInput input({KeyEscape, KeyEscape, KEY_DOWN, KEY_DOWN, 'x', KeyEscape});
     Sample window;
     window.escapesRefused = 2;
     const std::size_t before = window.described.size();
-    EXPECT_EQ(Tesk::Run(window), 0);
-    EXPECT_EQ(input.left(), 0u);
+    EXPECT_EQ(RunWithKeys(window, {KeyEscape, KeyEscape, KEY_DOWN, KEY_DOWN, 'x', KeyEscape}), 0);
     // Two moves and the row's own key each describe the pane again.
     EXPECT_GE(window.described.size() - before, 4u);
     EXPECT_EQ(window.described.back(), 3);
@@ -127,9 +123,8 @@ public:
 };
 
 TEST_F(PaneWindowTest, RowsGivenWithTheirActionsDescribeAndOpenThemselves) {
-    FakeInput input({KeyEnter, KEY_DOWN, KeyEnter, 'k', 'z', KeyEscape});
     RowsOnly window;
-    Tesk::Run(window);
+    RunWithKeys(window, {KeyEnter, KEY_DOWN, KeyEnter, 'k', 'z', KeyEscape});
     // <Enter> on a row without an action does nothing; the row's key handler
     // sees the keys the window does not use, and only a key it used describes
     // the pane again.

@@ -109,4 +109,15 @@ private:
     int consumed_ = 0;
 };
 
+// This dialog, these keys: runs the window (a dialog, a form) with the keys as
+// its input and gives its result. Keys left unread fail the test, unless
+// `left` says how many the window must leave (keys after the one that ends it).
+template <class W>
+int RunWithKeys(W& window, std::deque<int> keys, std::size_t left = 0) {
+    FakeInput input(std::move(keys));
+    const int result = Tesk::Run(window);
+    EXPECT_EQ(input.left(), left) << "keys left unread";
+    return result;
+}
+
 }  // namespace TeskTest

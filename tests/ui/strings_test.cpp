@@ -18,33 +18,20 @@ namespace {
 
 using Tesk::StringFactory;
 
-TEST(Strings, FixedTexts) {
+// Every id below the table's end has a text (a text lost from the middle of the
+// table shifts the rest and leaves the last ids empty); ids past it give "".
+TEST(Strings, EveryIdHasATextAndOthersAreEmpty) {
     StringFactory* table = StringFactory::GetFactory("en_US");
     ASSERT_NE(table, nullptr);
     EXPECT_EQ(StringFactory::GetFactory("de_DE"), table);
-    EXPECT_STREQ(table->get(1), table->get(168));
-    EXPECT_STREQ(table->get(1), "Shut Down/Restart");
-    EXPECT_STREQ(table->get(3), "");
-    EXPECT_STREQ(table->get(290), "");
+    for (std::uint32_t id = 0; id < Tesk::en_US_Factory::kCount; ++id) {
+        if (id != Tesk::StrId::ProductLine && id != Tesk::StrId::Separator) {
+            EXPECT_STRNE(table->get(id), "") << "id " << id;
+        }
+    }
+    EXPECT_STREQ(table->get(Tesk::StrId::Separator), "");
+    EXPECT_STREQ(table->get(Tesk::en_US_Factory::kCount), "");
     EXPECT_STREQ(table->get(0xFFFFFFFFu), "");
-    EXPECT_STREQ(table->get(289),
-                 "Please choose which Zerkel NIC should be migrated to which portgroup/switch.");
-}
-
-TEST(Strings, NamedIdsMatchTheirTexts) {
-    namespace Id = Tesk::StrId;
-    StringFactory* table = StringFactory::GetFactory("en_US");
-    // Both ends of the table and the twin texts of menu entries and titles.
-    EXPECT_STREQ(table->get(Id::CustomizeSystemViewLogs), "Customize System/View Logs");
-    EXPECT_STREQ(table->get(Id::ChooseNicToMigrate),
-                 "Please choose which Zerkel NIC should be migrated to which portgroup/switch.");
-    EXPECT_EQ(Id::ConfigureManagementNetwork, 7u);
-    EXPECT_EQ(Id::ConfigureManagementNetworkTitle, 44u);
-    EXPECT_STREQ(table->get(Id::ConfigurePasswordTitle), table->get(Id::ConfigurePassword));
-    EXPECT_STREQ(table->get(Id::LoginName), "Login Name:");
-    EXPECT_STREQ(table->get(Id::Done), "Done.");
-    EXPECT_STREQ(table->get(Id::Failed), "Failed.");
-    EXPECT_STREQ(table->get(Id::TeskIdleTimeout), "TESK idle timeout");
 }
 
 TEST(Strings, ProductLineIsRetriedUntilTheHostAnswers) {

@@ -17,6 +17,7 @@ using TeskTest::FakeInput;
 using TeskTest::Pair;
 using TeskTest::PairAt;
 using TeskTest::RowText;
+using TeskTest::RunWithKeys;
 
 class WindowTest : public TeskTest::ScreenTest {};
 
@@ -79,10 +80,8 @@ TEST_F(WindowTest, ItemAreaOnlyWhenTheLowerBandHasRoom) {
     });
     EXPECT_EQ(wide.x(), -5);
     wide.setTitle("x");
-    FakeInput input({'x', KeyTab, KEY_DOWN, KeyEscape, 'y'});
-    EXPECT_EQ(Tesk::Run(wide), 0);
+    EXPECT_EQ(RunWithKeys(wide, {'x', KeyTab, KEY_DOWN, KeyEscape, 'y'}, 1), 0);
     EXPECT_FALSE(ran);
-    EXPECT_EQ(input.left(), 1u);
 }
 
 TEST_F(WindowTest, OpenerIsDimmedWhileADialogRunsAndRestoredAfter) {
@@ -120,25 +119,12 @@ TEST_F(WindowTest, TimeoutLeavesNoWindowCurrentAndTheOpenerDimmed) {
 }
 
 TEST_F(WindowTest, NotificationWaitsForEnterOnly) {
-    FakeInput input({KeyEscape, 'x', KEY_F(2), KeyEnter, 'z'});
     Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
     NotificationDialog d(&screen, "Saved", "All {color:red}done{/color}.");
-    EXPECT_EQ(Tesk::Run(d), 1);
-    EXPECT_EQ(input.left(), 1u);
+    EXPECT_EQ(RunWithKeys(d, {KeyEscape, 'x', KEY_F(2), KeyEnter, 'z'}, 1), 1);
     EXPECT_EQ(d.title(), "Saved");
     EXPECT_EQ(RowText(d.curses(), 1, 3, 5), "Saved");
     EXPECT_EQ(RowText(d.curses(), 8, 58, 10), "<Enter> OK");
-}
-
-TEST_F(WindowTest, MessageDialogTakesItsTextsFromTheStringTable) {
-    FakeInput input({KeyEnter});
-    MessageDialog d(nullptr, 151, 152);
-    EXPECT_EQ(d.width(), 70);
-    EXPECT_EQ(d.height(), 10);
-    EXPECT_EQ(d.body(), "Invalid login or password.");
-    EXPECT_EQ(Tesk::Run(d), 1);
-    EXPECT_EQ(RowText(d.curses(), 1, 3, 21), "Authentication failed");
-    EXPECT_EQ(RowText(d.curses(), 3, 3, 26), "Invalid login or password.");
 }
 
 TEST_F(WindowTest, TopLevelWindowsSaveAndRestoreTheCursor) {
