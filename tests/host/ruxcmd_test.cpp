@@ -123,8 +123,8 @@ TEST_F(RuxCmdTest, PlexOpsAgentService) {
 
 TEST_F(RuxCmdTest, PlexCfgVswitchMigrateVector) {
     WriteRecorder("/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch", "0");
-    EXPECT_TRUE(Tesk::PlexCfgVswitchMigrate("hlp-1", "vmk0"));
-    EXPECT_EQ(Calls(), "-m -p hlp-1 -I vmk0\n");
+    EXPECT_TRUE(Tesk::PlexCfgVswitchMigrate("hlp-1", "zrk0"));
+    EXPECT_EQ(Calls(), "-m -p hlp-1 -I zrk0\n");
 }
 
 }  // namespace

@@ -117,7 +117,7 @@ TEST(ChecksBeforeApplying, HostNamesFollowTheRulesForDnsNames) {
                                             ".host", std::string(255, 'a'), label63 + "a.example"})
         EXPECT_NE(Tesk::HostnameProblem(bad), "") << '"' << bad << '"';
     for (const std::string& good : std::initializer_list<std::string>{
-             "esx-01", "host.example.com", "host.example.com.", "h", label63 + ".example", "123"})
+             "hv-01", "host.example.com", "host.example.com.", "h", label63 + ".example", "123"})
         EXPECT_EQ(Tesk::HostnameProblem(good), "") << '"' << good << '"';
 }
 

@@ -22,7 +22,7 @@ constexpr char kVlanId[] = "/network/standardSwitches/0/portGroups/0/vlanId";
 // From the menu: VLAN 77 (no segment carries it on the default host) applied
 // with Y, up to the question after the failed gateway check.
 bool ApplyWrongVlan(ConsoleSession& console) {
-    if (!OpenWindow(console) || !OpenDialog(console, "VLAN (optional)", "VLAN ID (1-4094"))
+    if (!OpenWindow(console) || !OpenSelected(console, "VLAN (optional)", "VLAN ID (1-4094"))
         return false;
     console.type("77");
     if (!console.waitForText("[ 77") || !Close(console, Key::Enter, "VLAN ID (1-4094"))
@@ -58,7 +58,7 @@ TEST(SafeApply, AWrongVlanComesBackWhenTheCountEndsAndTheTestThenPasses) {
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
 
-    ASSERT_TRUE(Select(console, "Test Management Network"));
+    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "Resolve Hostname"));
     console.key(Key::Enter);

@@ -11,7 +11,7 @@ using namespace NetworkTest;
 
 // Appends text to the suffixes in the open window.
 bool AddSuffix(ConsoleSession& console, std::string_view text) {
-    if (!OpenDialog(console, "Custom DNS Suffixes", "Suffixes:")) return false;
+    if (!OpenSelected(console, "Custom DNS Suffixes", "Suffixes:")) return false;
     console.keys({Key::End});
     console.type(text);
     return Close(console, Key::Enter, "Suffixes:");
@@ -50,7 +50,7 @@ TEST(TwoConsoles, EachWritesOnlyWhatItChangedAndIsWarnedOfTheSameSetting) {
     ASSERT_TRUE(OpenWindow(second));
 
     // Different settings: the first changes the VLAN, the second the suffixes.
-    ASSERT_TRUE(OpenDialog(first, "VLAN (optional)", "VLAN ID (1-4094"));
+    ASSERT_TRUE(OpenSelected(first, "VLAN (optional)", "VLAN ID (1-4094"));
     first.type("42");
     ASSERT_TRUE(Close(first, Key::Enter, "VLAN ID (1-4094"));
     ApplyAndKeep(first);

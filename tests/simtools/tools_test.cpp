@@ -174,7 +174,7 @@ TEST_F(ToolsTest, MaintenanceTools) {
     auto ok = RunTool("/bin/zrkping", {"-c", "3", "10.0.0.1"});
     EXPECT_EQ(ok.status, 0);
     EXPECT_NE(ok.out.find("64 bytes from 10.0.0.1: icmp_seq=0"), std::string::npos) << ok.out;
-    EXPECT_EQ(RunTool("/bin/zrkping", {"-c", "3", "fe80::1%vmk0"}).status, 0);
+    EXPECT_EQ(RunTool("/bin/zrkping", {"-c", "3", "fe80::1%zrk0"}).status, 0);
     EXPECT_EQ(RunTool("/bin/zrkping", {"-c", "3", "10.0.0.2"}).status, 1);
 
     std::ofstream(Path("/etc/host.crt")) << "certificate\n";
