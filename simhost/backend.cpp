@@ -6,6 +6,7 @@
 #include "simhost/configuration.h"
 #include "simhost/hardware.h"
 #include "simhost/lockdown.h"
+#include "simhost/logs.h"
 #include "simhost/network.h"
 #include "simhost/operations_agent.h"
 #include "simhost/pinger.h"
@@ -103,6 +104,9 @@ public:
     }
     std::unique_ptr<HostCtl::Support::SupportInformation> GetSupportInformation() const override {
         return std::make_unique<Support::SupportInformationImpl>();
+    }
+    std::unique_ptr<HostCtl::Logs::SystemLogs> GetSystemLogs() const override {
+        return std::make_unique<Logs::SystemLogsImpl>();
     }
 
     std::unique_ptr<HostCtl::Adv::AdvancedOption> GetAdvancedOptions() const override {
