@@ -1,11 +1,13 @@
 // The Linux backend's account of what the host is (os-release, DMI, cpuinfo,
 // meminfo), its keyboard layout (console-setup), its configuration as a
-// whole, its support information, its advanced options and smart cards.
+// whole, its support information, its logs, its advanced options and smart
+// cards.
 #include "hostctl/exception.h"
 #include "linuxhost/adv.h"
 #include "linuxhost/configuration.h"
 #include "linuxhost/hardware.h"
 #include "linuxhost/linux_backend.h"
+#include "linuxhost/logs.h"
 #include "linuxhost/smartcard.h"
 #include "linuxhost/support_info.h"
 #include "linuxhost/system_info.h"
@@ -48,6 +50,10 @@ std::unique_ptr<HostCtl::Configuration::HostConfiguration> LinuxBackend::GetHost
 
 std::unique_ptr<HostCtl::Support::SupportInformation> LinuxBackend::GetSupportInformation() const {
     return std::make_unique<SupportInformationImpl>();
+}
+
+std::unique_ptr<HostCtl::Logs::SystemLogs> LinuxBackend::GetSystemLogs() const {
+    return std::make_unique<SystemLogsImpl>();
 }
 
 std::unique_ptr<HostCtl::Adv::AdvancedOption> LinuxBackend::GetAdvancedOptions() const {
