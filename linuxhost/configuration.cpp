@@ -22,7 +22,12 @@ using Tesk::Platform::HostPath;
 using Tesk::Platform::Log;
 
 constexpr const char* kNetworkDirectories[] = {"/etc/systemd/network", "/run/systemd/network"};
-constexpr const char* kConsoleFiles[] = {Options::kOptionsFile, kWelcomeFile};
+// The shell's time-outs: its idle time-out as a profile script, its
+// availability as a drop-in of the shell's and SSH's units.
+constexpr const char kIdleTimeoutScript[] = "/etc/profile.d/tesk-timeout.sh";
+constexpr const char kAvailabilityDropIn[] = "tesk-availability.conf";
+constexpr const char kUnitDirectory[] = "/etc/systemd/system";
+constexpr const char* kConsoleFiles[] = {Options::kOptionsFile, kWelcomeFile, kIdleTimeoutScript};
 
 bool Exists(const std::string& hostPath) {
     std::error_code error;
@@ -69,6 +74,15 @@ std::vector<std::string> ConsoleWrittenFiles() {
         std::sort(found.begin(), found.end());
         files.insert(files.end(), found.begin(), found.end());
     }
+    std::error_code error;
+    std::vector<std::string> dropIns;
+    for (const auto& entry : std::filesystem::directory_iterator(HostPath(kUnitDirectory), error)) {
+        const std::string dropIn = std::string(kUnitDirectory) + "/" +
+                                   entry.path().filename().string() + "/" + kAvailabilityDropIn;
+        if (Exists(dropIn)) dropIns.push_back(dropIn);
+    }
+    std::sort(dropIns.begin(), dropIns.end());
+    files.insert(files.end(), dropIns.begin(), dropIns.end());
     return files;
 }
 

@@ -1,7 +1,9 @@
 // The configuration the console writes on a Linux host, as a whole: its
 // backup and its reset. What the console writes is its option file
-// (linuxhost/options.h), the welcome text, and the systemd-networkd files
-// whose names carry the console's mark "tesk-" after their number
+// (linuxhost/options.h), the welcome text, the shell's time-outs (the
+// profile script /etc/profile.d/tesk-timeout.sh and the units' drop-ins
+// /etc/systemd/system/*.d/tesk-availability.conf) and the systemd-networkd
+// files whose names carry the console's mark "tesk-" after their number
 // ("30-tesk-management.network") under /etc/systemd/network and
 // /run/systemd/network. A backup copies those files into kBackupDirectory
 // (replacing the last backup); a reset removes them (the host must then
