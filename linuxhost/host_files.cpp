@@ -71,7 +71,11 @@ std::string Quote(std::string_view value) {
 std::optional<std::string> ReadHostFile(std::string_view path) {
     std::string failure;
     auto text = Tesk::Platform::ReadRegularFile(Tesk::Platform::HostPath(path), &failure);
-    if (!text && failure != std::strerror(ENOENT))
+    const bool missing = !text && failure == std::strerror(ENOENT);
+    // The kernel's own view, where a host root does not stand in for it.
+    if (missing && path.starts_with("/proc/") && Tesk::Platform::IsSimulatedRoot())
+        return Tesk::Platform::ReadRegularFile(std::string(path));
+    if (!text && !missing)
         Tesk::Platform::Log(LOG_ERR, "Reading %.*s failed: %s", static_cast<int>(path.size()),
                             path.data(), failure.c_str());
     return text;

@@ -11,7 +11,10 @@
 namespace LinuxHost {
 
 // The text of the host file at path (a host path, resolved against the host
-// root). None when it is missing (silently) or cannot be read (logged).
+// root). None when it is missing (silently) or cannot be read (logged). A
+// file under /proc that a host root other than "/" does not have is read from
+// the running kernel's /proc: a fixture root may stand in for the kernel's
+// facts, the lab leaves them to the kernel it runs on.
 std::optional<std::string> ReadHostFile(std::string_view path);
 
 // The first line of the host file, trimmed of white space at both ends; empty

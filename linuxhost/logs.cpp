@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "hostctl/exception.h"
 #include "linuxhost/journal.h"
@@ -65,7 +66,10 @@ private:
 };
 
 std::unique_ptr<HostCtl::Logs::PreparedLog> Export(const std::string& text) {
-    ::mkdir(Tesk::Platform::HostPath(kExportDirectory).c_str(), 0700);
+    const std::string directory = Tesk::Platform::HostPath(kExportDirectory);
+    std::error_code ignored;  // a missing folder fails mkstemp below
+    std::filesystem::create_directories(std::filesystem::path(directory).parent_path(), ignored);
+    ::mkdir(directory.c_str(), 0700);
     std::string path = Tesk::Platform::HostPath(std::string(kExportDirectory) + "/journal-XXXXXX");
     const int fd = ::mkstemp(path.data());
     if (fd < 0)

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -116,7 +117,8 @@ bool Set(std::string_view key, std::string_view value) {
     for (const auto& [name, setting] : values) text += name + "=" + setting + "\n";
     const std::string path = Tesk::Platform::HostPath(kOptionsFile);
     try {
-        ::mkdir(Tesk::Platform::HostPath("/etc/tesk").c_str(), 0755);
+        std::error_code ignored;  // a missing folder fails the write below
+        std::filesystem::create_directories(Tesk::Platform::HostPath("/etc/tesk"), ignored);
         Sim::ReplaceFile(path, text, 0644);
     } catch (const std::runtime_error& error) {
         Tesk::Platform::Log(LOG_ERR, "Writing %s failed: %s", kOptionsFile, error.what());
