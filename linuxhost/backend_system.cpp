@@ -68,8 +68,11 @@ std::string WhySystemFeatureNotOffered(HostCtl::Feature feature) {
     switch (feature) {
         case HostCtl::Feature::CustomExtensions:
             return "A Linux host has no custom extensions to remove.";
-        case HostCtl::Feature::SmartCardLogin:
-            return WhySmartCardLoginNotOffered();
+        case HostCtl::Feature::SmartCardLogin: {
+            // Probed once: the answer holds for the console's life.
+            static const std::string reason = WhySmartCardLoginNotOffered();
+            return reason;
+        }
         default:
             return {};
     }

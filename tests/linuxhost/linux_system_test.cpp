@@ -1,6 +1,8 @@
 // The Linux backend's system side on fixture host roots: the host's identity,
 // support information, options, keyboard layout, configuration and logs.
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -17,6 +19,7 @@
 #include "linuxhost/host_files.h"
 #include "linuxhost/logs.h"
 #include "linuxhost/options.h"
+#include "linuxhost/smartcard.h"
 #include "linuxhost/support_info.h"
 #include "linuxhost/system_info.h"
 #include "linuxhost/system_version.h"
@@ -210,6 +213,24 @@ TEST_F(LinuxSystem, KeyboardLayoutIsWrittenAndAppliedOrLeftAsItWas) {
     const std::string before = Read("/etc/default/keyboard");
     EXPECT_THROW(info.LoadKeyboardMappings("French"), HostCtlException);
     EXPECT_EQ(Read("/etc/default/keyboard"), before);
+}
+
+TEST_F(LinuxSystem, SmartCardLoginIsNotOfferedAndSaysWhy) {
+    EXPECT_EQ(LinuxHost::WhySmartCardLoginNotOffered(),
+              "No smart-card reader service (pcscd) runs on this host.");
+    Write(LinuxHost::kPcscdSocket, "a plain file is no daemon");
+    EXPECT_EQ(LinuxHost::WhySmartCardLoginNotOffered(),
+              "No smart-card reader service (pcscd) runs on this host.");
+    fs::remove(root_ + LinuxHost::kPcscdSocket);
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::snprintf(address.sun_path, sizeof address.sun_path, "%s%s", root_.c_str(),
+                  LinuxHost::kPcscdSocket);
+    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(LinuxHost::WhySmartCardLoginNotOffered(),
+              "Smart-card login is not available on this host.");
+    ::close(fd);
 }
 
 TEST_F(LinuxSystem, BackupAndResetTouchOnlyWhatTheConsoleWrote) {
