@@ -1,8 +1,10 @@
 // The console on the lab's Linux host (run through scripts/lab.sh): the
-// welcome screen shows the lab host's product line, hardware and memory.
+// welcome screen shows the lab host's product line, hardware and memory,
+// without loading the libraries the backend opens at first use.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -49,6 +51,11 @@ TEST(LabWelcome, ShowsTheHostsProductLineHardwareAndMemory) {
     console.waitForText("Lab Systems LS-2000 Rack Server");
     console.waitForText("2 x Lab CPU 3000");
     console.waitForText("16 GiB Memory");
+    // The welcome screen's facts load none of the libraries opened at first use.
+    std::ifstream maps("/proc/" + std::to_string(console.pid()) + "/maps");
+    const std::string loaded(std::istreambuf_iterator<char>(maps), {});
+    for (const char* library : {"/libsystemd.so", "/libvirt.so", "/libcrypto.so"})
+        EXPECT_EQ(loaded.find(library), std::string::npos) << library << " loaded at start";
 }
 
 }  // namespace
