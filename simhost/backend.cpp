@@ -1,6 +1,7 @@
 // The simulated host's backend: hands out the ZrkCtl objects.
 #include "simhost/backend.h"
 
+#include "hostctl/exception.h"
 #include "simhost/adv.h"
 #include "simhost/agents.h"
 #include "simhost/configuration.h"
@@ -14,6 +15,8 @@
 #include "simhost/power.h"
 #include "simhost/resolver.h"
 #include "simhost/shell_services.h"
+#include "simhost/simhost.h"
+#include "simhost/state_values.h"
 #include "simhost/support_info.h"
 #include "simhost/system.h"
 
@@ -114,6 +117,27 @@ public:
     }
     std::unique_ptr<HostCtl::Adv::UserAdvancedOption> GetUserAdvancedOptions() const override {
         return std::make_unique<Adv::UserAdvancedOptionImpl>();
+    }
+    // "/notOffered/<feature>": the reason the simulated host gives; every
+    // feature is offered when there is none (or no state to ask).
+    std::string WhyNotOffered(HostCtl::Feature feature) const override {
+        static constexpr std::pair<HostCtl::Feature, const char*> kNames[] = {
+            {HostCtl::Feature::LockdownMode, "lockdownMode"},
+            {HostCtl::Feature::LiveCoreDump, "liveCoreDump"},
+            {HostCtl::Feature::CustomExtensions, "customExtensions"},
+            {HostCtl::Feature::SmartCardLogin, "smartCardLogin"},
+            {HostCtl::Feature::Vlan, "vlan"},
+            {HostCtl::Feature::NicTeaming, "nicTeaming"},
+        };
+        for (const auto& [known, name] : kNames) {
+            if (known != feature) continue;
+            try {
+                return Sim::Text(Sim::Object(*Sim::Snapshot(), "notOffered"), name);
+            } catch (const HostCtl::Lib::HostCtlException&) {
+                return {};
+            }
+        }
+        return {};
     }
 };
 
