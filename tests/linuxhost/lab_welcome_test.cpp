@@ -1,6 +1,7 @@
 // The console on the lab's Linux host (run through scripts/lab.sh): the
 // welcome screen shows the lab host's product line, hardware and memory,
-// without loading the libraries the backend opens at first use.
+// without loading the libraries the backend opens at first use; the keyboard,
+// logs, support and extensions entries of the menu do their job there.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -9,7 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include "hostctl/exception.h"
+#include "linuxhost/backend.h"
 #include "tests/harness/console_session.h"
+#include "tests/session/robustness_steps.h"
 
 namespace {
 
@@ -56,6 +60,76 @@ TEST(LabWelcome, ShowsTheHostsProductLineHardwareAndMemory) {
     const std::string loaded(std::istreambuf_iterator<char>(maps), {});
     for (const char* library : {"/libsystemd.so", "/libvirt.so", "/libcrypto.so"})
         EXPECT_EQ(loaded.find(library), std::string::npos) << library << " loaded at start";
+}
+
+}  // namespace
+
+namespace {
+
+using namespace SessionTest;
+
+constexpr int kCols = 100;
+
+std::string ReadInRoot(const std::string& hostPath) {
+    std::ifstream file(std::string(std::getenv("TESK_ROOT")) + hostPath);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+void WriteToolInRoot(const std::string& hostPath, const std::string& body) {
+    WriteInRoot(hostPath, "#!/bin/sh\n" + body + "\n");
+    ::chmod((std::string(std::getenv("TESK_ROOT")) + hostPath).c_str(), 0755);
+}
+
+TEST(LabMenu, KeyboardLogsSupportAndExtensionsEntries) {
+    const char* backend = std::getenv("TESK_BACKEND");
+    if (std::getenv("TESK_ROOT") == nullptr || backend == nullptr ||
+        std::string(backend) != "linux")
+        GTEST_SKIP() << "runs in the lab (scripts/lab.sh)";
+    try {
+        LinuxHost::MakeLinuxBackend()->GetLockdownMode()->IsEnabled();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        GTEST_SKIP() << "the login asks the host's lockdown mode: " << e.what();
+    }
+    const std::string root = std::getenv("TESK_ROOT");
+    WriteInRoot("/usr/share/X11/xkb/rules/base.lst",
+                "! layout\n  us  English (US)\n  de  German\n\n! variant\n");
+    WriteToolInRoot("/bin/setupcon", "echo \"$*\" >> " + root + "/setupcon-calls");
+    // The pager keeps what it was shown.
+    WriteToolInRoot("/bin/less", "for a; do f=$a; done; cat \"$f\" >> " + root + "/pager-shown");
+    WriteInRoot("/var/log/auth.log", "sshd: session opened for root\n");
+    WriteInRoot(
+        "/etc/ssh/ssh_host_ed25519_key.pub",
+        "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIFHEYjVKZKXylBN0z999RepElXL3dNgxt9mAHLrstt7W\n");
+
+    SessionOptions options = LabSession();
+    options.cols = kCols;
+    options.rows = 30;
+    ConsoleSession console(options);
+    ASSERT_TRUE(LogIn(console));
+
+    ASSERT_TRUE(SelectEntry(console, "Configure Keyboard", kCols)) << console.text();
+    console.key(Key::Enter);
+    ASSERT_TRUE(console.waitForText("German"));
+    console.keys({Key::Down, " ", Key::Enter});
+    ASSERT_TRUE(
+        console.waitFor([&] { return !ReadInRoot("/setupcon-calls").empty(); }, "setupcon ran"));
+    EXPECT_EQ(ReadInRoot("/setupcon-calls"), "-k\n");
+    EXPECT_NE(ReadInRoot("/etc/default/keyboard").find("XKBLAYOUT=\"de\"\n"), std::string::npos);
+
+    ASSERT_TRUE(SelectEntry(console, "View System Logs", kCols)) << console.text();
+    ASSERT_TRUE(console.waitForText("Logins (/var/log/auth.log)"));
+    const std::string pane = console.text();
+    const auto number = pane.rfind('<', pane.find("Logins (/var/log/auth.log)"));
+    console.key(pane.substr(number + 1, 1));
+    ASSERT_TRUE(console.waitFor([&] { return !ReadInRoot("/pager-shown").empty(); }, "pager ran"));
+    EXPECT_EQ(ReadInRoot("/pager-shown"), "sshd: session opened for root\n");
+
+    ASSERT_TRUE(SelectEntry(console, "View Support Information", kCols)) << console.text();
+    EXPECT_TRUE(console.waitForText("Machine ID: "));
+    EXPECT_TRUE(console.waitForText("ED25519 SHA256:AsvDxcV86VufY89xLGKcS2yNsEcy3rcRSsvQr4uJYH8"));
+
+    ASSERT_TRUE(SelectEntry(console, "Remove Custom Extensions", kCols)) << console.text();
+    EXPECT_TRUE(console.waitForText("A Linux host has no custom extensions to remove."));
 }
 
 }  // namespace
