@@ -14,6 +14,7 @@
 #include "hostctl/configuration.h"
 #include "hostctl/hardware.h"
 #include "hostctl/lockdown.h"
+#include "hostctl/logs.h"
 #include "hostctl/network.h"
 #include "hostctl/offers.h"
 #include "hostctl/operations_agent.h"
@@ -87,6 +88,8 @@ public:
     virtual std::unique_ptr<Lockdown::LockdownMode> GetLockdownMode() const = 0;
     virtual std::unique_ptr<Configuration::HostConfiguration> GetHostConfiguration() const = 0;
     virtual std::unique_ptr<Support::SupportInformation> GetSupportInformation() const = 0;
+    // The logs of "View System Logs".
+    virtual std::unique_ptr<Logs::SystemLogs> GetSystemLogs() const = 0;
 
     // Advanced options.
     virtual std::unique_ptr<Adv::AdvancedOption> GetAdvancedOptions() const = 0;

@@ -1,52 +1,81 @@
 // The Linux backend's account of what the host is (os-release, DMI, cpuinfo,
 // meminfo), its keyboard layout (console-setup), its configuration as a
-// whole, its support information, its advanced options and smart cards.
+// whole, its support information, its logs, its advanced options and smart
+// cards.
+#include "hostctl/exception.h"
+#include "linuxhost/adv.h"
+#include "linuxhost/configuration.h"
+#include "linuxhost/hardware.h"
 #include "linuxhost/linux_backend.h"
+#include "linuxhost/logs.h"
+#include "linuxhost/smartcard.h"
+#include "linuxhost/support_info.h"
+#include "linuxhost/system_info.h"
+#include "platform/syslog.h"
 
 namespace LinuxHost {
 
 std::unique_ptr<HostCtl::Hardware::HardwareInfo> LinuxBackend::GetHardwareInfo() const {
-    NotOnThisHost("The hardware information");
+    return std::make_unique<HardwareInfoImpl>();
 }
 
 std::unique_ptr<HostCtl::Hardware::CpuInfo> LinuxBackend::GetCpuInfo() const {
-    NotOnThisHost("The CPU information");
+    return std::make_unique<CpuInfoImpl>();
 }
 
 std::unique_ptr<HostCtl::Hardware::MemoryInfo> LinuxBackend::GetMemoryInfo() const {
-    NotOnThisHost("The memory information");
+    return std::make_unique<MemoryInfoImpl>();
 }
 
+// The login asks for the cards only where the card path is offered; a host
+// that does not offer it has no cards to show.
 std::unique_ptr<HostCtl::Hardware::SmartCardInfo> LinuxBackend::GetSmartCardInfo() const {
-    NotOnThisHost("Smart cards");
+    throw HostCtl::Lib::HostCtlException(WhySmartCardLoginNotOffered());
 }
 
 std::unique_ptr<HostCtl::System::SystemInfo> LinuxBackend::GetSystemInfo() const {
-    NotOnThisHost("The system information");
+    return std::make_unique<SystemInfoImpl>();
 }
 
+// The host's PAM stack has written the password to the host's own account
+// files already: there is nothing further to store.
 void LinuxBackend::StoreUserAccountsToCs() const {
-    NotOnThisHost("Storing the accounts");
+    Tesk::Platform::Log(LOG_DEBUG, "The accounts are kept by the host's PAM stack");
 }
 
-std::unique_ptr<HostCtl::Configuration::HostConfiguration> LinuxBackend::GetHostConfiguration() const {
-    NotOnThisHost("The host configuration");
+std::unique_ptr<HostCtl::Configuration::HostConfiguration> LinuxBackend::GetHostConfiguration()
+    const {
+    return std::make_unique<HostConfigurationImpl>();
 }
 
 std::unique_ptr<HostCtl::Support::SupportInformation> LinuxBackend::GetSupportInformation() const {
-    NotOnThisHost("The support information");
+    return std::make_unique<SupportInformationImpl>();
+}
+
+std::unique_ptr<HostCtl::Logs::SystemLogs> LinuxBackend::GetSystemLogs() const {
+    return std::make_unique<SystemLogsImpl>();
 }
 
 std::unique_ptr<HostCtl::Adv::AdvancedOption> LinuxBackend::GetAdvancedOptions() const {
-    NotOnThisHost("The advanced options");
+    return std::make_unique<AdvancedOptionImpl>();
 }
 
 std::unique_ptr<HostCtl::Adv::UserAdvancedOption> LinuxBackend::GetUserAdvancedOptions() const {
-    NotOnThisHost("The user advanced options");
+    return std::make_unique<UserAdvancedOptionImpl>();
 }
 
-std::string WhySystemFeatureNotOffered(HostCtl::Feature /*feature*/) {
-    return {};
+std::string WhySystemFeatureNotOffered(HostCtl::Feature feature) {
+    switch (feature) {
+        case HostCtl::Feature::CustomExtensions:
+            return "A Linux host has no custom extensions to remove.";
+        case HostCtl::Feature::SmartCardLogin: {
+            // Probed once: the answer holds for the console's life.
+            static const std::string reason = WhySmartCardLoginNotOffered();
+            return reason;
+        }
+        default:
+            return {};
+    }
 }
 
 }  // namespace LinuxHost

@@ -35,6 +35,7 @@ private:
 
 extern const LazyLibrary kLibsystemd;
 extern const LazyLibrary kLibvirt;
+extern const LazyLibrary kLibcrypto;
 
 }  // namespace LinuxHost
 

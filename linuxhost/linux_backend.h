@@ -47,6 +47,7 @@ public:
     std::unique_ptr<HostCtl::Configuration::HostConfiguration> GetHostConfiguration()
         const override;
     std::unique_ptr<HostCtl::Support::SupportInformation> GetSupportInformation() const override;
+    std::unique_ptr<HostCtl::Logs::SystemLogs> GetSystemLogs() const override;
     std::unique_ptr<HostCtl::Adv::AdvancedOption> GetAdvancedOptions() const override;
     std::unique_ptr<HostCtl::Adv::UserAdvancedOption> GetUserAdvancedOptions() const override;
 

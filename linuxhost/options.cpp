@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -14,15 +15,39 @@
 namespace LinuxHost::Options {
 namespace {
 
+// What a value must look like; anything else gives the default.
+enum class Kind {
+    Text,     // any text but an empty one
+    Seconds,  // a whole number of seconds, 0 to one day
+    Path,     // an absolute path
+};
+
 struct Option {
     const char* key;
     const char* fallback;
+    Kind kind = Kind::Text;
 };
 
 // Every option the backend knows, with its default.
 const Option kOptions[] = {
     {"libvirt.uri", "qemu:///system"},
+    {"console.idle-timeout", "600", Kind::Seconds},
+    {"support.tls-certificate", "/etc/pki/libvirt/servercert.pem", Kind::Path},
 };
+
+bool Valid(Kind kind, const std::string& value) {
+    switch (kind) {
+        case Kind::Text:
+            return !value.empty();
+        case Kind::Seconds:
+            return !value.empty() && value.size() <= 5 &&
+                   value.find_first_not_of("0123456789") == std::string::npos &&
+                   std::stol(value) <= 86400;
+        case Kind::Path:
+            return !value.empty() && value.front() == '/';
+    }
+    return false;
+}
 
 const Option* Find(std::string_view key) {
     for (const auto& option : kOptions)
@@ -65,14 +90,25 @@ std::optional<std::string> Text(std::string_view key) {
     if (option == nullptr) return std::nullopt;
     const auto values = ReadAll();
     const auto found = values.find(std::string(key));
-    if (found == values.end() || found->second.empty()) return std::string(option->fallback);
+    if (found == values.end()) return std::string(option->fallback);
+    if (!Valid(option->kind, found->second)) {
+        Tesk::Platform::Log(LOG_WARNING, "%s: %s=%s is not valid; using %s", kOptionsFile,
+                            option->key, found->second.c_str(), option->fallback);
+        return std::string(option->fallback);
+    }
     return found->second;
 }
 
 bool Set(std::string_view key, std::string_view value) {
-    if (Find(key) == nullptr) {
+    const Option* option = Find(key);
+    if (option == nullptr) {
         Tesk::Platform::Log(LOG_ERR, "Unknown option %.*s not set", static_cast<int>(key.size()),
                             key.data());
+        return false;
+    }
+    if (!Valid(option->kind, std::string(value)) || value.find('\n') != std::string_view::npos) {
+        Tesk::Platform::Log(LOG_ERR, "Option %s not set: %.*s is not valid", option->key,
+                            static_cast<int>(value.size()), value.data());
         return false;
     }
     auto values = ReadAll();
@@ -81,7 +117,8 @@ bool Set(std::string_view key, std::string_view value) {
     for (const auto& [name, setting] : values) text += name + "=" + setting + "\n";
     const std::string path = Tesk::Platform::HostPath(kOptionsFile);
     try {
-        ::mkdir(Tesk::Platform::HostPath("/etc/tesk").c_str(), 0755);
+        std::error_code ignored;  // a missing folder fails the write below
+        std::filesystem::create_directories(Tesk::Platform::HostPath("/etc/tesk"), ignored);
         Sim::ReplaceFile(path, text, 0644);
     } catch (const std::runtime_error& error) {
         Tesk::Platform::Log(LOG_ERR, "Writing %s failed: %s", kOptionsFile, error.what());

@@ -1,5 +1,8 @@
 #include "linuxhost/platform.h"
 
+#include <cstring>
+
+#include "linuxhost/system_version.h"
 #include "platform/host_root_platform.h"
 #include "platform/hostroot.h"
 
@@ -13,6 +16,13 @@ LinuxPlatform::LinuxPlatform() {
 }
 
 LinuxPlatform::~LinuxPlatform() = default;
+
+int LinuxPlatform::ReadSystemNode(ZSI_Node node, void* out, std::size_t size) const {
+    if (node != ZSI_NODE_system_version || size < sizeof(ZSI_SystemVersion)) return -1;
+    const ZSI_SystemVersion version = ReadSystemVersion();
+    std::memcpy(out, &version, sizeof version);
+    return 0;
+}
 
 int LinuxPlatform::PostObservationEvent(const std::string& id, const std::string& message) const {
     return root_ ? root_->PostObservationEvent(id, message)

@@ -15,6 +15,9 @@ public:
     LinuxPlatform();
     ~LinuxPlatform() override;
 
+    // The system-version node from the host's files (linuxhost/system_version.h);
+    // a Linux host has no boot-option node (no audit mode).
+    int ReadSystemNode(ZSI_Node node, void* out, std::size_t size) const override;
     int PostObservationEvent(const std::string& id, const std::string& message) const override;
     void WriteAuditRecord(const std::string& record) const override;
     void WriteLogLine(int priority, const std::string& text) const override;

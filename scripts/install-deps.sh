@@ -10,7 +10,8 @@ packages=(
   libpam0g-dev libpam-wrapper libpam-modules libcrypt-dev
   libvterm-dev
   nlohmann-json3-dev
-  libnl-3-dev libnl-route-3-dev libsystemd-dev libvirt-dev
+  libnl-3-dev libnl-route-3-dev libsystemd-dev libvirt-dev libssl-dev
+  systemd-journal-remote
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev dialog
   less locales

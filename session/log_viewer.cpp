@@ -37,27 +37,6 @@ constexpr int kStopCheckMs = 100;
 
 }  // namespace
 
-const std::vector<LogFile>& LogTable() {
-    static const std::vector<LogFile> logs = {
-        {"Syslog", "/var/log/syslog.log"},
-        {"Zerkel", "/var/log/zerkel.log"},
-        {"Config", "/var/log/sysboot.log"},
-        {"Management Agent (hagentd)", "/var/log/hagentd.log"},
-        {"Centrix Agent (mgra)", "/var/log/mgra.log"},
-        {"High Availibility Agent (hamon)", "/var/log/hamon.log"},
-        {"Brelt Kovix Observation log (noxd)", "/var/log/noxd.log"}};
-    return logs;
-}
-
-std::vector<LogFile> AvailableLogs() {
-    std::vector<LogFile> available;
-    for (const auto& log : LogTable()) {
-        struct stat st {};
-        if (::stat(Platform::HostPath(log.path).c_str(), &st) == 0) available.push_back(log);
-    }
-    return available;
-}
-
 void ViewLog(Window& w, const std::string& logHostPath) {
     SetCurrentWindow(nullptr);
     ViewWithPager(kPager, logHostPath);

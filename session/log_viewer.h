@@ -1,5 +1,5 @@
-// The system log viewer: the host's logs in their fixed order, and the pager
-// that shows one of them with the terminal handed over to it.
+// The system log viewer: the pager that shows one of the host's logs with the
+// terminal handed over to it.
 #pragma once
 
 #include <string>
@@ -8,17 +8,6 @@
 namespace Tesk {
 
 class Window;
-
-struct LogFile {
-    const char* title;
-    const char* path;  // host path
-};
-
-// The logs of the viewer, in their fixed order.
-const std::vector<LogFile>& LogTable();
-
-// The logs that exist on the host now, in table order.
-std::vector<LogFile> AvailableLogs();
 
 // Shows a log in the pager over window w (which takes the terminal back and
 // is drawn again afterwards).

@@ -1,12 +1,14 @@
 // The simulated host's backend: hands out the ZrkCtl objects.
 #include "simhost/backend.h"
 
+#include "hostctl/exception.h"
 #include "simhost/adv.h"
 #include "simhost/agents.h"
 #include "simhost/change_record.h"
 #include "simhost/configuration.h"
 #include "simhost/hardware.h"
 #include "simhost/lockdown.h"
+#include "simhost/logs.h"
 #include "simhost/network.h"
 #include "simhost/operations_agent.h"
 #include "simhost/pinger.h"
@@ -14,6 +16,8 @@
 #include "simhost/power.h"
 #include "simhost/resolver.h"
 #include "simhost/shell_services.h"
+#include "simhost/simhost.h"
+#include "simhost/state_values.h"
 #include "simhost/support_info.h"
 #include "simhost/system.h"
 
@@ -105,6 +109,9 @@ public:
     std::unique_ptr<HostCtl::Support::SupportInformation> GetSupportInformation() const override {
         return std::make_unique<Support::SupportInformationImpl>();
     }
+    std::unique_ptr<HostCtl::Logs::SystemLogs> GetSystemLogs() const override {
+        return std::make_unique<Logs::SystemLogsImpl>();
+    }
 
     std::unique_ptr<HostCtl::Adv::AdvancedOption> GetAdvancedOptions() const override {
         return std::make_unique<Adv::AdvancedOptionImpl>();
@@ -115,6 +122,28 @@ public:
 
     std::unique_ptr<HostCtl::Changes::ChangeRecord> GetChangeRecord() const override {
         return std::make_unique<Changes::ChangeRecordImpl>();
+    }
+
+    // "/notOffered/<feature>": the reason the simulated host gives; every
+    // feature is offered when there is none (or no state to ask).
+    std::string WhyNotOffered(HostCtl::Feature feature) const override {
+        static constexpr std::pair<HostCtl::Feature, const char*> kNames[] = {
+            {HostCtl::Feature::LockdownMode, "lockdownMode"},
+            {HostCtl::Feature::LiveCoreDump, "liveCoreDump"},
+            {HostCtl::Feature::CustomExtensions, "customExtensions"},
+            {HostCtl::Feature::SmartCardLogin, "smartCardLogin"},
+            {HostCtl::Feature::Vlan, "vlan"},
+            {HostCtl::Feature::NicTeaming, "nicTeaming"},
+        };
+        for (const auto& [known, name] : kNames) {
+            if (known != feature) continue;
+            try {
+                return Sim::Text(Sim::Object(*Sim::Snapshot(), "notOffered"), name);
+            } catch (const HostCtl::Lib::HostCtlException&) {
+                return {};
+            }
+        }
+        return {};
     }
 };
 

@@ -1,5 +1,6 @@
-// "View System Logs": the logs that exist, numbered; a digit opens that log
+// "View System Logs": the logs the host has, numbered; a digit opens that log
 // in the pager.
+#include "hostctl/try_call.h"
 #include "session/log_viewer.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
@@ -14,7 +15,9 @@ class LogsEntry : public MenuEntry {
 public:
     std::string title(MenuContext& c) const override { return c.menu.str(StrId::ViewSystemLogs); }
     std::string pane(MenuContext& c) override {
-        shown_ = AvailableLogs();
+        shown_ = TryHost("Getting the host's logs failed: %s", [&] {
+                     return c.host.backend.GetSystemLogs()->GetLogs();
+                 }).value_or(std::vector<HostCtl::Logs::LogSource>{});
         std::string text;
         int number = 0;
         for (const auto& log : shown_)
@@ -27,12 +30,16 @@ public:
         if (key < '0' || key > '9') return false;
         // The numbers the pane shows.
         const std::size_t wanted = static_cast<std::size_t>(key - '0');
-        if (wanted >= 1 && wanted <= shown_.size()) ViewLog(c.menu, shown_[wanted - 1].path);
+        if (wanted < 1 || wanted > shown_.size()) return true;
+        const auto log = TryHost("Preparing the log failed: %s", [&] {
+            return c.host.backend.GetSystemLogs()->PrepareLog(shown_[wanted - 1].id);
+        });
+        if (log && *log) ViewLog(c.menu, (*log)->HostPath());
         return true;
     }
 
 private:
-    std::vector<LogFile> shown_;
+    std::vector<HostCtl::Logs::LogSource> shown_;
 };
 
 }  // namespace
