@@ -22,6 +22,10 @@ struct Option {
 // Every option the backend knows, with its default.
 const Option kOptions[] = {
     {"libvirt.uri", "qemu:///system"},
+    {"machines.shutdown_seconds", "60"},
+    {"units.ssh", "ssh.service"},
+    {"units.shell", "getty@tty2.service"},
+    {"units.agents", "virtlogd.service virtlockd.service libvirtd.service"},
 };
 
 const Option* Find(std::string_view key) {
