@@ -23,10 +23,18 @@ RootWindow::RootWindow(Window* opener, Session& session)
       context_{*this, session, host_, {}, {}} {
     setTitle(str(StrId::SystemCustomization));
     std::vector<std::unique_ptr<MenuEntry>> all = MakeMenuEntries();
+    for (auto& entry : all) {
+        const auto feature = entry->feature();
+        if (!feature) continue;
+        std::string reason = host_.backend.WhyNotOffered(*feature);
+        if (!reason.empty()) entry = MakeNotOfferedEntry(std::move(entry), std::move(reason));
+    }
     for (auto& entry : all) entry->reload(context_);
     for (auto& entry : all) {
-        if (!entry->shown(context_)) continue;
-        const int row = addRow(entry->title(context_), !entry->separator());
+        if (!entry->greyed() && !entry->shown(context_)) continue;
+        const std::string title = entry->title(context_);
+        const int row = addRow(entry->greyed() ? "{color:dark-grey}" + title + "{/color}" : title,
+                               !entry->separator());
         if (!entry->separator() && !entry->enabled(context_)) setRowEnabled(row, false);
         entries_.push_back(std::move(entry));
     }

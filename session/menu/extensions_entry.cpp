@@ -1,5 +1,6 @@
 // "Remove Custom Extensions": shown only while the host has custom extensions
-// installed (asked when the menu opens).
+// installed (asked when the menu opens); greyed with the host's reason where
+// the host has none to offer.
 #include "admin/reset_dialog.h"
 #include "session/menu/menu_entry.h"
 #include "ui/footers.h"
@@ -13,6 +14,9 @@ public:
     ExtensionsEntry()
         : FixedTextEntry(StrId::RemoveCustomExtensions, StrId::RemoveCustomExtensionsHelp,
                          Footer::kResetLogOut) {}
+    std::optional<HostCtl::Feature> feature() const override {
+        return HostCtl::Feature::CustomExtensions;
+    }
     bool shown(MenuContext& c) const override {
         return c.host.backend.GetHostConfiguration()->HasCustomExtensions();
     }

@@ -12,6 +12,7 @@
 
 #include "host/host_context.h"
 #include "hostctl/network.h"
+#include "hostctl/offers.h"
 
 namespace Tesk {
 
@@ -39,6 +40,12 @@ public:
     virtual std::string title(MenuContext& context) const = 0;
     // A separator is an empty row that the selection skips.
     virtual bool separator() const { return false; }
+    // The host feature the entry needs. Where the host does not offer it, the
+    // menu shows the entry greyed with the host's reason in its pane, and
+    // <Enter> does nothing (MakeNotOfferedEntry); shown() is not asked then.
+    virtual std::optional<HostCtl::Feature> feature() const { return std::nullopt; }
+    // Whether its row is drawn greyed (a row that is not offered).
+    virtual bool greyed() const { return false; }
     // Whether the entry is in the menu at all; asked once, when the menu opens.
     virtual bool shown(MenuContext&) const { return true; }
     // Whether it can be selected; asked once, when the menu opens (after the
@@ -83,6 +90,11 @@ private:
 };
 
 using MenuEntryFactory = std::unique_ptr<MenuEntry> (*)();
+
+// entry as the menu shows it where the host does not offer its feature: its
+// title, greyed, and the reason as its pane.
+std::unique_ptr<MenuEntry> MakeNotOfferedEntry(std::unique_ptr<MenuEntry> entry,
+                                               std::string reason);
 
 // Every entry in menu order (separators included).
 std::vector<std::unique_ptr<MenuEntry>> MakeMenuEntries();
