@@ -80,7 +80,6 @@ protected:
         if (Env("LAB_DIR").empty()) GTEST_SKIP() << "needs the lab (scripts/lab.sh)";
         root_ = Env("TESK_ROOT");
         Tesk::Platform::InstallHostPlatform(LinuxHost::MakeLinuxPlatform());
-        ASSERT_TRUE(LinuxHost::Options::Set("libvirt.uri", Env("TESK_LIBVIRT_URI")));
         ASSERT_TRUE(LinuxHost::Options::Set("machines.shutdown_seconds", "2"));
         backend_ = LinuxHost::MakeLinuxBackend();
     }
