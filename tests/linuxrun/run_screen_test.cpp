@@ -95,7 +95,7 @@ TEST_F(LabScreens, TroubleshootingSwitchesAndAgentsReachSystemd) {
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     // Lockdown mode: greyed, its reason in the pane.
     ASSERT_TRUE(SelectEntry(console, "Configure Lockdown Mode")) << console.dump();
-    EXPECT_TRUE(WaitSettled(console, "its PAM stack decides who logs in"));
+    EXPECT_TRUE(WaitSettled(console, "has no lockdown mode"));
     ASSERT_TRUE(SelectEntry(console, "Troubleshooting Options"));
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "Troubleshooting Mode Options"));
