@@ -17,23 +17,14 @@
 #include "linuxhost/options.h"
 #include "linuxhost/shell_timeouts.h"
 #include "platform/host_platform.h"
+#include "tests/linuxrun/lab_files.h"
+
+using namespace LinuxRunTest;
 
 namespace {
 
 using HostCtl::Services::Service;
 using HostCtl::Services::ShellTimeout;
-
-std::string Env(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // The calls a stand-in received since the case began, without their times.
 class Calls {

@@ -2,28 +2,17 @@
 // down and restarting stop the machines before logind is asked, the
 // troubleshooting switches and the agents' restart reach systemd, and what
 // the host does not offer is greyed with its reason.
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "tests/admin/admin_support.h"
+#include "tests/linuxrun/lab_files.h"
 
 using namespace AdminTest;
 
+using namespace LinuxRunTest;
+
 namespace {
-
-std::string Env(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // What the lab gives the console: its root, backend, bus and logins.
 SessionOptions LabConsole() {
