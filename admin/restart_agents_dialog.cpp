@@ -8,11 +8,13 @@
 #include "admin/live_core.h"
 #include "host/recorded_change.h"
 #include "hostctl/try_call.h"
+#include "hostctl/offers.h"
 #include "platform/events.h"
 #include "platform/syslog.h"
 #include "ui/footers.h"
 #include "ui/key_loop.h"
 #include "ui/keys.h"
+#include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 #include "ui/strings.h"
 
@@ -41,6 +43,7 @@ RestartAgentsDialog::RestartAgentsDialog(Window* opener, const HostCtl::Backend&
       items_(&ItemParent(*this), 0, 0, itemArea() ? kWidth - 4 : 0, itemArea() ? 1 : 0) {
     footer_ = Footer::kF11OkCancel;
     collect_ = &items_.emplace<CheckItem>(Str(StrId::CollectTroubleshootingInformation), false);
+    collect_->setUnavailable(host_.WhyNotOffered(HostCtl::Feature::LiveCoreDump));
     if (Window* area = itemArea())
         progress_ =
             std::make_unique<TextArea>(area, kTextColumn, kProgressRow, area->width() - kTextColumn,
@@ -53,7 +56,11 @@ void RestartAgentsDialog::show(const std::string& text) {
 
 int RestartAgentsDialog::run() {
     showTexts();
-    show(Str(StrId::RestartManagementAgentsNow));
+    // Below an unavailable check item, its reason.
+    const std::string& why = collect_->whyUnavailable();
+    show(
+        (why.empty() ? std::string() : "{color:dark-grey}" + EscapeHostText(why) + "{/color}\n\n") +
+        Str(StrId::RestartManagementAgentsNow));
     items_.draw();
     const int confirmed =
         RunKeyLoop(*this, {.focused = [this](int key) { return items_.selectedKey(key); },

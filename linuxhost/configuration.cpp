@@ -12,6 +12,7 @@
 #include "linuxhost/options.h"
 #include "linuxhost/system_info.h"
 #include "platform/hostroot.h"
+#include "linuxhost/shell_timeouts.h"
 #include "platform/syslog.h"
 #include "store/replace_file.h"
 
@@ -22,12 +23,8 @@ using Tesk::Platform::HostPath;
 using Tesk::Platform::Log;
 
 constexpr const char* kNetworkDirectories[] = {"/etc/systemd/network", "/run/systemd/network"};
-// The shell's time-outs: its idle time-out as a profile script, its
-// availability as a drop-in of the shell's and SSH's units.
-constexpr const char kIdleTimeoutScript[] = "/etc/profile.d/tesk-timeout.sh";
-constexpr const char kAvailabilityDropIn[] = "tesk-availability.conf";
 constexpr const char kUnitDirectory[] = "/etc/systemd/system";
-constexpr const char* kConsoleFiles[] = {Options::kOptionsFile, kWelcomeFile, kIdleTimeoutScript};
+constexpr const char* kConsoleFiles[] = {Options::kOptionsFile, kWelcomeFile, kIdleTimeoutFile};
 
 bool Exists(const std::string& hostPath) {
     std::error_code error;

@@ -33,6 +33,10 @@ const Option kOptions[] = {
     {"libvirt.uri", "qemu:///system"},
     {"console.idle-timeout", "600", Kind::Seconds},
     {"support.tls-certificate", "/etc/pki/libvirt/servercert.pem", Kind::Path},
+    {"machines.shutdown_seconds", "60", Kind::Seconds},
+    {"units.ssh", "ssh.service"},
+    {"units.shell", "getty@tty2.service"},
+    {"units.agents", "virtlogd.service virtlockd.service libvirtd.service"},
 };
 
 bool Valid(Kind kind, const std::string& value) {

@@ -120,6 +120,9 @@ export LAB_DIR TESK_ROOT=$root TESK_BACKEND=linux
 export LAB_HOST_NETNS=$LAB_DIR/ns/host LAB_PEER_NETNS=$LAB_DIR/ns/peer
 export LAB_GATEWAY LAB_GATEWAY6 LAB_DOMAIN LAB_HOSTNAME LAB_HOST_ADDRESS LAB_HOST_ADDRESS6
 export TESK_LIBVIRT_URI="test://$root/etc/libvirt/test-node.xml"
+# The backend finds the hypervisor through its own option, as on a host.
+mkdir -p "$root/etc/tesk"
+printf 'libvirt.uri=%s\n' "$TESK_LIBVIRT_URI" >>"$root/etc/tesk/linux-host.conf"
 export LAB_LOGIND_CALLS=$LAB_DIR/bus/logind.calls LAB_SYSTEMD_CALLS=$LAB_DIR/bus/systemd.calls
 
 [ -z "$console" ] || echo "lab: the console on $root; log in as root / tesk-demo" >&2

@@ -24,7 +24,12 @@ KeyResult Item::handleKey(int) {
 
 void Item::setEnabled(bool enabled) {
     enabled_ = enabled;
-    foreground_ = enabled ? ColourBlack : ColourDarkGrey;
+    foreground_ = enabled && whyUnavailable_.empty() ? ColourBlack : ColourDarkGrey;
+}
+
+void Item::setUnavailable(std::string reason) {
+    whyUnavailable_ = std::move(reason);
+    setEnabled(enabled_);
 }
 
 LabelItem::LabelItem(std::string label, bool selectable)
@@ -429,7 +434,7 @@ KeyResult ItemList::moveKey(int key) {
 
 KeyResult ItemList::selectedKey(int key) {
     Item* item = selected();
-    return item ? item->handleKey(key) : KeyResult::Ignored();
+    return item && item->whyUnavailable().empty() ? item->handleKey(key) : KeyResult::Ignored();
 }
 
 void ItemList::draw() {

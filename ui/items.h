@@ -34,6 +34,11 @@ public:
     bool enabled() const { return enabled_; }
     // A disabled item is skipped by the selection and drawn in dark-grey.
     void setEnabled(bool enabled);
+    // An unavailable item is drawn in dark-grey too but can be selected, so
+    // that its one-line reason can be shown beside the list; it takes no
+    // keys. An empty reason makes it available again.
+    void setUnavailable(std::string reason);
+    const std::string& whyUnavailable() const { return whyUnavailable_; }
     int background() const { return background_; }
     int foreground() const { return foreground_; }
     const std::string& text() const { return text_; }
@@ -49,6 +54,7 @@ private:
     bool selectable_;
     bool selected_ = false;
     bool enabled_ = true;
+    std::string whyUnavailable_;
     int background_ = ColourYellow;
     int foreground_ = ColourBlack;
     int listWidth_ = 0;

@@ -1,5 +1,6 @@
 // "Configure Lockdown Mode": whether lockdown is on; usable when it is, or
-// when the host says it could be. <Enter> switches it.
+// when the host says it could be. <Enter> switches it. Greyed with the host's
+// reason where the host has no lockdown mode.
 #include "admin/lockdown_dialog.h"
 #include "session/menu/menu_entry.h"
 #include "ui/dialog.h"
@@ -13,6 +14,9 @@ class LockdownEntry : public MenuEntry {
 public:
     std::string title(MenuContext& c) const override {
         return c.menu.str(StrId::ConfigureLockdownMode);
+    }
+    std::optional<HostCtl::Feature> feature() const override {
+        return HostCtl::Feature::LockdownMode;
     }
     void reload(MenuContext& c) override {
         enabled_ = c.host.backend.GetLockdownMode()->IsEnabled();

@@ -1,0 +1,91 @@
+// Stopping the virtual machines before the host goes down, against machines
+// that shut down, ignore the request or refuse it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "linuxhost/machine_stop.h"
+
+namespace {
+
+enum class Guest { Obeys, Ignores, Refuses, CannotBeDestroyed };
+
+class FakeHypervisor : public LinuxHost::Hypervisor {
+public:
+    explicit FakeHypervisor(std::map<std::string, Guest> machines)
+        : machines_(std::move(machines)) {}
+    std::vector<std::string> Running() override {
+        std::vector<std::string> names;
+        for (const auto& [name, guest] : machines_) names.push_back(name);
+        return names;
+    }
+    bool Shutdown(const std::string& name) override {
+        calls.push_back("shutdown " + name);
+        const Guest guest = machines_.at(name);
+        if (guest == Guest::Obeys) machines_.erase(name);
+        return guest != Guest::Refuses;
+    }
+    bool Destroy(const std::string& name) override {
+        calls.push_back("destroy " + name);
+        if (machines_.at(name) == Guest::CannotBeDestroyed) return false;
+        machines_.erase(name);
+        return true;
+    }
+    std::vector<std::string> calls;
+
+private:
+    std::map<std::string, Guest> machines_;
+};
+
+TEST(MachineStop, GracefulFirstThenByForcePastTheLimit) {
+    struct Case {
+        const char* name;
+        std::map<std::string, Guest> machines;
+        bool graceful;
+        std::vector<std::string> calls;
+        bool allOff;
+    };
+    const Case cases[] = {
+        {"nothing runs", {}, true, {}, true},
+        {"both obey",
+         {{"a", Guest::Obeys}, {"b", Guest::Obeys}},
+         true,
+         {"shutdown a", "shutdown b"},
+         true},
+        {"one ignores the request",
+         {{"a", Guest::Obeys}, {"b", Guest::Ignores}},
+         true,
+         {"shutdown a", "shutdown b", "destroy b"},
+         true},
+        {"one refuses it", {{"a", Guest::Refuses}}, true, {"shutdown a", "destroy a"}, true},
+        {"forced",
+         {{"a", Guest::Obeys}, {"b", Guest::Ignores}},
+         false,
+         {"destroy a", "destroy b"},
+         true},
+        {"one survives", {{"a", Guest::CannotBeDestroyed}}, false, {"destroy a"}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        FakeHypervisor hypervisor(c.machines);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(
+            LinuxHost::StopAllMachines(hypervisor, c.graceful, std::chrono::milliseconds(300)),
+            c.allOff);
+        EXPECT_EQ(hypervisor.calls, c.calls);
+        // The wait ends as soon as the asked machines are off, and never
+        // lasts much past the limit.
+        const auto waited = std::chrono::steady_clock::now() - start;
+        EXPECT_LT(waited, std::chrono::seconds(2));
+        const bool ignored = std::any_of(c.machines.begin(), c.machines.end(),
+                                         [](const auto& m) { return m.second == Guest::Ignores; });
+        if (c.graceful && ignored) {
+            EXPECT_GE(waited, std::chrono::milliseconds(300));
+        } else if (!ignored) {
+            EXPECT_LT(waited, std::chrono::milliseconds(300));
+        }
+    }
+}
+
+}  // namespace
