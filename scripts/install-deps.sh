@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs every Debian package the console, the simulated host, the tests,
-# the benchmarks and the Debian packages (scripts/package.sh) need. Safe to run again; it installs only what is missing.
+# the benchmarks, the Debian packages (scripts/package.sh) and the lab need.
+# Safe to run again; it installs only what is missing.
 set -euo pipefail
 
 packages=(
@@ -14,6 +15,10 @@ packages=(
   libbenchmark-dev dialog
   less locales
   debhelper dpkg-dev fakeroot scdoc lintian groff-base man-db systemd
+  # The lab (scripts/lab.sh): the host's services, the peer's servers, the
+  # tools its tests use. dnsmasq-base has no service that would start.
+  iproute2 util-linux dbus dnsmasq-base python3-dbusmock iputils-ping pamtester
+  libvirt-clients
 )
 
 missing=()

@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# The lab host, run by scripts/lab.sh inside the host's own network, mount and
+# UTS namespaces: puts the lab root's files where the host's services look for
+# them, starts the system bus, systemd-networkd and the stand-ins for systemd
+# and logind, runs the command with the console's environment, and ends them
+# all again.
+#   host.sh CMD [ARGS...]     (LAB_DIR, TESK_ROOT and the rest from lab.sh)
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+source "$here/common.sh"
+
+root=$TESK_ROOT
+log=$LAB_DIR/log
+daemons=()
+
+stop() {
+  local status=$? pid
+  trap '' INT TERM HUP
+  for pid in $watched "${daemons[@]}"; do
+    kill -TERM "$pid" 2>/dev/null || true
+  done
+  for pid in $watched "${daemons[@]}"; do
+    WaitEnded "$pid" 10 || kill -KILL "$pid" 2>/dev/null || true
+  done
+  wait 2>/dev/null || true
+  exit "$status"
+}
+trap stop EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+trap 'exit 129' HUP
+
+OnBus() {
+  busctl call org.freedesktop.DBus /org/freedesktop/DBus org.freedesktop.DBus \
+    NameHasOwner s "$1" | grep -q true
+}
+
+# The namespace's own sysfs shows its own links, so networkd finds them
+# without udev. The host's runtime folders are the lab's; mount points that
+# the machine lacks are made (empty) first.
+mount -t sysfs -o ro sysfs /sys
+mkdir -p /run/systemd /run/dbus
+mount -t tmpfs -o mode=0755 tmpfs /run/systemd
+mount -t tmpfs -o mode=0755 tmpfs /run/dbus
+mkdir /run/systemd/network
+mount --bind "$root/run/systemd/network" /run/systemd/network
+mount --bind "$root/etc/systemd/network" /etc/systemd/network
+mount --bind "$root/etc/resolv.conf" /etc/resolv.conf
+[ ! -e /etc/machine-id ] || mount --bind "$root/etc/machine-id" /etc/machine-id
+hostname -F "$root/etc/hostname"
+ip link set lo up
+
+export DBUS_SYSTEM_BUS_ADDRESS=unix:path=/run/dbus/system_bus_socket
+dbus-daemon --config-file="$here/bus.conf" --nofork --nopidfile >"$log/dbus.log" 2>&1 &
+daemons+=($!)
+Ready "the system bus" $! "$log/dbus.log" OnBus org.freedesktop.DBus
+
+"$NETWORKD" >"$log/networkd.log" 2>&1 &
+daemons+=($!)
+Ready systemd-networkd $! "$log/networkd.log" OnBus org.freedesktop.network1
+
+for template in systemd logind; do
+  /usr/bin/python3 -m dbusmock --template "$template" -l "$LAB_DIR/bus/$template.calls" \
+    >"$log/$template-mock.log" 2>&1 &
+  daemons+=($!)
+  Ready "the $template stand-in" $! "$log/$template-mock.log" \
+    OnBus "org.freedesktop.$([ "$template" = systemd ] && echo systemd1 || echo login1)"
+done
+while read -r unit; do
+  busctl call org.freedesktop.systemd1 /org/freedesktop/systemd1 org.freedesktop.DBus.Mock \
+    AddMockUnit s "$unit" >/dev/null
+done <"$here/units"
+
+export LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 PAM_WRAPPER_SERVICE_DIR=$LAB_DIR/pam
+export PAM_WRAPPER_DISABLE_DEEPBIND=1 UID_WRAPPER_DISABLE_DEEPBIND=1
+RunWatched "$@"
