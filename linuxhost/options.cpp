@@ -22,6 +22,8 @@ struct Option {
 // Every option the backend knows, with its default.
 const Option kOptions[] = {
     {"libvirt.uri", "qemu:///system"},
+    {"network.bridge", "br0"},
+    {"network.domain", ""},
 };
 
 const Option* Find(std::string_view key) {
