@@ -29,8 +29,7 @@ void LinuxBackend::StoreUserAccountsToCs() const {
     NotOnThisHost("Storing the accounts");
 }
 
-std::unique_ptr<HostCtl::Configuration::HostConfiguration> LinuxBackend::GetHostConfiguration()
-    const {
+std::unique_ptr<HostCtl::Configuration::HostConfiguration> LinuxBackend::GetHostConfiguration() const {
     NotOnThisHost("The host configuration");
 }
 

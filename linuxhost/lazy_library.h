@@ -39,8 +39,8 @@ extern const LazyLibrary kLibvirt;
 }  // namespace LinuxHost
 
 // The function fn of library, looked up once per call site.
-#define TESK_LAZY(library, fn)                                                               \
-    ([] {                                                                                    \
+#define TESK_LAZY(library, fn)                                                       \
+    ([] {                                                                            \
         static const auto resolved = reinterpret_cast<decltype(&fn)>((library).Symbol(#fn)); \
-        return resolved;                                                                     \
+        return resolved;                                                             \
     }())
