@@ -1,5 +1,6 @@
 // The host's name and DNS: the name is the kernel's (sethostname) and
-// /etc/hostname's, the domain the backend's option network.domain; the name
+// /etc/hostname's, the domain the backend's option network.domain (else the
+// first search domain); the name
 // servers and search domains run from /etc/resolv.conf and are saved into
 // the management network's networkd file (which hands them to
 // systemd-resolved where it runs).
@@ -77,8 +78,9 @@ public:
     bool IsStale() const override { return !loaded_ || changed_; }
     void Refresh() override {
         hostname_ = ReadHostname();
-        domain_ = Options::Text("network.domain").value_or("");
         resolv_ = ReadResolvConf();
+        domain_ = Options::Text("network.domain").value_or("");
+        if (domain_.empty() && !resolv_.search.empty()) domain_ = resolv_.search.front();
         loaded_ = true;
         changed_ = false;
     }

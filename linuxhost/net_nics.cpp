@@ -155,7 +155,13 @@ public:
             !config.GetIpv4Netmask().IsValidNetmask())
             Fail("Invalid netmask " + config.GetIpv4Netmask().GetStringAddress());
         Change([&](ManagementConfig& c) {
+            // The default gateways are the routing's to set; the ones given
+            // here are what the host has now, learnt ones included.
+            const HN::Ipv4Address gateway4 = c.ip.GetIpv4Gateway();
+            const HN::Ipv6Address gateway6 = c.ip.GetIpv6Gateway();
             c.ip = config;
+            c.ip.SetIpv4Gateway(gateway4);
+            c.ip.SetIpv6Gateway(gateway6);
             if (config.GetUseDhcp() || config.GetIpv4UseNone()) {
                 c.ip.SetIpv4Address({});
                 c.ip.SetIpv4Netmask({});
