@@ -13,6 +13,7 @@
 #include "simhost/power.h"
 #include "simhost/resolver.h"
 #include "simhost/shell_services.h"
+#include "simhost/state_watch.h"
 #include "simhost/support_info.h"
 #include "simhost/system.h"
 
@@ -111,6 +112,7 @@ public:
     std::unique_ptr<HostCtl::Adv::UserAdvancedOption> GetUserAdvancedOptions() const override {
         return std::make_unique<Adv::UserAdvancedOptionImpl>();
     }
+    std::unique_ptr<HostCtl::HostWatch> WatchHost() const override { return WatchState(); }
 };
 
 }  // namespace
