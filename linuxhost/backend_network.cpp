@@ -107,6 +107,10 @@ std::unique_ptr<HostCtl::Network::OperationsAgent> LinuxBackend::GetOperationsAg
     return std::make_unique<NoOperationsAgent>();
 }
 
+std::unique_ptr<HostCtl::HostWatch> LinuxBackend::WatchHost() const {
+    return WatchNetwork();
+}
+
 std::string WhyNetworkFeatureNotOffered(HostCtl::Feature feature) {
     switch (feature) {
         case HostCtl::Feature::Vlan:

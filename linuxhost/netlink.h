@@ -4,8 +4,11 @@
 // is opened before a screen asks. Failures throw HostCtl::Lib::HostCtlException.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "hostctl/host_watch.h"
 
 namespace LinuxHost {
 
@@ -48,6 +51,11 @@ void SetLinkMac(const std::string& name, const std::string& mac);
 void ReleaseLink(const std::string& name);
 // Deletes the link; a link that is already gone is not an error.
 void DeleteLink(const std::string& name);
+
+// A watch on the kernel's links, addresses and routes: a netlink socket
+// that their change notifications make readable. Throws (logged) when the
+// socket cannot be made.
+std::unique_ptr<HostCtl::HostWatch> WatchNetwork();
 
 // Whether the kernel can make links of this kind ("vlan", "bond"): asked
 // once per kind with a request that cannot create anything.
