@@ -92,6 +92,26 @@ void Remove(const std::string& name) {
              " failed: " + std::strerror(errno));
 }
 
+// networkd configures an uplink it finds before the bridge it names exists
+// as failed: once the bridge is there, such uplinks are configured again.
+void JoinUplinks(const ManagementConfig& config) {
+    constexpr int kTries = 50;  // 5 s
+    for (int i = 0; i < kTries; ++i) {
+        const KernelNet net = ReadKernelNet();
+        const LinkFact* bridge = net.Link(config.bridge);
+        if (bridge == nullptr) {
+            ::usleep(100 * 1000);
+            continue;
+        }
+        for (const auto& name : config.uplinks)
+            if (const LinkFact* uplink = net.Link(name); uplink && uplink->master != bridge->index)
+                Networkd::Reconfigure(uplink->index);
+        return;
+    }
+    Tesk::Platform::Log(LOG_WARNING, "Bridge %s did not appear; its uplinks stay as they are",
+                        config.bridge.c_str());
+}
+
 }  // namespace
 
 std::string ManagementBridge() {
@@ -133,6 +153,7 @@ void SaveManagement(const ManagementConfig& config) {
     if (old && old->vlanId != 0 && old->Interface() != config.Interface())
         DeleteLink(old->Interface());
     Networkd::Reload();
+    JoinUplinks(config);
 }
 
 void ChangeManagement(const std::function<void(ManagementConfig&)>& change) {
