@@ -35,9 +35,8 @@ const HostBackendEntry kBackends[] = {
 };
 
 // The backend of the machine the console runs on, when neither TESK_BACKEND
-// nor TESK_ROOT names one. The simulated host stands in for the machine
-// until the Linux backend exists.
-constexpr const char kMachineBackend[] = "simulated";
+// nor TESK_ROOT names one.
+constexpr const char kMachineBackend[] = "linux";
 
 // The backend of a simulated host root.
 constexpr const char kSimulatedRootBackend[] = "simulated";

@@ -17,6 +17,10 @@ std::string Backend::WhyNotOffered(Feature) const {
     return {};
 }
 
+std::unique_ptr<HostWatch> Backend::WatchHost() const {
+    return nullptr;
+}
+
 Backend& TheBackend() {
     auto& backend = Slot();
     if (!backend) throw Lib::HostCtlException("No host backend");

@@ -13,6 +13,7 @@
 #include "hostctl/change_record.h"
 #include "hostctl/configuration.h"
 #include "hostctl/hardware.h"
+#include "hostctl/host_watch.h"
 #include "hostctl/lockdown.h"
 #include "hostctl/logs.h"
 #include "hostctl/network.h"
@@ -103,6 +104,11 @@ public:
     // touch the host more than once per feature (a backend probes and keeps
     // the answer). Every feature is offered unless a backend says otherwise.
     virtual std::string WhyNotOffered(Feature feature) const;
+
+    // A watch on the host's network and state, made when called (never
+    // before the first frame); null when the backend cannot watch, and the
+    // screens then show what they read.
+    virtual std::unique_ptr<HostWatch> WatchHost() const;
 };
 
 // The backend the program chose. Throws HostCtl::Lib::HostCtlException when

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "hostctl/exception.h"
+#include "linuxhost/management.h"
 #include "platform/hostroot.h"
 #include "platform/regular_file.h"
 #include "platform/syslog.h"
@@ -32,8 +33,6 @@ using HostCtl::Changes::ChangeKind;
 using HostCtl::Lib::HostCtlException;
 using Tesk::Platform::HostPath;
 
-constexpr char kNetworkdDir[] = "/etc/systemd/network";
-constexpr char kOurPrefix[] = "60-tesk-";
 
 struct KindName {
     ChangeKind kind;
@@ -72,7 +71,7 @@ std::vector<std::string> OurNetworkdFiles() {
     DIR* dir = ::opendir(HostPath(kNetworkdDir).c_str());
     if (dir == nullptr) return names;
     while (const dirent* entry = ::readdir(dir))
-        if (std::strncmp(entry->d_name, kOurPrefix, sizeof kOurPrefix - 1) == 0)
+        if (std::strncmp(entry->d_name, kOurFilePrefix, std::strlen(kOurFilePrefix)) == 0)
             names.push_back(std::string(kNetworkdDir) + "/" + entry->d_name);
     ::closedir(dir);
     return names;
@@ -95,7 +94,7 @@ std::string Render(const Record& record) {
     std::string out = std::string("kind ") + NameOf(record.kind) + "\nowner " +
                       std::to_string(record.owner) + "\nrevertAt " +
                       std::to_string(record.revertAt) + "\n";
-    if (record.ours) out += std::string("ours ") + kNetworkdDir + " " + kOurPrefix + "\n";
+    if (record.ours) out += std::string("ours ") + kNetworkdDir + " " + kOurFilePrefix + "\n";
     for (const auto& file : record.files) {
         if (!file.text) {
             out += "absent " + file.path + "\n";

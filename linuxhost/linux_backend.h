@@ -36,6 +36,7 @@ public:
     std::unique_ptr<HostCtl::Network::Pinger> GetPinger() const override;
     std::unique_ptr<HostCtl::Network::PortGroupCreator> GetPortGroupCreator() const override;
     std::unique_ptr<HostCtl::Network::OperationsAgent> GetOperationsAgent() const override;
+    std::unique_ptr<HostCtl::HostWatch> WatchHost() const override;
 
     // backend_system.cpp
     std::unique_ptr<HostCtl::Hardware::HardwareInfo> GetHardwareInfo() const override;

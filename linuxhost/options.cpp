@@ -17,9 +17,10 @@ namespace {
 
 // What a value must look like; anything else gives the default.
 enum class Kind {
-    Text,     // any text but an empty one
-    Seconds,  // a whole number of seconds, 0 to one day
-    Path,     // an absolute path
+    Text,        // any text but an empty one
+    MaybeEmpty,  // any text, none included
+    Seconds,     // a whole number of seconds, 0 to one day
+    Path,        // an absolute path
 };
 
 struct Option {
@@ -37,12 +38,16 @@ const Option kOptions[] = {
     {"units.ssh", "ssh.service"},
     {"units.shell", "getty@tty2.service"},
     {"units.agents", "virtlogd.service virtlockd.service libvirtd.service"},
+    {"network.bridge", "br0"},
+    {"network.domain", "", Kind::MaybeEmpty},
 };
 
 bool Valid(Kind kind, const std::string& value) {
     switch (kind) {
         case Kind::Text:
             return !value.empty();
+        case Kind::MaybeEmpty:
+            return true;
         case Kind::Seconds:
             return !value.empty() && value.size() <= 5 &&
                    value.find_first_not_of("0123456789") == std::string::npos &&

@@ -78,6 +78,12 @@ unshare --net="$LAB_DIR/ns/peer" true && unshare --net="$LAB_DIR/ns/host" true |
 root=$LAB_DIR/root
 cp -R "$here/lab/root" "$root"
 mkdir -p "$root"/{etc/systemd/network,run/systemd/network,var/log,var/lib}
+# The console starts on an installed host: its management bridge br0 over
+# eth0 on DHCP, as the console itself writes it. Commands start with no
+# network unless LAB_INSTALLED_NETWORK=1.
+if [ -n "$console" ] || [ "${LAB_INSTALLED_NETWORK:-}" = 1 ]; then
+  cp "$here"/lab/installed-network/* "$root/etc/systemd/network/"
+fi
 
 # The service "tesk" lets root / tesk-demo in; every other service ("other")
 # lets nobody in.

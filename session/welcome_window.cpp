@@ -382,6 +382,14 @@ void WelcomeWindow::login(bool shutdownPath) {
 
 int WelcomeWindow::run() {
     draw();
+    // The host's changes (an address, a link) draw the screen again as they
+    // happen; the watch is made after the first frame.
+    std::unique_ptr<HostCtl::HostWatch> watch;
+    try {
+        watch = host_.WatchHost();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Platform::Log(LOG_ERR, "Watching the host failed: %s", e.what());
+    }
     // Every key, whatever it did, draws the whole screen again.
     return RunKeyLoop(*this, {.allowIdleTimeout = false,
                               .handler =
@@ -400,6 +408,13 @@ int WelcomeWindow::run() {
                                       draw();
                                       session_.end();
                                       if (session_.restartPending()) throw ExitRequest{0};
+                                  },
+                              .watchFd = watch ? watch->Descriptor() : -1,
+                              .onWatch =
+                                  [this, &watch] {
+                                      watch->Drain();
+                                      draw();
+                                      return KeyResult::Ignored();
                                   }});
 }
 

@@ -18,6 +18,7 @@
 #include "simhost/shell_services.h"
 #include "simhost/simhost.h"
 #include "simhost/state_values.h"
+#include "simhost/state_watch.h"
 #include "simhost/support_info.h"
 #include "simhost/system.h"
 
@@ -145,6 +146,8 @@ public:
         }
         return {};
     }
+
+    std::unique_ptr<HostCtl::HostWatch> WatchHost() const override { return WatchState(); }
 };
 
 }  // namespace

@@ -14,14 +14,26 @@ KeyResult DispatchKey(const KeyLoop& loop, int key) {
 }
 
 int RunKeyLoop(Window& w, const KeyLoop& loop) {
-    const bool polling = loop.pollMs > 0 && loop.onPoll;
+    const bool watching = loop.watchFd >= 0 && loop.onWatch;
+    const bool polling = (loop.pollMs > 0 && loop.onPoll) || watching;
     timeval lastKey = Hooks().now();
     bool dimmed = false;
     for (;;) {
         KeyResult answer = KeyResult::Ignored();
         if (polling) {
-            const int key = ReadKeyPolling(&w, loop.allowIdleTimeout, loop.pollMs, lastKey, dimmed);
-            if (key == EventTimeout) {
+            if (watching) SetWatchedDescriptor(loop.watchFd);
+            int key;
+            try {
+                key = ReadKeyPolling(&w, loop.allowIdleTimeout, loop.onPoll ? loop.pollMs : 0,
+                                     lastKey, dimmed);
+            } catch (...) {
+                SetWatchedDescriptor(-1);
+                throw;
+            }
+            SetWatchedDescriptor(-1);
+            if (key == EventWatch) {
+                answer = loop.onWatch();
+            } else if (key == EventTimeout) {
                 answer = loop.onPoll();
             } else {
                 lastKey = Hooks().now();

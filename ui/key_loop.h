@@ -29,6 +29,11 @@ struct KeyLoop {
     // without a key; its answer counts like a handler's (Leave ends the loop).
     int pollMs = 0;
     std::function<KeyResult()> onPoll = nullptr;
+    // With watchFd >= 0, onWatch is asked whenever the descriptor becomes
+    // readable while the loop waits for a key (not while its handlers run or
+    // a window it opened waits); its answer counts like a handler's.
+    int watchFd = -1;
+    std::function<KeyResult()> onWatch = nullptr;
 };
 
 // One key through the handlers: the first answer that is not Ignored, or

@@ -26,6 +26,8 @@ namespace {
 
 int g_pipe[2] = {-1, -1};
 int g_inputFd = 0;
+// The descriptor WaitForInput also watches (SetWatchedDescriptor); -1: none.
+int g_watchedFd = -1;
 sigset_t g_signals;
 
 KeySession* g_session = nullptr;
@@ -193,14 +195,18 @@ void EndStuckQuits() {
     g_endStuckQuits = true;
 }
 
+void SetWatchedDescriptor(int fd) {
+    g_watchedFd = fd;
+}
+
 int WaitForInput(const timeval* limit) {
     // Whatever was drawn is on the terminal before the wait.
     doupdate();
     if (auto key = ReadWaitingKey()) return *key;
-    pollfd fds[2] = {{g_inputFd, POLLIN, 0}, {g_pipe[0], POLLIN, 0}};
+    pollfd fds[3] = {{g_inputFd, POLLIN, 0}, {g_pipe[0], POLLIN, 0}, {g_watchedFd, POLLIN, 0}};
     int timeoutMs = -1;
     if (limit) timeoutMs = static_cast<int>(limit->tv_usec / 1000 + limit->tv_sec * 1000);
-    int n = ::poll(fds, 2, timeoutMs);
+    int n = ::poll(fds, g_watchedFd >= 0 ? 3 : 2, timeoutMs);
     if (n < 0) {
         // A signal that interrupts the wait is no failure: the caller waits again.
         if (errno != EINTR) Platform::LogSystemError("poll() failed");
@@ -216,6 +222,8 @@ int WaitForInput(const timeval* limit) {
         if (fds[0].revents & (POLLHUP | POLLERR | POLLNVAL)) return EventQuit;
         if (!(fds[1].revents & POLLIN)) return EventNone;
     }
+    if (!(fds[1].revents & POLLIN) && g_watchedFd >= 0 && (fds[2].revents & POLLIN))
+        return EventWatch;
     if (fds[1].revents & POLLIN) {
         unsigned char byte = 0;
         ssize_t r;
@@ -301,6 +309,8 @@ int ReadKeyPolling(Window* w, bool allowIdleTimeout, int pollMs, const timeval& 
                 throw ExitRequest{0};
             case EventQuit:
                 throw ExitRequest{0};
+            case EventWatch:
+                return EventWatch;
             default:
                 break;
         }

@@ -69,6 +69,11 @@ int WaitForInput(const timeval* limit);
 // events.
 int ReadKey(Window* w, bool allowIdleTimeout);
 
+// The descriptor the input wait also watches (-1: none); when it is readable
+// the wait returns EventWatch, which ReadKeyPolling hands to its caller. The
+// key loop sets it only around its own wait.
+void SetWatchedDescriptor(int fd);
+
 // ReadKey that also returns EventTimeout when no key came within pollMs
 // milliseconds (0: never), so the caller can look at something between keys.
 // Dimming and the idle timeout count from `since` (the last key), not from

@@ -33,6 +33,7 @@ enum InputEvent : int {
     EventRestart = -4,    // SIGUSR2
     EventResize = -5,     // SIGWINCH
     EventQuit = -6,       // SIGINT, SIGQUIT, SIGTERM
+    EventWatch = -7,      // the watched descriptor (SetWatchedDescriptor) is readable
 };
 
 }  // namespace Tesk

@@ -30,7 +30,7 @@ TEST(BackendChoice, NamedOrFollowingTheRootAmongTheBuiltOnes) {
     };
     const Case cases[] = {
         {nullptr, true, "simulated", ""},
-        {nullptr, false, "simulated", ""},  // the machine's own, until Linux exists
+        {nullptr, false, "linux", ""},  // the machine's own
         {"", true, "simulated", ""},
         {"simulated", false, "simulated", ""},
         {"linux", true, "linux", ""},

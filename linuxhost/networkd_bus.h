@@ -1,0 +1,14 @@
+// systemd-networkd's bus interface (org.freedesktop.network1): read the
+// configuration files again, configure a link again from them, renew its
+// DHCP lease. Each call opens its own connection (linuxhost/bus.h) and
+// throws HostCtl::Lib::HostCtlException (logged) when networkd cannot be
+// asked or refuses.
+#pragma once
+
+namespace LinuxHost::Networkd {
+
+void Reload();
+void Reconfigure(int ifindex);
+void ForceRenew(int ifindex);
+
+}  // namespace LinuxHost::Networkd
