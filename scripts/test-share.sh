@@ -9,7 +9,7 @@ count() {
     xargs -0 -r cat | grep -v '^[[:space:]]*$' | grep -cv '^[[:space:]]*//' || true
 }
 production=()
-for d in admin app host hostctl network platform recovery session sim simhost store ui; do
+for d in admin app host hostctl linuxhost network platform recovery session sim simhost store ui; do
   [ -d "$d" ] && production+=("$d")
 done
 tests=$(count tests)
