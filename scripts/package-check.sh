@@ -7,7 +7,8 @@
 #     starts the console on virtual terminal 1 (of a simulated root);
 #   - systemctl --root enables and disables tesk@tty1.service in a scratch
 #     root;
-#   - dpkg installs tesk: its files are in place, /etc/pam.d/tesk is a
+#   - dpkg installs tesk: its files are in place (the tmpfiles.d line that
+#     allows console logins among them), /etc/pam.d/tesk is a
 #     conffile, no instance of the unit is enabled, and systemd-analyze
 #     verify says nothing about the installed unit;
 #   - dpkg --purge leaves every path dpkg -L listed as it was before the
@@ -128,7 +129,7 @@ retry_on_lock dpkg -i "$deb"
 installed=yes
 listed="$work/listed"
 dpkg -L tesk | grep -vx '/\.' >"$listed"
-for file in /usr/sbin/tesk /etc/pam.d/tesk /lib/systemd/system/tesk@.service \
+for file in /usr/sbin/tesk /etc/pam.d/tesk /lib/systemd/system/tesk@.service /usr/lib/tmpfiles.d/tesk.conf \
   /usr/share/man/man8/tesk.8.gz /usr/share/doc/tesk/copyright; do
   [ -e "$file" ] || fail "$file is missing after the install"
 done

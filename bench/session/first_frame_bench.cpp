@@ -46,7 +46,8 @@ SimRoot& Root() {
 
 // Both programs see the same environment: the root, TERM=linux, 80 x 25, no
 // PAM set-up (the welcome screen asks nothing of PAM). In the lab the host
-// root can be another one (TESK_BENCH_HOST_ROOT, "/" for the host itself).
+// root can be another one (TESK_BENCH_HOST_ROOT, "/" for the host itself),
+// with the backend and bus the lab gives.
 SessionOptions Options(std::string program, std::vector<std::string> args) {
     SessionOptions options;
     options.program = std::move(program);
@@ -54,6 +55,10 @@ SessionOptions Options(std::string program, std::vector<std::string> args) {
     options.pamWrapper = false;
     if (const char* root = std::getenv("TESK_BENCH_HOST_ROOT"); root && *root)
         options.env.emplace_back("TESK_ROOT", root);
+    // In the lab: the host's own backend and the lab's system bus.
+    for (const char* name : {"TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS"})
+        if (const char* value = std::getenv(name); value && *value)
+            options.env.emplace_back(name, value);
     return options;
 }
 
