@@ -28,7 +28,9 @@ std::unique_ptr<HostCtl::Lockdown::LockdownMode> LinuxBackend::GetLockdownMode()
 }
 
 // An agents' restart cut short left some units stopped: start them all.
-void StartAgentsAgain() { MakeManagementAgents()->Start(); }
+void StartAgentsAgain() {
+    MakeManagementAgents()->Start();
+}
 
 std::string WhyMachineFeatureNotOffered(HostCtl::Feature feature) {
     switch (feature) {

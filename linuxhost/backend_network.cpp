@@ -5,9 +5,9 @@
 #include "hostctl/exception.h"
 #include "linuxhost/linux_backend.h"
 #include "linuxhost/management.h"
-#include "linuxhost/networkd_bus.h"
 #include "linuxhost/net_objects.h"
 #include "linuxhost/netlink.h"
+#include "linuxhost/networkd_bus.h"
 #include "platform/syslog.h"
 
 namespace LinuxHost {

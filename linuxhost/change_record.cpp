@@ -33,7 +33,6 @@ using HostCtl::Changes::ChangeKind;
 using HostCtl::Lib::HostCtlException;
 using Tesk::Platform::HostPath;
 
-
 struct KindName {
     ChangeKind kind;
     const char* name;
@@ -52,7 +51,7 @@ const char* NameOf(ChangeKind kind) {
 }
 
 struct KeptFile {
-    std::string path;  // a host path
+    std::string path;                 // a host path
     std::optional<std::string> text;  // none: the file was not there
 };
 
@@ -64,7 +63,9 @@ struct Record {
     std::vector<KeptFile> files;
 };
 
-bool IsNetworkKind(ChangeKind kind) { return kind != ChangeKind::AgentsRestart; }
+bool IsNetworkKind(ChangeKind kind) {
+    return kind != ChangeKind::AgentsRestart;
+}
 
 std::vector<std::string> OurNetworkdFiles() {
     std::vector<std::string> names;
@@ -78,7 +79,7 @@ std::vector<std::string> OurNetworkdFiles() {
 }
 
 KeptFile Keep(const std::string& path) {
-    struct stat st{};
+    struct stat st {};
     const std::string real = HostPath(path);
     if (::lstat(real.c_str(), &st) != 0) {
         if (errno == ENOENT) return {path, std::nullopt};
@@ -111,15 +112,13 @@ std::optional<Record> Load() {
     const std::string real = HostPath(kChangeRecordFile);
     auto text = Tesk::Platform::ReadRegularFile(real, &why);
     if (!text) {
-        struct stat st{};
+        struct stat st {};
         if (::lstat(real.c_str(), &st) != 0 && errno == ENOENT) return std::nullopt;
         throw HostCtlException(std::string("Cannot read ") + kChangeRecordFile + ": " + why);
     }
     Record record;
     std::size_t at = 0;
-    auto bad = [] {
-        return HostCtlException(std::string(kChangeRecordFile) + " is damaged");
-    };
+    auto bad = [] { return HostCtlException(std::string(kChangeRecordFile) + " is damaged"); };
     while (at < text->size()) {
         const std::size_t end = text->find('\n', at);
         if (end == std::string::npos) throw bad();
@@ -196,7 +195,7 @@ void FileChangeRecord::Begin(ChangeKind kind) const {
         record.files.push_back(Keep("/etc/hostname"));
         // A resolv.conf that is a link belongs to the resolver service and is
         // never rewritten; only a plain file can be one the backend wrote.
-        struct stat st{};
+        struct stat st {};
         if (::lstat(HostPath("/etc/resolv.conf").c_str(), &st) != 0 || S_ISREG(st.st_mode))
             record.files.push_back(Keep("/etc/resolv.conf"));
     }

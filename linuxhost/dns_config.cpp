@@ -14,6 +14,7 @@
 #include <functional>
 
 #include "hostctl/exception.h"
+#include "linuxhost/fail.h"
 #include "linuxhost/management.h"
 #include "linuxhost/net_objects.h"
 #include "linuxhost/options.h"
@@ -30,11 +31,6 @@ namespace HN = HostCtl::Network;
 using HostCtl::Lib::HostCtlException;
 
 constexpr char kHostnameFile[] = "/etc/hostname";
-
-[[noreturn]] void Fail(const std::string& text) {
-    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
-    throw HostCtlException(text);
-}
 
 // The kernel's host name is this host's when the console runs on the
 // machine's own root, or in a UTS namespace of its own (the lab); a fixture

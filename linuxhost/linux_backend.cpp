@@ -6,7 +6,9 @@
 #include "hostctl/exception.h"
 #include "linuxhost/backend.h"
 #include "linuxhost/change_record.h"
+#include "linuxhost/fail.h"
 #include "linuxhost/platform.h"
+#include "platform/syslog.h"
 
 namespace LinuxHost {
 
@@ -35,6 +37,11 @@ std::unique_ptr<HostCtl::Changes::ChangeRecord> LinuxBackend::GetChangeRecord() 
         else
             FollowNetworkFiles();
     });
+}
+
+void Fail(const std::string& text) {
+    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
+    throw HostCtl::Lib::HostCtlException(text);
 }
 
 void NotOnThisHost(const char* what) {

@@ -1,4 +1,5 @@
 #include "linuxhost/management.h"
+#include "linuxhost/fail.h"
 
 #include <dirent.h>
 #include <unistd.h>
@@ -21,11 +22,6 @@ namespace {
 
 namespace HN = HostCtl::Network;
 using HostCtl::Lib::HostCtlException;
-
-[[noreturn]] void Fail(const std::string& text) {
-    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
-    throw HostCtlException(text);
-}
 
 std::string PathOf(const std::string& name) {
     return Tesk::Platform::HostPath(std::string(kNetworkdDir) + "/" + name);

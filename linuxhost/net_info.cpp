@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "hostctl/exception.h"
+#include "linuxhost/fail.h"
 #include "linuxhost/management.h"
 #include "linuxhost/net_objects.h"
 #include "linuxhost/nic_facts.h"
@@ -19,11 +20,6 @@ namespace HN = HostCtl::Network;
 using HostCtl::Lib::HostCtlException;
 
 constexpr char kIpv6Sysctl[] = "/etc/sysctl.d/60-tesk-ipv6.conf";
-
-[[noreturn]] void Fail(const std::string& text) {
-    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
-    throw HostCtlException(text);
-}
 
 std::vector<std::string> PhysicalNics(const KernelNet& net) {
     std::vector<std::string> names;

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "hostctl/exception.h"
+#include "linuxhost/fail.h"
 #include "linuxhost/management.h"
 #include "linuxhost/net_objects.h"
 #include "linuxhost/networkd_bus.h"
@@ -14,11 +15,6 @@ namespace {
 
 namespace HN = HostCtl::Network;
 using HostCtl::Lib::HostCtlException;
-
-[[noreturn]] void Fail(const std::string& text) {
-    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
-    throw HostCtlException(text);
-}
 
 HN::Ipv4Address Netmask(int prefix) {
     return HN::Ipv4Address::FromHostOrder(prefix <= 0 ? 0 : ~0u << (32 - prefix));

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "hostctl/exception.h"
+#include "linuxhost/fail.h"
 #include "linuxhost/linux_backend.h"
 #include "linuxhost/management.h"
 #include "linuxhost/net_objects.h"
@@ -19,11 +20,6 @@ using HostCtl::Lib::HostCtlException;
 
 // The most ports a Linux bridge takes.
 constexpr std::int64_t kBridgePorts = 1024;
-
-[[noreturn]] void Fail(const std::string& text) {
-    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
-    throw HostCtlException(text);
-}
 
 bool Contains(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();

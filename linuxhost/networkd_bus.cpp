@@ -1,4 +1,5 @@
 #include "linuxhost/networkd_bus.h"
+#include "linuxhost/fail.h"
 
 #include <cstring>
 #include <string>
@@ -10,11 +11,6 @@
 
 namespace LinuxHost::Networkd {
 namespace {
-
-[[noreturn]] void Fail(const std::string& text) {
-    Tesk::Platform::Log(LOG_ERR, "%s", text.c_str());
-    throw HostCtl::Lib::HostCtlException(text);
-}
 
 // Calls method of networkd's manager with no argument or one link index.
 void Call(const char* method, const char* signature, int ifindex) {

@@ -5,7 +5,6 @@
 #include <netinet/icmp6.h>
 #include <netinet/ip.h>
 #include <netinet/ip_icmp.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -60,14 +59,7 @@ std::uint16_t Checksum(const unsigned char* data, std::size_t n) {
 // Waits for the reply to one request; false on time-out or a quit.
 bool AwaitReply(int fd, bool ipv6, bool raw, std::uint16_t id, std::uint16_t seq) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
-    while (!Tesk::Platform::QuitRequested()) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now())
-                .count();
-        if (left <= 0) return false;
-        pollfd fds[2] = {{fd, POLLIN, 0}, {Tesk::Platform::QuitDescriptor(), POLLIN, 0}};
-        if (::poll(fds, fds[1].fd >= 0 ? 2 : 1, static_cast<int>(left)) <= 0) continue;
-        if ((fds[0].revents & POLLIN) == 0) continue;
+    while (Tesk::Platform::WaitForInput(fd, end)) {
         unsigned char packet[1500];
         const ssize_t n = ::recv(fd, packet, sizeof packet, 0);
         if (n > 0 && IsReply(packet, n, ipv6, raw, id, seq)) return true;

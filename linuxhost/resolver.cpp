@@ -4,7 +4,6 @@
 #include <arpa/inet.h>
 #include <arpa/nameser.h>
 #include <netdb.h>
-#include <poll.h>
 #include <resolv.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -75,14 +74,7 @@ bool Ask(const std::string& server, const std::string& name, int type) {
     if (::connect(fd, found->ai_addr, found->ai_addrlen) != 0 || ::send(fd, query, size, 0) != size)
         return false;
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
-    while (!Tesk::Platform::QuitRequested()) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now())
-                .count();
-        if (left <= 0) return false;
-        pollfd fds[2] = {{fd, POLLIN, 0}, {Tesk::Platform::QuitDescriptor(), POLLIN, 0}};
-        if (::poll(fds, fds[1].fd >= 0 ? 2 : 1, static_cast<int>(left)) <= 0) continue;
-        if ((fds[0].revents & POLLIN) == 0) continue;
+    while (Tesk::Platform::WaitForInput(fd, end)) {
         unsigned char answer[NS_MAXMSG];
         const ssize_t n = ::recv(fd, answer, sizeof answer, 0);
         // Only the answer to this query counts (same id).

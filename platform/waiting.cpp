@@ -2,6 +2,7 @@
 // slow-wait notifier of the thread that installed it.
 #include "platform/waiting.h"
 
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -76,6 +77,19 @@ void NotifySlowWait(bool waiting) {
         call = n.call;
     }
     call(waiting);
+}
+
+bool WaitForInput(int fd, std::chrono::steady_clock::time_point deadline) {
+    while (!QuitRequested()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
+                              deadline - std::chrono::steady_clock::now())
+                              .count();
+        if (left <= 0) return false;
+        pollfd fds[2] = {{fd, POLLIN, 0}, {QuitDescriptor(), POLLIN, 0}};
+        if (::poll(fds, fds[1].fd >= 0 ? 2 : 1, static_cast<int>(left)) <= 0) continue;
+        if ((fds[0].revents & POLLIN) != 0) return true;
+    }
+    return false;
 }
 
 }  // namespace Tesk::Platform

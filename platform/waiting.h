@@ -4,6 +4,7 @@
 // interface fill these in; the command runner and the pager's wait read them.
 #pragma once
 
+#include <chrono>
 #include <functional>
 
 namespace Tesk::Platform {
@@ -16,6 +17,9 @@ bool QuitRequested();
 // A descriptor that becomes readable (POLLIN) once a quit was noted; -1 when
 // it could not be made. Never read it: it stays readable.
 int QuitDescriptor();
+// Waits until fd has input to read, at most until deadline; false at the
+// deadline or once a quit was noted.
+bool WaitForInput(int fd, std::chrono::steady_clock::time_point deadline);
 // Tests only: forgets a noted quit.
 void ResetQuitRequestForTesting();
 
