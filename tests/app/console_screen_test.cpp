@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -145,6 +146,16 @@ TEST(SimulatedHostCommands, RunStartsTheGalleryOnAFreshRootAndRemovesIt) {
     sim.key(TeskTest::Key::Esc);
     EXPECT_EQ(sim.waitExit(), ExitStatus::Exited(0));
     EXPECT_FALSE(std::filesystem::exists(root)) << root;
+
+    // A program ended by a signal ends the run with 128 plus the signal.
+    ConsoleSession killed(options);
+    ASSERT_TRUE(killed.waitForText("TESK widget gallery"));
+    const std::string pid = std::to_string(killed.pid());
+    std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
+    pid_t program = 0;
+    ASSERT_TRUE(children >> program);
+    ::kill(program, SIGKILL);
+    EXPECT_EQ(killed.waitExit(), ExitStatus::Exited(128 + SIGKILL));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 
 #include "app/startup.h"
 #include "platform/hostroot.h"
+#include "platform/pid_text.h"
 #include "tests/app/fixtures.h"
 #include "ui/terminal.h"
 
@@ -130,7 +131,9 @@ TEST_F(PidFile, WrittenWhenAbsentOrStaleAndLeftAloneWhenLive) {
         std::ofstream(fs::path(root_) / pidFile, std::ios::trunc) << junk;
         Tesk::GuardPidFile();
         EXPECT_EQ(Read(pidFile), own) << junk;
+        EXPECT_FALSE(Tesk::Platform::ParsePidText(junk)) << junk;
     }
+    EXPECT_EQ(Tesk::Platform::ParsePidText(" 42\n"), 42);
 }
 
 TEST_F(PidFile, OnlyAnotherConsoleCountsAsARunningInstance) {

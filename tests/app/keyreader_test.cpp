@@ -117,6 +117,9 @@ TEST_F(KeyReader, ShortIdleTimeoutActsAsOneMinute) {
     // The expiry falls on the dim deadline: one minute's wait, then the exception.
     EXPECT_EQ(limits_, (std::vector<long>{60}));
     EXPECT_EQ(Tesk::CurrentWindow(), nullptr);
+    // Half a minute and more without a key does not end the session yet.
+    steps_ = {{Tesk::EventNone, 31}, {'k', 1}};
+    EXPECT_EQ(Tesk::ReadKey(&w, true), 'k');
 }
 
 TEST_F(KeyReader, IdleTimeoutOnlyWhereTheCallerAllowsIt) {

@@ -33,18 +33,6 @@ TEST_F(RuxCmdTest, RetriesAsServiceAccountOnlyOn255) {
     }
 }
 
-TEST_F(RuxCmdTest, RetryAgainstTheSimulatedAgent) {
-    Sim::Update([](Sim::Json& s) { s["hostAgent"]["allowedUsers"] = {"tesk"}; });
-    Tesk::RefreshHostAgent("root");
-    auto requests = Sim::Get("/hostAgent/requests");
-    ASSERT_TRUE(requests);
-    ASSERT_EQ(requests->size(), 2u);
-    EXPECT_EQ((*requests)[0]["user"], "root");
-    EXPECT_EQ((*requests)[0]["status"], 255);
-    EXPECT_EQ((*requests)[1]["user"], "tesk");
-    EXPECT_EQ(Sim::Get("/hostAgent/refreshes"), Sim::Json(1));
-}
-
 TEST_F(RuxCmdTest, GetIsTrueOnlyForOutputBeginningWithTrue) {
     struct Case {
         const char* output;
@@ -69,13 +57,6 @@ TEST_F(RuxCmdTest, GetIsTrueOnlyForOutputBeginningWithTrue) {
     WriteRecorder("/bin/rux-cmd", "0");
     Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
     EXPECT_EQ(Calls(), "-U tesk ruxsvc/auth/lockdown_is_possible\n");
-}
-
-TEST_F(RuxCmdTest, GetAgainstTheSimulatedAgent) {
-    EXPECT_FALSE(Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_enabled"));
-    EXPECT_TRUE(Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_possible"));
-    Sim::Update([](Sim::Json& s) { s["lockdown"] = {{"enabled", true}}; });
-    EXPECT_TRUE(Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_enabled"));
 }
 
 TEST_F(RuxCmdTest, PowerOffVmsGracefulOrTerminating) {

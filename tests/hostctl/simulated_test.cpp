@@ -1,7 +1,8 @@
 // What only the simulated host does, seen in its state: the addresses its
 // DHCP servers and router hand out, the effects of the operations whose
 // result no interface reads back, the account store, the distributed-switch
-// ports its state can refuse, and the system-version node. The behaviour
+// ports its state can refuse, the length of a host label, and the
+// system-version node. The behaviour
 // every backend shares is the contract's (tests/contract).
 #include <gtest/gtest.h>
 
@@ -162,6 +163,17 @@ TEST_F(SimulatedHostTest, DistributedSwitchPortsFollowTheState) {
         s["network"]["distributedSwitches"][0]["kind"] = "foreign";
     });
     EXPECT_FALSE(qds()->IsOwnKind());
+}
+
+// A DNS label holds at most 63 characters (the refusals every backend shares:
+// the contract's).
+TEST_F(SimulatedHostTest, HostLabelsEndAtSixtyThreeCharacters) {
+    auto dns = host().GetDnsConfig("defaultNetStack");
+    EXPECT_NO_THROW(dns->SetHostname(std::string(63, 'a'), false));
+    EXPECT_THROW(dns->SetHostname(std::string(64, 'b'), false), HostCtlException);
+    EXPECT_THROW(dns->SetFqdn("host." + std::string(64, 'c') + ".example", false, ""),
+                 HostCtlException);
+    EXPECT_EQ(root().stateValue("/network/dns/hostname"), Json(std::string(63, 'a')));
 }
 
 TEST_F(SimulatedHostTest, SystemVersionNode) {

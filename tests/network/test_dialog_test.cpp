@@ -1,6 +1,6 @@
 // The management network test from the customization menu: what it pings and
-// resolves, how each outcome shows, and that neither a hung step nor the
-// console's end leaves the screen stuck or the hosts file changed.
+// resolves, how each outcome shows, and that a hung step holds up neither the
+// screen nor the console's end.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -129,23 +129,6 @@ TEST(TestNetwork, EscStopsAHungPingAtOnceAndTheConsoleStillEnds) {
     ASSERT_TRUE(WaitSettled(m.console, "<Enter> Run Test"));
     m.console.signal(SIGTERM);
     EXPECT_EQ(m.console.waitExit(), ExitStatus::Exited(0));
-}
-
-TEST(TestNetwork, KilledDuringResolutionLeavesTheHostsFileAlone) {
-    Menu m;
-    ASSERT_TRUE(m.ready());
-    const std::string hosts = m.root.readFile("/etc/hosts");
-    ASSERT_NE(hosts.find("tesk-host01"), std::string::npos);
-    m.root.setFault("resolver.resolve", {{"delayMs", 20000}});
-    ASSERT_TRUE(OpenTest(m.console));
-    m.console.key(Key::Enter);
-    ASSERT_TRUE(m.console.waitForText("Resolving hostname tesk-host01"));
-    ASSERT_TRUE(m.console.waitForQuiet(std::chrono::milliseconds(300)));
-    EXPECT_EQ(m.root.readFile("/etc/hosts"), hosts);
-    m.console.signal(SIGKILL);
-    EXPECT_EQ(m.console.waitExit(), ExitStatus::Signalled(SIGKILL));
-    EXPECT_EQ(m.root.readFile("/etc/hosts"), hosts);
-    EXPECT_FALSE(m.root.exists("/etc/hosts.backup"));
 }
 
 TEST(TestNetwork, QuitDuringASlowResolutionEndsTheConsoleCleanly) {

@@ -1,6 +1,6 @@
-// A host tool that never answers: the console says it is waiting, a quit
-// signal still ends it at once (taking the tool with it), and killing the
-// console leaves no tool behind.
+// A host tool that never answers: the console says it is waiting, and a quit
+// signal still ends it at once, taking the tool with it (that killing the
+// console leaves no tool behind: tests/host/runner_end_test.cpp).
 #include <signal.h>
 #include <sys/stat.h>
 
@@ -80,17 +80,6 @@ TEST(HungTool, ASlowToolShowsTheNoticeUntilItAnswers) {
     EXPECT_TRUE(console.waitForText("Please, wait ..."));
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     EXPECT_FALSE(console.find("Please, wait")) << console.text();
-}
-
-TEST(HungTool, AConsoleKilledWithSigkillTakesTheToolWithIt) {
-    SimRoot root;
-    HungTool tool(root);
-    ConsoleSession console(root, LocalConsole());
-    LogInTowardsTheMenu(console);
-    ASSERT_TRUE(tool.started(console));
-    console.signal(SIGKILL);
-    EXPECT_EQ(console.waitExit(), ExitStatus::Signalled(SIGKILL));
-    EXPECT_TRUE(GoneWithin(tool.pid(), std::chrono::seconds(3))) << "the tool outlived the console";
 }
 
 }  // namespace

@@ -21,12 +21,6 @@ struct HungScreen {
     std::function<void(ConsoleSession&, const SimRoot&)> drive;
 };
 
-bool OpenEntry(ConsoleSession& console, const std::string& entry, std::string_view shown) {
-    if (!LogIn(console) || !SelectEntry(console, entry, kCols)) return false;
-    console.key(Key::Enter);
-    return WaitSettled(console, shown);
-}
-
 TEST(HungToolScreens, EachScreenGoesOnAtTheLimit) {
     const std::vector<HungScreen> screens = {
         {"custom extensions check as the menu opens",

@@ -1,6 +1,6 @@
 // The welcome screen's hardware lines and the places of its lower texts, for the
 // values a screen test cannot reach cheaply: unit boundaries, rounding, odd vendor
-// strings, panel sizes.
+// strings, tiny panels.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -59,32 +59,8 @@ std::string Lines(int n) {
     return text + "\n";
 }
 
-TEST(WelcomePlaces, WarningStaysWhereTheScreenPutsItWhenItFits) {
-    // 80x29: a lower panel of 15 rows, footer on row 13.
-    auto places = PlaceLowerTexts(80, 15, Lines(3), kDhcpWarning);
-    EXPECT_EQ(places.warning, (Place{16, 9, 48, 6}));
-    EXPECT_EQ(places.management, (Place{8, 1, 64, 7}));
-    // Eight management lines still end above it.
-    places = PlaceLowerTexts(80, 15, Lines(8), kDhcpWarning);
-    EXPECT_EQ(places.management, (Place{8, 1, 64, 8}));
-    EXPECT_EQ(places.warning.y, 9);
-    // No warning: the management area alone, as tall as its text.
-    places = PlaceLowerTexts(80, 15, Lines(8), "");
-    EXPECT_EQ(places.warning.height, 0);
-    EXPECT_EQ(places.management.height, 8);
-}
-
-TEST(WelcomePlaces, At80x25TheWarningMovesUpAndWidensWhenItMust) {
-    // 80x25: 13 rows, footer on row 11; three warning lines at 48 columns.
-    auto places = PlaceLowerTexts(80, 13, Lines(3), kDhcpWarning);
-    EXPECT_EQ(places.warning, (Place{16, 8, 48, 3}));
-    EXPECT_EQ(places.management, (Place{8, 1, 64, 7}));
-    // Host name, IPv4, four IPv6 lines and "...": two lines at 64 columns.
-    places = PlaceLowerTexts(80, 13, Lines(8), kDhcpWarning);
-    EXPECT_EQ(places.management, (Place{8, 1, 64, 8}));
-    EXPECT_EQ(places.warning, (Place{8, 9, 64, 2}));
-}
-
+// Where the texts land on real screens, whole and apart: small_terminal_test.cpp
+// (80x25) and welcome_test.cpp.
 TEST(WelcomePlaces, TinyPanelsGetNoNegativeSizes) {
     for (int rows : {0, 1, 2, 3, 5, 8}) {
         for (int cols : {0, 10, 20, 40}) {

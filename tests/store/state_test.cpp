@@ -3,6 +3,7 @@
 // at the next call, and a reader never sees half a document.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -243,6 +244,24 @@ TEST_F(StateStore, WritesGoToAPrivateFileOfTheirOwnAndReplaceTheStateWhole) {
     for (const auto& entry : fs::directory_iterator(fs::path(state).parent_path()))
         EXPECT_EQ(entry.path().filename().string().find(".tmp."), std::string::npos)
             << entry.path();
+
+    // A write cut short (here by a file-size limit) fails and leaves the
+    // state as it was.
+    const std::string before = root_->readFile("/var/lib/simhost/state.json");
+    EXPECT_EQ(InChildWithin(20,
+                            [] {
+                                ::signal(SIGXFSZ, SIG_IGN);
+                                const rlimit limit{512, 512};
+                                ::setrlimit(RLIMIT_FSIZE, &limit);
+                                try {
+                                    Sim::Update([](Json& s) { s["big"] = std::string(4096, 'x'); });
+                                    return 1;
+                                } catch (const std::runtime_error&) {
+                                    return 0;
+                                }
+                            }),
+              0);
+    EXPECT_EQ(root_->readFile("/var/lib/simhost/state.json"), before);
 }
 
 TEST_F(StateStore, NestingPastTheLimitIsUnreadableNotACrash) {

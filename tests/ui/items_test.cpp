@@ -218,7 +218,6 @@ TEST_F(ItemListTest, MaskedFieldsShowOneStarPerCharacter) {
     EXPECT_NE(f.text().find("[ ******     ]"), std::string::npos);
     EXPECT_EQ(f.text().find("s3"), std::string::npos);
     // Unmasked braces stay literal instead of becoming tags.
-    InputItem plain("Name:", "a{b", 10);
     ItemList& list = makeList();
     list.add(std::make_unique<InputItem>("Name:", "a{b", 10));
     list.selectByOrdinal(0);
