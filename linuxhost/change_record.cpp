@@ -16,6 +16,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <sstream>
 #include <vector>
 
@@ -32,7 +33,6 @@ namespace {
 using HostCtl::Changes::ChangeKind;
 using HostCtl::Lib::HostCtlException;
 using Tesk::Platform::HostPath;
-
 
 struct KindName {
     ChangeKind kind;
@@ -52,7 +52,7 @@ const char* NameOf(ChangeKind kind) {
 }
 
 struct KeptFile {
-    std::string path;  // a host path
+    std::string path;                 // a host path
     std::optional<std::string> text;  // none: the file was not there
 };
 
@@ -64,7 +64,9 @@ struct Record {
     std::vector<KeptFile> files;
 };
 
-bool IsNetworkKind(ChangeKind kind) { return kind != ChangeKind::AgentsRestart; }
+bool IsNetworkKind(ChangeKind kind) {
+    return kind != ChangeKind::AgentsRestart;
+}
 
 std::vector<std::string> OurNetworkdFiles() {
     std::vector<std::string> names;
@@ -78,7 +80,7 @@ std::vector<std::string> OurNetworkdFiles() {
 }
 
 KeptFile Keep(const std::string& path) {
-    struct stat st{};
+    struct stat st {};
     const std::string real = HostPath(path);
     if (::lstat(real.c_str(), &st) != 0) {
         if (errno == ENOENT) return {path, std::nullopt};
@@ -111,15 +113,13 @@ std::optional<Record> Load() {
     const std::string real = HostPath(kChangeRecordFile);
     auto text = Tesk::Platform::ReadRegularFile(real, &why);
     if (!text) {
-        struct stat st{};
+        struct stat st {};
         if (::lstat(real.c_str(), &st) != 0 && errno == ENOENT) return std::nullopt;
         throw HostCtlException(std::string("Cannot read ") + kChangeRecordFile + ": " + why);
     }
     Record record;
     std::size_t at = 0;
-    auto bad = [] {
-        return HostCtlException(std::string(kChangeRecordFile) + " is damaged");
-    };
+    auto bad = [] { return HostCtlException(std::string(kChangeRecordFile) + " is damaged"); };
     while (at < text->size()) {
         const std::size_t end = text->find('\n', at);
         if (end == std::string::npos) throw bad();
@@ -159,7 +159,9 @@ std::optional<Record> Load() {
 void Save(const Record& record) {
     const std::string real = HostPath(kChangeRecordFile);
     try {
-        ::mkdir(HostPath("/var/lib/tesk").c_str(), 0700);
+        // A host root need not have /var/lib yet.
+        std::error_code ignored;
+        std::filesystem::create_directories(HostPath("/var/lib/tesk"), ignored);
         Sim::ReplaceFile(real, Render(record), 0600);
     } catch (const std::exception& error) {
         throw HostCtlException(std::string("Cannot record the change: ") + error.what());
@@ -196,7 +198,7 @@ void FileChangeRecord::Begin(ChangeKind kind) const {
         record.files.push_back(Keep("/etc/hostname"));
         // A resolv.conf that is a link belongs to the resolver service and is
         // never rewritten; only a plain file can be one the backend wrote.
-        struct stat st{};
+        struct stat st {};
         if (::lstat(HostPath("/etc/resolv.conf").c_str(), &st) != 0 || S_ISREG(st.st_mode))
             record.files.push_back(Keep("/etc/resolv.conf"));
     }
