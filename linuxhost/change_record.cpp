@@ -16,6 +16,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <sstream>
 #include <vector>
 
@@ -158,7 +159,9 @@ std::optional<Record> Load() {
 void Save(const Record& record) {
     const std::string real = HostPath(kChangeRecordFile);
     try {
-        ::mkdir(HostPath("/var/lib/tesk").c_str(), 0700);
+        // A host root need not have /var/lib yet.
+        std::error_code ignored;
+        std::filesystem::create_directories(HostPath("/var/lib/tesk"), ignored);
         Sim::ReplaceFile(real, Render(record), 0600);
     } catch (const std::exception& error) {
         throw HostCtlException(std::string("Cannot record the change: ") + error.what());

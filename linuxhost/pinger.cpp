@@ -106,9 +106,15 @@ public:
                 const std::uint16_t sum = Checksum(request, sizeof request);
                 std::memcpy(request + 2, &sum, 2);
             }
+            // A request the kernel cannot send yet (the address or route is
+            // still being set up) goes unanswered for its usual wait, as on
+            // a wire that drops it.
             if (::sendto(sock.fd, request, sizeof request, 0, found->ai_addr, found->ai_addrlen) <
-                0)
+                0) {
+                pollfd quit{Tesk::Platform::QuitDescriptor(), POLLIN, 0};
+                ::poll(&quit, quit.fd >= 0 ? 1 : 0, kWaitMs);
                 continue;
+            }
             if (AwaitReply(sock.fd, ipv6, raw, id, static_cast<std::uint16_t>(seq))) ++answered;
         }
         Tesk::Platform::Log(LOG_INFO, "Ping %s: %d of %d answered", target.c_str(), answered,

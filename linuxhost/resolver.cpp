@@ -71,8 +71,14 @@ bool Ask(const std::string& server, const std::string& name, int type) {
         ::close(*f);
         delete f;
     });
-    if (::connect(fd, found->ai_addr, found->ai_addrlen) != 0 || ::send(fd, query, size, 0) != size)
+    if (::connect(fd, found->ai_addr, found->ai_addrlen) != 0 ||
+        ::send(fd, query, size, 0) != size) {
+        // Not sent (the address or route is still being set up): unanswered
+        // after the usual wait, as on a wire that drops it.
+        pollfd quit{Tesk::Platform::QuitDescriptor(), POLLIN, 0};
+        ::poll(&quit, quit.fd >= 0 ? 1 : 0, kWaitMs);
         return false;
+    }
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
     while (Tesk::Platform::WaitForInput(fd, end)) {
         unsigned char answer[NS_MAXMSG];

@@ -1,0 +1,110 @@
+// The Linux host's change record on a fixture root: Begin keeps our networkd
+// files, /etc/hostname and a plain resolv.conf; PutBack brings back changed
+// and removed files, drops the ones the change added and calls the hook; a
+// second Begin is refused while a change is recorded, and a damaged record is
+// reported as a host failure.
+#include "linuxhost/change_record.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "hostctl/exception.h"
+#include "platform/hostroot.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using HostCtl::Changes::ChangeKind;
+using HostCtl::Lib::HostCtlException;
+
+class FileChangeRecordTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char name[] = "/tmp/tesk-change-record-XXXXXX";
+        root_ = ::mkdtemp(name);
+        fs::create_directories(root_ / "etc/systemd/network");
+        Tesk::Platform::SetHostRootForTesting(root_.string());
+    }
+    void TearDown() override {
+        Tesk::Platform::SetHostRootForTesting("");
+        fs::remove_all(root_);
+    }
+    void Write(const std::string& path, const std::string& text) {
+        std::ofstream(root_.string() + path) << text;
+    }
+    std::string Read(const std::string& path) {
+        std::ifstream in(root_.string() + path);
+        std::stringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+    bool Exists(const std::string& path) { return fs::exists(root_.string() + path); }
+
+    fs::path root_;
+};
+
+TEST_F(FileChangeRecordTest, PutBackRestoresChangedAddedAndRemovedFiles) {
+    const std::string net = "/etc/systemd/network/";
+    Write(net + "60-tesk-br0.network", "[Network]\nDHCP=yes\n");
+    Write(net + "60-tesk-br0.netdev", "[NetDev]\nName=br0\n");
+    Write(net + "10-other.network", "not ours\n");
+    Write("/etc/hostname", "old-name\n");
+    Write("/etc/resolv.conf", "nameserver 192.0.2.53\n");
+    int followed = 0;
+    LinuxHost::FileChangeRecord record([&](ChangeKind kind) {
+        EXPECT_EQ(kind, ChangeKind::ManagementNetwork);
+        ++followed;
+    });
+
+    record.Begin(ChangeKind::ManagementNetwork);
+    EXPECT_THROW(record.Begin(ChangeKind::ManagementNetwork), HostCtlException);
+    record.SetRevertAt(1234);
+    const auto pending = record.Pending();
+    ASSERT_TRUE(pending);
+    EXPECT_EQ(pending->owner, ::getpid());
+    EXPECT_EQ(pending->revertAt, 1234);
+    EXPECT_TRUE(pending->ownerRunning);
+
+    Write(net + "60-tesk-br0.network", "[Network]\nAddress=192.0.2.5/24\n");
+    fs::remove(root_.string() + net + "60-tesk-br0.netdev");
+    Write(net + "60-tesk-br0.7.network", "[Network]\n");
+    Write(net + "10-other.network", "changed by someone else\n");
+    Write("/etc/hostname", "new-name\n");
+    Write("/etc/resolv.conf", "nameserver 198.51.100.53\n");
+    record.PutBack();
+
+    EXPECT_EQ(followed, 1);
+    EXPECT_EQ(Read(net + "60-tesk-br0.network"), "[Network]\nDHCP=yes\n");
+    EXPECT_EQ(Read(net + "60-tesk-br0.netdev"), "[NetDev]\nName=br0\n");
+    EXPECT_FALSE(Exists(net + "60-tesk-br0.7.network"));
+    EXPECT_EQ(Read(net + "10-other.network"), "changed by someone else\n");
+    EXPECT_EQ(Read("/etc/hostname"), "old-name\n");
+    EXPECT_EQ(Read("/etc/resolv.conf"), "nameserver 192.0.2.53\n");
+    EXPECT_FALSE(record.Pending());
+    // Nothing recorded: nothing to put back, and a new change may begin.
+    record.PutBack();
+    EXPECT_EQ(followed, 1);
+    record.Begin(ChangeKind::AgentsRestart);
+    record.Finish();
+    EXPECT_FALSE(record.Pending());
+}
+
+TEST_F(FileChangeRecordTest, ADamagedRecordIsReportedNotPutBack) {
+    LinuxHost::FileChangeRecord record([](ChangeKind) { FAIL() << "nothing to follow"; });
+    fs::create_directories(root_ / "var/lib/tesk");
+    for (const char* text : {"kind managementNetwork\nowner 1\nfile /etc/hostname 900\nshort\n",
+                             "kind managementNetwork\nowner", "garbage line\n", "owner x\n"}) {
+        SCOPED_TRACE(text);
+        Write(LinuxHost::kChangeRecordFile, text);
+        EXPECT_THROW(record.Pending(), HostCtlException);
+        EXPECT_THROW(record.PutBack(), HostCtlException);
+        EXPECT_THROW(record.Begin(ChangeKind::ManagementNetwork), HostCtlException);
+    }
+}
+
+}  // namespace

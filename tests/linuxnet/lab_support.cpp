@@ -1,0 +1,131 @@
+// The lab screen tests' shared steps (lab_support.h).
+#include "tests/linuxnet/lab_support.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/harness/keys.h"
+
+namespace LabNet {
+
+namespace Key = TeskTest::Key;
+
+std::string Env(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+bool InLab() {
+    return Env("TESK_BACKEND") == "linux" && !Env("LAB_PEER_NETNS").empty();
+}
+
+TeskTest::SessionOptions LabSession() {
+    TeskTest::SessionOptions options;
+    options.cols = 100;
+    options.rows = 30;
+    for (const char* name :
+         {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "TESK_LIBVIRT_URI", "LD_PRELOAD",
+          "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR", "PAM_WRAPPER_DISABLE_DEEPBIND",
+          "UID_WRAPPER_DISABLE_DEEPBIND"})
+        if (const char* value = std::getenv(name)) options.env.emplace_back(name, value);
+    return options;
+}
+
+std::string Run(const std::string& command) {
+    std::string out;
+    if (FILE* pipe = ::popen(command.c_str(), "r")) {
+        char buffer[4096];
+        for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
+        ::pclose(pipe);
+    }
+    return out;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::string ManagementFile() {
+    return ReadFile(Env("TESK_ROOT") + "/etc/systemd/network/60-tesk-br0.network");
+}
+
+void InstallNetwork() {
+    const std::string to = Env("TESK_ROOT") + "/etc/systemd/network";
+    for (const auto& file : std::filesystem::directory_iterator(TESK_LAB_INSTALLED_NETWORK))
+        std::filesystem::copy_file(file.path(), to + "/" + file.path().filename().string(),
+                                   std::filesystem::copy_options::overwrite_existing);
+    std::system("networkctl reload");
+}
+
+bool KernelHas(ConsoleSession& console, const std::string& address, bool present) {
+    return console.waitFor(
+        [&] {
+            const bool has = Run("ip -o addr show dev br0 2>/dev/null").find(" " + address + "/") !=
+                             std::string::npos;
+            return has == present;
+        },
+        std::string("br0 to ") + (present ? "have " : "lose ") + address, std::chrono::seconds(60));
+}
+
+bool Settled(ConsoleSession& console, std::string_view text, ConsoleSession::Timeout timeout) {
+    return console.waitForText(text, timeout) && console.waitForQuiet();
+}
+
+namespace {
+
+// Waits until the caret stands on the field labelled label.
+bool CaretOn(ConsoleSession& console, std::string_view label) {
+    return console.waitFor(
+               [&] {
+                   const auto field = console.find(label);
+                   return field && console.screen().cursorVisible() &&
+                          console.screen().cursor().row == field->row;
+               },
+               "the caret on " + std::string(label)) &&
+           console.waitForQuiet(std::chrono::milliseconds(200));
+}
+
+}  // namespace
+
+bool LogIn(ConsoleSession& console) {
+    if (!console.waitForText("<F2>")) return false;
+    console.key(Key::F(2));
+    if (!CaretOn(console, "Login Name:")) return false;
+    console.key(Key::Down);
+    if (!CaretOn(console, "Password:")) return false;
+    console.type("tesk-demo");
+    console.key(Key::Enter);
+    return console.waitForText("System Customization");
+}
+
+bool Select(ConsoleSession& console, const std::string& title) {
+    console.waitForQuiet();
+    for (int i = 0; i < 14; ++i) {
+        if (console.row(1).find(title, 40) != std::string::npos) return console.waitForQuiet();
+        const std::string before = console.row(1);
+        console.key(Key::Down);
+        if (!console.waitFor([&] { return console.row(1) != before; }, "the selection to move"))
+            return false;
+    }
+    return false;
+}
+
+std::string RunNetworkTest(ConsoleSession& console) {
+    if (!Select(console, "Test Management Network")) return {};
+    console.key(Key::Enter);
+    if (!Settled(console, "Resolve Hostname")) return {};
+    console.key(Key::Enter);
+    if (!Settled(console, "Done.", std::chrono::seconds(60))) return {};
+    const std::string text = console.text();
+    console.key(Key::Enter);
+    console.waitForTextGone("Done.");
+    return text;
+}
+
+}  // namespace LabNet
