@@ -12,7 +12,7 @@
 #     conffile, no instance of the unit is enabled, and systemd-analyze
 #     verify says nothing about the installed unit;
 #   - dpkg --purge leaves every path dpkg -L listed as it was before the
-#     install.
+#     install, and takes back the login file the install made in /run.
 # The tesk package must not be installed when the check starts; it is purged
 # again however the check ends.
 set -euo pipefail
@@ -125,6 +125,9 @@ before="$work/before"
 while IFS= read -r path; do
   if [ -e "$path" ] || [ -L "$path" ]; then echo "$path"; fi
 done <"$paths" >"$before"
+marker=/run/brelt/show-tesk-login
+marker_before=no
+[ ! -e "$marker" ] || marker_before=yes
 retry_on_lock dpkg -i "$deb"
 installed=yes
 listed="$work/listed"
@@ -134,6 +137,9 @@ for file in /usr/sbin/tesk /etc/pam.d/tesk /lib/systemd/system/tesk@.service /us
   [ -e "$file" ] || fail "$file is missing after the install"
 done
 [ -x /usr/sbin/tesk ] || fail "/usr/sbin/tesk is not executable"
+if command -v systemd-tmpfiles >/dev/null 2>&1; then
+  [ -e "$marker" ] || fail "the install did not make $marker (console logins stay refused)"
+fi
 cmp -s /etc/pam.d/tesk data/pam.d/tesk || fail "/etc/pam.d/tesk differs from data/pam.d/tesk"
 dpkg-query -W -f='${Conffiles}\n' tesk | grep -q '^ /etc/pam.d/tesk ' ||
   fail "/etc/pam.d/tesk is not a conffile"
@@ -155,5 +161,6 @@ while IFS= read -r path; do
   fi
 done <"$listed"
 [ "$left" -eq 0 ] || fail "$left paths left behind by the purge"
+[ "$marker_before" = yes ] || [ ! -e "$marker" ] || fail "the purge left $marker"
 echo "purged: nothing left behind"
 echo "package check: passed"
