@@ -2,6 +2,7 @@
 // management interface, IPv6, the default gateways, and the network's
 // factory state (cleared, then set up on a new bridge with DHCP).
 #include <algorithm>
+#include <filesystem>
 
 #include "hostctl/exception.h"
 #include "linuxhost/management.h"
@@ -46,6 +47,9 @@ public:
             return;
         const std::string value = enabled ? "0" : "1";
         try {
+            // A host without sysctl settings of its own yet has no folder.
+            std::filesystem::create_directories(
+                std::filesystem::path(Tesk::Platform::HostPath(kIpv6Sysctl)).parent_path());
             Sim::ReplaceFile(Tesk::Platform::HostPath(kIpv6Sysctl),
                              "# IPv6 of the host, set by the console; counts from the next boot.\n"
                              "net.ipv6.conf.all.disable_ipv6 = " +
