@@ -116,7 +116,6 @@ public:
             // A host without NICs: a network namespace of this thread's own.
             if (::unshare(CLONE_NEWNET) != 0)
                 throw std::runtime_error("cannot make a network namespace without NICs");
-            bare_ = true;
             std::system("ip link set lo up");
         } else {
             for (const auto& [name, text] : kManagedFiles)
@@ -152,14 +151,12 @@ public:
     }
 
 private:
-    // Back in the lab host's network namespace, after a bare host.
-    void EnterLabNetwork() {
-        if (!bare_) return;
+    // In the lab host's network namespace (a bare host before left it).
+    static void EnterLabNetwork() {
         const int ns = ::open(Env("LAB_HOST_NETNS").c_str(), O_RDONLY | O_CLOEXEC);
         const bool entered = ns >= 0 && ::setns(ns, CLONE_NEWNET) == 0;
         if (ns >= 0) ::close(ns);
-        if (!entered) throw std::runtime_error("cannot go back to the lab host's network");
-        bare_ = false;
+        if (!entered) throw std::runtime_error("cannot enter the lab host's network");
     }
 
     // The root's files as the lab made them: each file written back in place
@@ -197,7 +194,6 @@ private:
 
     fs::path root_;
     fs::path pristine_;
-    bool bare_ = false;
 };
 
 }  // namespace
