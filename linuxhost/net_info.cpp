@@ -159,7 +159,13 @@ public:
     }
     HN::Ipv6Address GetIpv6ZerkelDefaultGateway() const override {
         const KernelNet net = ReadKernelNet();
-        return net.gateway6.empty() ? HN::Ipv6Address() : HN::Ipv6Address(net.gateway6);
+        if (net.gateway6.empty()) return HN::Ipv6Address();
+        HN::Ipv6Address gateway(net.gateway6);
+        // A link-local gateway is reached over its link, which names its scope.
+        const LinkFact* link = net.Link(net.gateway6Link);
+        if (gateway.IsLinkLocal() && link != nullptr)
+            return HN::Ipv6Address(net.gateway6 + "%" + link->name);
+        return gateway;
     }
     void SetIpv6ZerkelDefaultGateway(const HN::Ipv6Address& gateway) const override {
         ChangeManagement([&](ManagementConfig& c) { c.ip.SetIpv6Gateway(gateway); });
