@@ -199,8 +199,9 @@ private:
         WriteResolvConf(conf);
         ++dnsChanges;
     }
+    // The copy, read on first use; a stale copy answers until Refresh().
     LinuxDnsConfig& Data() {
-        if (IsStale()) Refresh();
+        if (!loaded_) Refresh();
         return *this;
     }
 
