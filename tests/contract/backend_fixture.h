@@ -44,6 +44,8 @@ enum class Capability {
     // Managed's second standard switch with its own uplink and Zerkel NIC,
     // and switches and port groups made beside the management network's.
     SecondStandardSwitch,
+    FirewallRulesets,    // Managed's ruleset "sshServer"
+    NewAdvancedOptions,  // an integer option made by setting it
 };
 
 // What a host's own tools and services can be made to refuse, in the ways the

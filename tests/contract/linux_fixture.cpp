@@ -28,6 +28,7 @@ namespace fs = std::filesystem;
 using TeskContract::Capability;
 using TeskContract::Shape;
 
+constexpr char kLayouts[] = "/usr/share/X11/xkb/rules/base.lst";
 constexpr char kHostAddress[] = "192.168.77.20";
 constexpr char kHostAddress6[] = "fd77::20";
 
@@ -101,6 +102,11 @@ public:
                        "made to fail one operation to order";
             case Capability::SmartCards:
                 return "the lab has no pcscd, so no reader and no card";
+            case Capability::FirewallRulesets:
+                return "a Linux host's firewall is not managed by the console";
+            case Capability::NewAdvancedOptions:
+                return "the Linux backend keeps only the advanced options it maps to its own "
+                       "settings";
             case Capability::SecondStandardSwitch:
                 return "the Linux backend keeps one bridge, the management network's, with its "
                        "one port group";
@@ -122,6 +128,12 @@ public:
                 Write(root_ / "etc/systemd/network" / name, text);
             Write(root_ / "etc/resolv.conf",
                   "search lab.test\nnameserver 192.168.77.1\nnameserver fd77::1\n");
+            // The keyboard layouts the host knows: the machine's list.
+            if (const fs::path to = root_ / fs::path(kLayouts).relative_path();
+                fs::exists(kLayouts)) {
+                fs::create_directories(to.parent_path());
+                fs::copy_file(kLayouts, to, fs::copy_options::overwrite_existing);
+            }
             Reload();
             // networkd fails an uplink whose bridge is not there yet: once
             // it is, the uplink is configured again.
