@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -37,27 +36,16 @@ std::string Env(const char* name) {
     return value ? value : "";
 }
 
-// The command's standard output.
-std::string Run(const std::string& command) {
-    std::string out;
-    if (FILE* pipe = ::popen(command.c_str(), "r")) {
-        char buffer[4096];
-        for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
-        ::pclose(pipe);
-    }
-    return out;
-}
-
 void Write(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
     std::ofstream(path, std::ios::trunc) << text;
 }
 
-// Polls until ready holds; std::runtime_error (the case fails) after a minute.
-template <typename Ready>
-void WaitFor(const std::string& what, Ready ready) {
+// Polls until the shell command succeeds; std::runtime_error (the case
+// fails) after a minute.
+void WaitFor(const std::string& what, const std::string& command) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!ready()) {
+    while (std::system(command.c_str()) != 0) {
         if (std::chrono::steady_clock::now() > end)
             throw std::runtime_error("the lab did not reach: " + what);
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
@@ -137,19 +125,13 @@ public:
             Reload();
             // networkd fails an uplink whose bridge is not there yet: once
             // it is, the uplink is configured again.
-            WaitFor("br0 made", [] { return !Run("ip -o link show dev br0 2>/dev/null").empty(); });
+            WaitFor("br0 made", "ip link show dev br0 >/dev/null 2>&1");
             std::system("networkctl reconfigure eth0");
+            // Both addresses there and no longer tentative, the link configured.
             WaitFor("br0 configured with " + std::string(kHostAddress) + " and " + kHostAddress6,
-                    [] {
-                        const std::string addresses = Run("ip -o addr show dev br0 2>/dev/null");
-                        return addresses.find(std::string(" ") + kHostAddress + "/") !=
-                                   std::string::npos &&
-                               addresses.find(std::string(" ") + kHostAddress6 + "/") !=
-                                   std::string::npos &&
-                               addresses.find("tentative") == std::string::npos &&
-                               Run("networkctl list br0 2>/dev/null").find("configured") !=
-                                   std::string::npos;
-                    });
+                    std::string("ip -o addr show dev br0 | grep -v tentative | grep -c -e ' ") +
+                        kHostAddress + "/' -e ' " + kHostAddress6 +
+                        "/' | grep -qx 2 && networkctl list br0 | grep -q ' configured'");
         }
         return LinuxHost::MakeLinuxBackend();
     }
