@@ -193,7 +193,10 @@ public:
     void InterfaceDown() override { SetUp(false); }
     void InterfaceUp() override {
         SetUp(true);
-        Networkd::Reconfigure(Index());
+        const int index = Index();
+        Networkd::Reconfigure(index);
+        // Until networkd is done, it may still change the link's state.
+        Networkd::WaitConfigured(index);
     }
 
     void RenewDhcp() override {
