@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <climits>
 #include <cstring>
@@ -69,16 +70,20 @@ std::string FileHostname() {
     return name.substr(0, name.find('.'));
 }
 
+// The DNS changes made through any configuration object: a change makes
+// every object's copy stale, not only its own.
+std::atomic<unsigned> dnsChanges{0};
+
 class LinuxDnsConfig : public HN::DnsConfig {
 public:
-    bool IsStale() const override { return !loaded_ || changed_; }
+    bool IsStale() const override { return !loaded_ || seen_ != dnsChanges; }
     void Refresh() override {
         hostname_ = ReadHostname();
         resolv_ = ReadResolvConf();
         domain_ = Options::Text("network.domain").value_or("");
         if (domain_.empty() && !resolv_.search.empty()) domain_ = resolv_.search.front();
         loaded_ = true;
-        changed_ = false;
+        seen_ = dnsChanges;
     }
     std::string GetHostname() override { return Data().hostname_; }
     std::string GetDomain() override { return Data().domain_; }
@@ -109,7 +114,7 @@ public:
                                 kHostnameFile);
         }
         Replace(kHostnameFile, hostname + "\n");
-        changed_ = true;
+        ++dnsChanges;
     }
     void SetFqdn(const std::string& fqdn, bool save, const std::string& domain) override {
         const auto dot = fqdn.find('.');
@@ -188,15 +193,16 @@ private:
         ResolvConf conf = ReadResolvConf();
         change(conf);
         WriteResolvConf(conf);
-        changed_ = true;
+        ++dnsChanges;
     }
+    // The copy, read on first use; a stale copy answers until Refresh().
     LinuxDnsConfig& Data() {
-        if (IsStale()) Refresh();
+        if (!loaded_) Refresh();
         return *this;
     }
 
     bool loaded_ = false;
-    bool changed_ = false;
+    unsigned seen_ = 0;
     std::string hostname_;
     std::string domain_;
     ResolvConf resolv_;

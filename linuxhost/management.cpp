@@ -150,6 +150,8 @@ void SaveManagement(const ManagementConfig& config) {
         DeleteLink(old->Interface());
     Networkd::Reload();
     JoinUplinks(config);
+    if (const LinkFact* link = ReadKernelNet().Link(config.Interface()))
+        Networkd::WaitConfigured(link->index);
 }
 
 void ChangeManagement(const std::function<void(ManagementConfig&)>& change) {

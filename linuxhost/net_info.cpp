@@ -2,6 +2,7 @@
 // management interface, IPv6, the default gateways, and the network's
 // factory state (cleared, then set up on a new bridge with DHCP).
 #include <algorithm>
+#include <filesystem>
 
 #include "hostctl/exception.h"
 #include "linuxhost/fail.h"
@@ -42,6 +43,9 @@ public:
             return;
         const std::string value = enabled ? "0" : "1";
         try {
+            // A host without sysctl settings of its own yet has no folder.
+            std::filesystem::create_directories(
+                std::filesystem::path(Tesk::Platform::HostPath(kIpv6Sysctl)).parent_path());
             Sim::ReplaceFile(Tesk::Platform::HostPath(kIpv6Sysctl),
                              "# IPv6 of the host, set by the console; counts from the next boot.\n"
                              "net.ipv6.conf.all.disable_ipv6 = " +
@@ -151,7 +155,13 @@ public:
     }
     HN::Ipv6Address GetIpv6ZerkelDefaultGateway() const override {
         const KernelNet net = ReadKernelNet();
-        return net.gateway6.empty() ? HN::Ipv6Address() : HN::Ipv6Address(net.gateway6);
+        if (net.gateway6.empty()) return HN::Ipv6Address();
+        HN::Ipv6Address gateway(net.gateway6);
+        // A link-local gateway is reached over its link, which names its scope.
+        const LinkFact* link = net.Link(net.gateway6Link);
+        if (gateway.IsLinkLocal() && link != nullptr)
+            return HN::Ipv6Address(net.gateway6 + "%" + link->name);
+        return gateway;
     }
     void SetIpv6ZerkelDefaultGateway(const HN::Ipv6Address& gateway) const override {
         ChangeManagement([&](ManagementConfig& c) { c.ip.SetIpv6Gateway(gateway); });

@@ -189,16 +189,19 @@ public:
     void InterfaceDown() override { SetUp(false); }
     void InterfaceUp() override {
         SetUp(true);
-        Networkd::Reconfigure(Index());
+        const int index = Index();
+        Networkd::Reconfigure(index);
+        // Until networkd is done, it may still change the link's state.
+        Networkd::WaitConfigured(index);
     }
 
     void RenewDhcp() override {
-        if (!Data().config.ip.GetUseDhcp()) Fail(name_ + " does not use DHCP");
+        if (!Current().config.ip.GetUseDhcp()) Fail(name_ + " does not use DHCP");
         Networkd::ForceRenew(Index());
         changed_ = true;
     }
     void RenewDhcpv6() override {
-        if (!Data().config.ip.GetUseIpv6Dhcp()) Fail(name_ + " does not use DHCPv6");
+        if (!Current().config.ip.GetUseIpv6Dhcp()) Fail(name_ + " does not use DHCPv6");
         Networkd::Reconfigure(Index());
         changed_ = true;
     }
@@ -233,6 +236,13 @@ private:
     const NicSnapshot& Data() {
         if (!data_) Refresh();
         return *data_;
+    }
+    // The host's configuration now, not the copy: a renewal follows what
+    // was set last, through this object or another.
+    NicSnapshot Current() const {
+        auto now = Read();
+        if (!now) Fail("The link " + name_ + " is no longer the management interface");
+        return std::move(*now);
     }
     int Index() {
         const LinkFact* link = ReadKernelNet().Link(name_);

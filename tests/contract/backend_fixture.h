@@ -41,6 +41,11 @@ enum class Capability {
     DistributedSwitches,  // Shape::ManagedOnDistributedSwitch
     InjectedFailures,     // FailOperation
     SmartCards,           // InsertSmartCard
+    // Managed's second standard switch with its own uplink and Zerkel NIC,
+    // and switches and port groups made beside the management network's.
+    SecondStandardSwitch,
+    FirewallRulesets,    // Managed's ruleset "sshServer"
+    NewAdvancedOptions,  // an integer option made by setting it
 };
 
 // What a host's own tools and services can be made to refuse, in the ways the
@@ -94,6 +99,10 @@ public:
 class BackendFixture {
 public:
     virtual ~BackendFixture() = default;
+
+    // Why no host can be made where the suite runs (every case then skips);
+    // none when it can.
+    virtual std::optional<std::string> WhyNoHost() const { return std::nullopt; }
 
     // Why the backend lacks the capability; none when it has it.
     virtual std::optional<std::string> Lacks(Capability capability) const = 0;

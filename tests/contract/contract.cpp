@@ -12,6 +12,7 @@ using HostCtl::Lib::HostCtlException;
 
 void ContractTest::SetUp() {
     fixture_ = MakeChosenFixture();
+    if (auto why = fixture_->WhyNoHost()) GTEST_SKIP() << *why;
 }
 
 void ContractTest::TearDown() {

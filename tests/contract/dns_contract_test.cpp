@@ -27,8 +27,10 @@ TEST_F(DnsContract, GatewaysAreKeptAsGiven) {
         Ipv4Address::FromHostOrder(management.GetIpv4Address().GetAddress() ^ 2);
     routing->SetZerkelDefaultGateway(inside, true);
     EXPECT_EQ(routing->GetZerkelDefaultGateway(), inside);
-    routing->SetIpv6ZerkelDefaultGateway(Ipv6Address("fe80::1%zrk0"));
-    EXPECT_EQ(routing->GetIpv6ZerkelDefaultGateway().GetScopedStringAddress(), "fe80::1%zrk0");
+    // A link-local gateway, on the management interface's link.
+    const std::string linkLocal = "fe80::1%" + Management(host())->GetName();
+    routing->SetIpv6ZerkelDefaultGateway(Ipv6Address(linkLocal));
+    EXPECT_EQ(routing->GetIpv6ZerkelDefaultGateway().GetScopedStringAddress(), linkLocal);
 
     const Ipv4Address outside = Ipv4Address::FromHostOrder(inside.GetAddress() ^ 0x80000000u);
     ExpectRefused({

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "hostctl/exception.h"
+#include "hostctl/offers.h"
 
 namespace TeskContract {
 
@@ -108,13 +109,19 @@ void System(const HostCtl::Backend& host, std::ostream& out) {
                 ? std::to_string(option->intValue)
                 : option->stringValue)
         << "\n";
-    auto cards = host.GetSmartCardInfo();
-    for (const auto& slot : cards->GetAllSlots()) {
-        out << "reader " << slot.index << " " << slot.name << " ";
-        try {
-            out << Describe(cards->GetToken(slot).userIds) << "\n";
-        } catch (const HostCtl::Lib::HostCtlException&) {
-            out << "no card\n";  // an empty reader has no token
+    // A host that does not offer the card login has no readers to ask.
+    if (const std::string why = host.WhyNotOffered(HostCtl::Feature::SmartCardLogin);
+        !why.empty()) {
+        out << "no readers: " << why << "\n";
+    } else {
+        auto cards = host.GetSmartCardInfo();
+        for (const auto& slot : cards->GetAllSlots()) {
+            out << "reader " << slot.index << " " << slot.name << " ";
+            try {
+                out << Describe(cards->GetToken(slot).userIds) << "\n";
+            } catch (const HostCtl::Lib::HostCtlException&) {
+                out << "no card\n";  // an empty reader has no token
+            }
         }
     }
     out << "running vms " << host.GetResourceInfo()->HasRunningVirtualMachines() << "\n";

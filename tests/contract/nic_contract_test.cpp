@@ -157,6 +157,8 @@ TEST_F(NicContract, InterfaceAndNicStatesDecideUsability) {
 }
 
 TEST_F(NicContract, NicTakesAPhysicalNicsMacAndMovesBetweenPortGroups) {
+    Need(Capability::SecondStandardSwitch);
+    if (IsSkipped()) return;
     auto nic = OtherNic(host());
     ASSERT_TRUE(nic);
     nic->Refresh();

@@ -45,6 +45,8 @@ PortGroup ManagementGroup(const Backend& host) {
 }
 
 TEST_F(SwitchContract, NewSwitchIsEmptyAndNewPortGroupsFollowIt) {
+    Need(Capability::SecondStandardSwitch);
+    if (IsSkipped()) return;
     auto switches = host().GetVirtualSwitchInfo();
     EXPECT_FALSE(host().GetPortset("zSwitch9")->IsValidVirtualSwitch());
     auto added = switches->AddVirtualSwitch("zSwitch9");
@@ -84,6 +86,8 @@ TEST_F(SwitchContract, NewSwitchIsEmptyAndNewPortGroupsFollowIt) {
 }
 
 TEST_F(SwitchContract, PortGroupUplinksMoveNicsBetweenSwitches) {
+    Need(Capability::SecondStandardSwitch);
+    if (IsSkipped()) return;
     const std::string pnic = UnusedPnic();
     auto s = SwitchWithGroups(pnic);
     PortGroup a = Group(host(), "Group A");
@@ -137,6 +141,8 @@ TEST_F(SwitchContract, UsedPortsAreUplinksAndActiveClients) {
     }
 
     // A Zerkel NIC connected to a group is one more client of it.
+    Need(Capability::SecondStandardSwitch);
+    if (IsSkipped()) return;
     auto s = SwitchWithGroups(UnusedPnic());
     auto nic = Management(host());
     nic->ConnectToPortGroup("Group A");
@@ -158,6 +164,8 @@ TEST_F(SwitchContract, HandlesOfAGoneSwitchFail) {
 }
 
 TEST_F(SwitchContract, RefusedSwitchChangesLeaveTheHostAlone) {
+    Need(Capability::SecondStandardSwitch);
+    if (IsSkipped()) return;
     const std::string unused = UnusedPnic();
     auto s = SwitchWithGroups(unused);
     const PortGroup management = ManagementGroup(host());

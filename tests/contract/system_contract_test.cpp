@@ -29,6 +29,8 @@ TEST_F(SystemContract, HardwareFactsAreThereAndPlausible) {
 }
 
 TEST_F(SystemContract, SmartCardReadersAndTheirTokens) {
+    Need(Capability::SmartCards);
+    if (IsSkipped()) return;
     auto cards = host().GetSmartCardInfo();
     const auto slots = cards->GetAllSlots();
     ASSERT_FALSE(slots.empty());
@@ -41,8 +43,6 @@ TEST_F(SystemContract, SmartCardReadersAndTheirTokens) {
              b.GetSmartCardInfo()->GetToken({"Reader 99", static_cast<int>(slots.size())});
          }},
     });
-    Need(Capability::SmartCards);
-    if (IsSkipped()) return;
     fixture().InsertSmartCard({"alice@CORP.EXAMPLE"});
     EXPECT_EQ(cards->GetToken(slots[0]).userIds, std::vector<std::string>{"alice@CORP.EXAMPLE"});
 }
@@ -77,6 +77,8 @@ TEST_F(SystemContract, SystemFactsOfTheManagedHost) {
     EXPECT_FALSE(host().GetUserAdvancedOptions()->HasUserOption("PXEBootEnabled"));
     host().StoreUserAccountsToCs();
 
+    Need(Capability::FirewallRulesets);
+    if (IsSkipped()) return;
     const auto ssh = info->GetFirewallRulesetById("sshServer");
     EXPECT_EQ(ssh.GetId(), "sshServer");
     EXPECT_TRUE(ssh.IsServiceControlled());
@@ -95,6 +97,8 @@ TEST_F(SystemContract, IntegerOptionsAreSetAndMadeWhenMissing) {
     options->SetIntOption(kTimeout, 300);
     EXPECT_EQ(options->GetOption(kTimeout)->intValue, 300);
 
+    Need(Capability::NewAdvancedOptions);
+    if (IsSkipped()) return;
     const char* made = "/UserVars/ContractProbe";
     EXPECT_FALSE(options->GetOption(made));
     options->SetIntOption(made, -1);
