@@ -111,8 +111,7 @@ public:
             // a wire that drops it.
             if (::sendto(sock.fd, request, sizeof request, 0, found->ai_addr, found->ai_addrlen) <
                 0) {
-                pollfd quit{Tesk::Platform::QuitDescriptor(), POLLIN, 0};
-                ::poll(&quit, quit.fd >= 0 ? 1 : 0, kWaitMs);
+                Tesk::Platform::PauseUnlessQuit(std::chrono::milliseconds(kWaitMs));
                 continue;
             }
             if (AwaitReply(sock.fd, ipv6, raw, id, static_cast<std::uint16_t>(seq))) ++answered;

@@ -75,8 +75,7 @@ bool Ask(const std::string& server, const std::string& name, int type) {
         ::send(fd, query, size, 0) != size) {
         // Not sent (the address or route is still being set up): unanswered
         // after the usual wait, as on a wire that drops it.
-        pollfd quit{Tesk::Platform::QuitDescriptor(), POLLIN, 0};
-        ::poll(&quit, quit.fd >= 0 ? 1 : 0, kWaitMs);
+        Tesk::Platform::PauseUnlessQuit(std::chrono::milliseconds(kWaitMs));
         return false;
     }
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);

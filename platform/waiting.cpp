@@ -79,6 +79,11 @@ void NotifySlowWait(bool waiting) {
     call(waiting);
 }
 
+void PauseUnlessQuit(std::chrono::milliseconds duration) {
+    pollfd quit{QuitDescriptor(), POLLIN, 0};
+    ::poll(&quit, quit.fd >= 0 ? 1 : 0, static_cast<int>(duration.count()));
+}
+
 bool WaitForInput(int fd, std::chrono::steady_clock::time_point deadline) {
     while (!QuitRequested()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(

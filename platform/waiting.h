@@ -20,6 +20,8 @@ int QuitDescriptor();
 // Waits until fd has input to read, at most until deadline; false at the
 // deadline or once a quit was noted.
 bool WaitForInput(int fd, std::chrono::steady_clock::time_point deadline);
+// Waits for duration, or less when a quit is noted meanwhile.
+void PauseUnlessQuit(std::chrono::milliseconds duration);
 // Tests only: forgets a noted quit.
 void ResetQuitRequestForTesting();
 

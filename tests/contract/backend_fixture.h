@@ -46,6 +46,12 @@ enum class Capability {
     SecondStandardSwitch,
     FirewallRulesets,    // Managed's ruleset "sshServer"
     NewAdvancedOptions,  // an integer option made by setting it
+    // A default gateway outside the management subnet, set without the check.
+    OffSubnetGateways,
+    // The hypervisor host's own factory layout: a cleared network keeps no
+    // name servers, and the automatic one is "zSwitch0" with "Management
+    // Network" and "VM Network" and the Zerkel NIC "zrk0".
+    HypervisorFactoryLayout,
 };
 
 // What a host's own tools and services can be made to refuse, in the ways the

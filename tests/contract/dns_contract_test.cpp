@@ -43,6 +43,7 @@ TEST_F(DnsContract, GatewaysAreKeptAsGiven) {
         {"the DNS settings of a stack the host lacks",
          [](const Backend& b) { b.GetDnsConfig("noSuchStack")->Refresh(); }},
     });
+    Need(Capability::OffSubnetGateways);
     routing->SetZerkelDefaultGateway(outside, false);
     EXPECT_EQ(routing->GetZerkelDefaultGateway(), outside) << "no check asked for";
 }

@@ -242,6 +242,7 @@ TEST_F(NicContract, Ipv6ChangesAtTheNextBootOnly) {
 }
 
 TEST_F(NicContract, FactoryLayoutFollowsAClearedNetwork) {
+    Need(Capability::HypervisorFactoryLayout);
     auto info = host().GetNetworkInfo();
     const auto pnics = NamesOf(info->GetPnics(PnicKind::All));
     std::string firstLinked;
