@@ -44,6 +44,7 @@ TEST_F(DnsContract, GatewaysAreKeptAsGiven) {
          [](const Backend& b) { b.GetDnsConfig("noSuchStack")->Refresh(); }},
     });
     Need(Capability::OffSubnetGateways);
+    if (IsSkipped()) return;
     routing->SetZerkelDefaultGateway(outside, false);
     EXPECT_EQ(routing->GetZerkelDefaultGateway(), outside) << "no check asked for";
 }

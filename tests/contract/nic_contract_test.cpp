@@ -243,6 +243,7 @@ TEST_F(NicContract, Ipv6ChangesAtTheNextBootOnly) {
 
 TEST_F(NicContract, FactoryLayoutFollowsAClearedNetwork) {
     Need(Capability::HypervisorFactoryLayout);
+    if (IsSkipped()) return;
     auto info = host().GetNetworkInfo();
     const auto pnics = NamesOf(info->GetPnics(PnicKind::All));
     std::string firstLinked;
