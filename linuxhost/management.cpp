@@ -150,7 +150,8 @@ void SaveManagement(const ManagementConfig& config) {
         DeleteLink(old->Interface());
     Networkd::Reload();
     JoinUplinks(config);
-    if (const LinkFact* link = ReadKernelNet().Link(config.Interface()))
+    const KernelNet after = ReadKernelNet();  // the link points into it
+    if (const LinkFact* link = after.Link(config.Interface()))
         Networkd::WaitConfigured(link->index);
 }
 

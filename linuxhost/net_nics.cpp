@@ -245,7 +245,8 @@ private:
         return std::move(*now);
     }
     int Index() {
-        const LinkFact* link = ReadKernelNet().Link(name_);
+        const KernelNet net = ReadKernelNet();  // the link points into it
+        const LinkFact* link = net.Link(name_);
         if (link == nullptr) Fail("The link " + name_ + " does not exist");
         return link->index;
     }
