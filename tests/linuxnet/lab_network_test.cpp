@@ -3,146 +3,25 @@
 // reaches the kernel and the networkd file, the network test passes and
 // fails with the peer's end of the cable down, and the factory restore
 // leaves the host on DHCP.
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "tests/harness/console_session.h"
 #include "tests/harness/keys.h"
+#include "tests/linuxnet/lab_support.h"
 
 namespace {
 
+using namespace LabNet;
 namespace Key = TeskTest::Key;
-using TeskTest::ConsoleSession;
-using TeskTest::SessionOptions;
-
-std::string Env(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
-// What the lab gives the console: its root, backend, bus and logins.
-SessionOptions LabSession() {
-    SessionOptions options;
-    options.cols = 100;
-    options.rows = 30;
-    for (const char* name :
-         {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "TESK_LIBVIRT_URI", "LD_PRELOAD",
-          "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR", "PAM_WRAPPER_DISABLE_DEEPBIND",
-          "UID_WRAPPER_DISABLE_DEEPBIND"})
-        if (const char* value = std::getenv(name)) options.env.emplace_back(name, value);
-    return options;
-}
-
-// The command's standard output.
-std::string Run(const std::string& command) {
-    std::string out;
-    if (FILE* pipe = ::popen(command.c_str(), "r")) {
-        char buffer[4096];
-        for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
-        ::pclose(pipe);
-    }
-    return out;
-}
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-std::string ManagementFile() {
-    return ReadFile(Env("TESK_ROOT") + "/etc/systemd/network/60-tesk-br0.network");
-}
-
-bool KernelHas(ConsoleSession& console, const std::string& address) {
-    return console.waitFor(
-        [&] {
-            return Run("ip -o addr show dev br0 2>/dev/null").find(" " + address + "/") !=
-                   std::string::npos;
-        },
-        "br0 to have " + address, std::chrono::seconds(60));
-}
-
-// The host as installed: the management bridge over eth0 on DHCP.
-void InstallNetwork() {
-    const std::string to = Env("TESK_ROOT") + "/etc/systemd/network";
-    for (const auto& file : std::filesystem::directory_iterator(TESK_LAB_INSTALLED_NETWORK))
-        std::filesystem::copy_file(file.path(), to + "/" + file.path().filename().string(),
-                                   std::filesystem::copy_options::overwrite_existing);
-    std::system("networkctl reload");
-}
-
-// Waits for text and for the screen to settle: a dialog drops the keys typed
-// before it took the focus.
-bool Settled(ConsoleSession& console, std::string_view text,
-             ConsoleSession::Timeout timeout = TeskTest::DefaultTimeout()) {
-    return console.waitForText(text, timeout) && console.waitForQuiet();
-}
-
-// Waits until the caret stands on the field labelled label.
-bool CaretOn(ConsoleSession& console, std::string_view label) {
-    return console.waitFor(
-               [&] {
-                   const auto field = console.find(label);
-                   return field && console.screen().cursorVisible() &&
-                          console.screen().cursor().row == field->row;
-               },
-               "the caret on " + std::string(label)) &&
-           console.waitForQuiet(std::chrono::milliseconds(200));
-}
-
-// The dialog fills in the name and drops keys typed before it is up: each key
-// waits for the caret on its field.
-bool LogIn(ConsoleSession& console) {
-    if (!console.waitForText("<F2>")) return false;
-    console.key(Key::F(2));
-    if (!CaretOn(console, "Login Name:")) return false;
-    console.key(Key::Down);
-    if (!CaretOn(console, "Password:")) return false;
-    console.type("tesk-demo");
-    console.key(Key::Enter);
-    return console.waitForText("System Customization");
-}
-
-// Moves the menu's selection (or the window's) down to the entry whose title
-// the pane shows on the second row.
-bool Select(ConsoleSession& console, const std::string& title) {
-    console.waitForQuiet();
-    for (int i = 0; i < 14; ++i) {
-        if (console.row(1).find(title, 40) != std::string::npos) return console.waitForQuiet();
-        const std::string before = console.row(1);
-        console.key(Key::Down);
-        if (!console.waitFor([&] { return console.row(1) != before; }, "the selection to move"))
-            return false;
-    }
-    return false;
-}
-
-// Runs the network test with its proposed addresses; the screen's text at the end.
-std::string RunNetworkTest(ConsoleSession& console) {
-    if (!Select(console, "Test Management Network")) return {};
-    console.key(Key::Enter);
-    if (!Settled(console, "Resolve Hostname")) return {};
-    console.key(Key::Enter);
-    if (!Settled(console, "Done.", std::chrono::seconds(60))) return {};
-    const std::string text = console.text();
-    console.key(Key::Enter);
-    console.waitForTextGone("Done.");
-    return text;
-}
 
 class LabNetwork : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (Env("TESK_BACKEND") != "linux" || Env("LAB_PEER_NETNS").empty())
-            GTEST_SKIP() << "runs in the lab (scripts/lab.sh)";
+        if (!InLab()) GTEST_SKIP() << "runs in the lab (scripts/lab.sh)";
     }
 };
 
