@@ -7,17 +7,16 @@
 //     check passes.
 //   YToStaticAddressOnTheLink: from "Y" to the kernel holding a new static
 //     address on the bridge (two addresses by turns), the checks not waited for.
-#include <sys/time.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/network/apply_rounds.h"
 #include "hostctl/backend.h"
 #include "linuxhost/backend.h"
 #include "network/apply_changes.h"
@@ -79,12 +78,7 @@ bool SetUpLab(benchmark::State& state) {
     Tesk::SetCurrentWindow(nullptr);
     // The key loops of the checks poll: each wait lasts its limit and ends
     // without a key, as on a keyboard nobody touches.
-    Tesk::Hooks().wait = [](const timeval* limit) {
-        if (!limit) throw std::runtime_error("a dialog waited for a key");
-        std::this_thread::sleep_for(std::chrono::seconds(limit->tv_sec) +
-                                    std::chrono::microseconds(limit->tv_usec));
-        return static_cast<int>(Tesk::EventTimeout);
-    };
+    TeskBench::NobodyAtTheKeyboard();
     return true;
 }
 
@@ -95,20 +89,8 @@ void TearDownLab() {
 
 void YToVerdictWithDhcp(benchmark::State& state) {
     if (!SetUpLab(state)) return;
-    const Tesk::HostContext host{HostCtl::TheBackend(), "root"};
-    int round = 0;
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto pending = Tesk::LoadPendingNetworkConfig(nullptr, host);
-        if (!pending) {
-            state.SkipWithError("the management network cannot be read");
-            break;
-        }
-        pending->changed = true;
-        pending->suffixText = "lab.test, round" + std::to_string(++round) + ".test";
-        state.ResumeTiming();
-        Tesk::SafelyApplyNetworkChanges(nullptr, host, *pending, nullptr);
-    }
+    TeskBench::TimeApplyRounds(
+        state, [](int round) { return "lab.test, round" + std::to_string(round) + ".test"; });
     if (fs::exists(Env("TESK_ROOT") + "/var/lib/tesk/change-record"))
         state.SkipWithError("a check failed");
     TearDownLab();

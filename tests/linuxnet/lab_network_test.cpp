@@ -51,9 +51,9 @@ TEST_F(LabNetwork, LeaseShownWithoutAKeyThenAStaticAddressReachesKernelAndFile) 
 
     EXPECT_TRUE(KernelHas(console, "192.168.77.50"));
     // The gateway is written by a later step of the apply than the address.
-    EXPECT_TRUE(console.waitFor(
-        [] { return ManagementFile().find("Gateway=") != std::string::npos; },
-        "the gateway in the management file", std::chrono::seconds(60)));
+    EXPECT_TRUE(
+        console.waitFor([] { return ManagementFile().find("Gateway=") != std::string::npos; },
+                        "the gateway in the management file", std::chrono::seconds(60)));
     const std::string file = ManagementFile();
     EXPECT_NE(file.find("Address=192.168.77.50/24\n"), std::string::npos) << file;
     EXPECT_NE(file.find("Gateway=192.168.77.1\n"), std::string::npos) << file;
