@@ -13,6 +13,7 @@
 #include "hostctl/exception.h"
 #include "linuxhost/backend.h"
 #include "tests/harness/console_session.h"
+#include "tests/harness/lab_environment.h"
 #include "tests/session/robustness_steps.h"
 
 namespace {
@@ -23,11 +24,7 @@ using TeskTest::SessionOptions;
 // What the lab gives the console: its root, backend, bus and logins.
 SessionOptions LabSession() {
     SessionOptions options;
-    for (const char* name :
-         {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "TESK_LIBVIRT_URI", "LD_PRELOAD",
-          "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR", "PAM_WRAPPER_DISABLE_DEEPBIND",
-          "UID_WRAPPER_DISABLE_DEEPBIND"})
-        if (const char* value = std::getenv(name)) options.env.emplace_back(name, value);
+    TeskTest::PassLabEnvironment(options);
     return options;
 }
 

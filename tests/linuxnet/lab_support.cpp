@@ -1,5 +1,6 @@
 // The lab screen tests' shared steps (lab_support.h).
 #include "tests/linuxnet/lab_support.h"
+#include "tests/harness/lab_environment.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -26,11 +27,7 @@ TeskTest::SessionOptions LabSession() {
     TeskTest::SessionOptions options;
     options.cols = 100;
     options.rows = 30;
-    for (const char* name :
-         {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "TESK_LIBVIRT_URI", "LD_PRELOAD",
-          "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR", "PAM_WRAPPER_DISABLE_DEEPBIND",
-          "UID_WRAPPER_DISABLE_DEEPBIND"})
-        if (const char* value = std::getenv(name)) options.env.emplace_back(name, value);
+    TeskTest::PassLabEnvironment(options);
     return options;
 }
 

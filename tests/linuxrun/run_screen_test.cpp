@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "tests/admin/admin_support.h"
+#include "tests/harness/lab_environment.h"
 #include "tests/linuxrun/lab_files.h"
 
 using namespace AdminTest;
@@ -17,10 +18,7 @@ namespace {
 // What the lab gives the console: its root, backend, bus and logins.
 SessionOptions LabConsole() {
     SessionOptions options = LocalConsole();
-    for (const char* name : {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "LD_PRELOAD",
-                             "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR",
-                             "PAM_WRAPPER_DISABLE_DEEPBIND", "UID_WRAPPER_DISABLE_DEEPBIND"})
-        options.env.emplace_back(name, Env(name));
+    TeskTest::PassLabEnvironment(options);
     return options;
 }
 

@@ -1,0 +1,21 @@
+// What the lab (scripts/lab.sh) gives a console started by a test inside it:
+// the lab's host root, the Linux backend, the lab's system bus and libvirt,
+// and the PAM wrapper that takes the lab's logins.
+#pragma once
+
+#include <cstdlib>
+
+#include "tests/harness/console_session.h"
+
+namespace TeskTest {
+
+// Hands the lab's variables that are set on to the console of options.
+inline void PassLabEnvironment(SessionOptions& options) {
+    for (const char* name :
+         {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "TESK_LIBVIRT_URI", "LD_PRELOAD",
+          "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR", "PAM_WRAPPER_DISABLE_DEEPBIND",
+          "UID_WRAPPER_DISABLE_DEEPBIND"})
+        if (const char* value = std::getenv(name)) options.env.emplace_back(name, value);
+}
+
+}  // namespace TeskTest
