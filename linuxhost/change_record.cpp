@@ -22,6 +22,7 @@
 
 #include "hostctl/exception.h"
 #include "linuxhost/management.h"
+#include "linuxhost/networkd_trial.h"
 #include "platform/hostroot.h"
 #include "platform/regular_file.h"
 #include "platform/syslog.h"
@@ -203,6 +204,14 @@ void FileChangeRecord::Begin(ChangeKind kind) const {
             record.files.push_back(Keep("/etc/resolv.conf"));
     }
     Save(record);
+    if (!record.ours) return;
+    try {
+        BeginTrial();
+    } catch (const HostCtlException&) {
+        DropTrial();
+        Finish();
+        throw;
+    }
 }
 
 void FileChangeRecord::SetRevertAt(std::int64_t revertAt) const {
@@ -213,6 +222,13 @@ void FileChangeRecord::SetRevertAt(std::int64_t revertAt) const {
 }
 
 void FileChangeRecord::Finish() const {
+    try {
+        KeepTrial();
+    } catch (const HostCtlException& error) {
+        // The record stays: the next start puts the previous network back.
+        Tesk::Platform::Log(LOG_ERR, "Keeping the network change failed: %s", error.what());
+        return;
+    }
     if (::unlink(HostPath(kChangeRecordFile).c_str()) != 0 && errno != ENOENT)
         Tesk::Platform::Log(LOG_ERR, "Removing %s failed: %s", kChangeRecordFile,
                             std::strerror(errno));
@@ -222,6 +238,7 @@ void FileChangeRecord::PutBack() const {
     auto record = Load();
     if (!record) return;
     if (record->ours) {
+        DropTrial();
         for (const auto& path : OurNetworkdFiles()) {
             bool kept = false;
             for (const auto& file : record->files) kept = kept || file.path == path;

@@ -4,7 +4,9 @@
 // file (/var/lib/tesk/change-record) replaced in one step. Putting back
 // rewrites those files as they were, removes the files of ours the change
 // added, and then calls the backend's hook that makes the running host follow
-// them (networkd reads its files again, the agents' units start).
+// them (networkd reads its files again, the agents' units start). A network
+// change puts its networkd files on trial (linuxhost/networkd_trial.h) from
+// Begin to Finish, which keeps them, or PutBack, which drops them.
 #pragma once
 
 #include <functional>

@@ -1,31 +1,22 @@
 #include "linuxhost/management.h"
 #include "linuxhost/fail.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <cstring>
-#include <memory>
 
 #include "hostctl/exception.h"
 #include "linuxhost/networkd_bus.h"
 #include "linuxhost/nic_facts.h"
 #include "linuxhost/options.h"
 #include "linuxhost/resolv_conf.h"
-#include "platform/hostroot.h"
-#include "platform/regular_file.h"
 #include "platform/syslog.h"
-#include "store/replace_file.h"
 
 namespace LinuxHost {
 namespace {
 
 namespace HN = HostCtl::Network;
 using HostCtl::Lib::HostCtlException;
-
-std::string PathOf(const std::string& name) {
-    return Tesk::Platform::HostPath(std::string(kNetworkdDir) + "/" + name);
-}
 
 // The bridge as the kernel has it, for a host without our files.
 ManagementConfig FromKernel(const KernelNet& net, const LinkFact& bridge) {
@@ -74,20 +65,6 @@ ManagementConfig FromKernel(const KernelNet& net, const LinkFact& bridge) {
     return c;
 }
 
-void Write(const std::string& name, const std::string& text) {
-    try {
-        Sim::ReplaceFile(PathOf(name), text, 0644);
-    } catch (const std::runtime_error& error) {
-        Fail(std::string("Writing ") + kNetworkdDir + "/" + name + " failed: " + error.what());
-    }
-}
-
-void Remove(const std::string& name) {
-    if (::unlink(PathOf(name).c_str()) != 0 && errno != ENOENT)
-        Fail(std::string("Removing ") + kNetworkdDir + "/" + name +
-             " failed: " + std::strerror(errno));
-}
-
 // networkd configures an uplink it finds before the bridge it names exists
 // as failed: once the bridge is there, such uplinks are configured again.
 void JoinUplinks(const ManagementConfig& config) {
@@ -114,20 +91,6 @@ std::string ManagementBridge() {
     return Options::Text("network.bridge").value_or("br0");
 }
 
-NetworkdFiles ReadOurFiles() {
-    NetworkdFiles files;
-    const std::string dir = Tesk::Platform::HostPath(kNetworkdDir);
-    std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(dir.c_str()), ::closedir);
-    if (!listing) return files;
-    while (const dirent* entry = ::readdir(listing.get())) {
-        const std::string name = entry->d_name;
-        if (name.rfind(kOurFilePrefix, 0) != 0) continue;
-        if (auto text = Tesk::Platform::ReadRegularFile(dir + "/" + name, nullptr, 65536))
-            files[name] = *text;
-    }
-    return files;
-}
-
 std::optional<ManagementConfig> LoadManagement(const KernelNet& net) {
     const std::string bridge = ManagementBridge();
     if (auto config = ParseNetworkd(ReadOurFiles(), bridge)) return config;
@@ -140,9 +103,7 @@ void SaveManagement(const ManagementConfig& config) {
     const KernelNet before = ReadKernelNet();
     const auto old = ParseNetworkd(ReadOurFiles(), config.bridge);
     const NetworkdFiles files = RenderNetworkd(config);
-    for (const auto& [name, text] : files) Write(name, text);
-    for (const auto& [name, text] : ReadOurFiles())
-        if (!files.contains(name)) Remove(name);
+    WriteOurFiles(files);
     const LinkFact* bridge = before.Link(config.bridge);
     if (bridge != nullptr && !config.mac.empty() && bridge->mac != config.mac)
         SetLinkMac(config.bridge, config.mac);
@@ -164,7 +125,7 @@ void ChangeManagement(const std::function<void(ManagementConfig&)>& change) {
 
 void RemoveManagement() {
     const NetworkdFiles files = ReadOurFiles();
-    for (const auto& [name, text] : files) Remove(name);
+    WriteOurFiles({});
     // networkd leaves the links of removed .netdev files in place.
     for (const auto& [name, text] : files) {
         const std::string suffix = ".netdev";

@@ -2,8 +2,10 @@
 // files, /etc/hostname and a plain resolv.conf; PutBack brings back changed
 // and removed files, drops the ones the change added and calls the hook; a
 // second Begin is refused while a change is recorded, and a damaged record is
-// reported as a host failure.
+// reported as a host failure. A network change's files are on trial under /run
+// (the previous ones stay in /etc) until it is kept or put back.
 #include "linuxhost/change_record.h"
+#include "linuxhost/networkd_trial.h"
 
 #include <unistd.h>
 
@@ -92,6 +94,45 @@ TEST_F(FileChangeRecordTest, PutBackRestoresChangedAddedAndRemovedFiles) {
     record.Begin(ChangeKind::AgentsRestart);
     record.Finish();
     EXPECT_FALSE(record.Pending());
+}
+
+TEST_F(FileChangeRecordTest, ANetworkChangeIsOnTrialUntilKeptOrPutBack) {
+    const std::string etc = "/etc/systemd/network/", run = "/run/systemd/network/";
+    const LinuxHost::NetworkdFiles before = {
+        {"60-tesk-br0.netdev", "[NetDev]\nName=br0\n"},
+        {"60-tesk-br0.network", "[Match]\nName=br0\n\n[Network]\nVLAN=br0.5\n"},
+        {"60-tesk-br0.5.network", "[Match]\nName=br0.5\n\n[Network]\nAddress=192.0.2.5/24\n"}};
+    const LinuxHost::NetworkdFiles after = {
+        {"60-tesk-br0.netdev", "[NetDev]\nName=br0\n"},
+        {"60-tesk-br0.network", "[Match]\nName=br0\n\n[Network]\nDHCP=yes\n"}};
+    for (const bool keep : {true, false}) {
+        SCOPED_TRACE(keep ? "kept" : "put back");
+        fs::remove_all(root_ / "etc/systemd/network");
+        fs::create_directories(root_ / "etc/systemd/network");
+        for (const auto& [name, text] : before) Write(etc + name, text);
+        LinuxHost::FileChangeRecord record([](ChangeKind) {});
+
+        record.Begin(ChangeKind::ManagementNetwork);
+        EXPECT_TRUE(LinuxHost::OnTrial());
+        EXPECT_EQ(LinuxHost::ReadOurFiles(), before);
+        LinuxHost::WriteOurFiles(after);
+        EXPECT_EQ(LinuxHost::ReadOurFiles(), after);
+        EXPECT_EQ(LinuxHost::ReadOurInstalledFiles(), before);
+        EXPECT_EQ(Read(run + "59-tesk-br0.network"), after.at("60-tesk-br0.network"));
+        // networkd takes the trial's file for br0.5 first: it configures nothing.
+        const std::string dropped = Read(run + "59-tesk-br0.5.network");
+        EXPECT_NE(dropped.find("[Match]\nName=br0.5\n"), std::string::npos) << dropped;
+        EXPECT_EQ(dropped.find("Address="), std::string::npos) << dropped;
+
+        if (keep)
+            record.Finish();
+        else
+            record.PutBack();
+        EXPECT_FALSE(LinuxHost::OnTrial());
+        EXPECT_FALSE(record.Pending());
+        EXPECT_EQ(LinuxHost::ReadOurInstalledFiles(), keep ? after : before);
+        EXPECT_TRUE(fs::is_empty(root_ / "run/systemd/network"));
+    }
 }
 
 TEST_F(FileChangeRecordTest, ADamagedRecordIsReportedNotPutBack) {

@@ -1,7 +1,9 @@
 // Safe apply on the lab's Linux host, through the real console: a static
 // address in the wrong subnet fails the gateway check and the end of the count
 // puts the DHCP file and the lease back (the network test then passes), and a
-// console killed during the count leaves the old network after the next start.
+// console killed during the count leaves the old network: at once when the
+// host restarts (the change's files were on trial under /run), and after the
+// console's next start.
 // The count's end is the record's deadline, which the test moves instead of
 // waiting out the count.
 #include <signal.h>
@@ -58,6 +60,19 @@ void EndTheCount() {
     std::system(("sed -i 's/^revertAt .*/revertAt 1/' " + record).c_str());
 }
 
+// The management bridge's file on trial under /run.
+std::string TrialFile() {
+    return ReadFile(Env("TESK_ROOT") + "/run/systemd/network/59-tesk-br0.network");
+}
+
+// What a restart of the host does to a trial: /run is empty again and
+// networkd reads the files of /etc.
+void RestartTheHostsNetwork() {
+    const std::string root = Env("TESK_ROOT");
+    Run("rm -f " + root + "/run/systemd/network/59-tesk-* " + root +
+        "/run/tesk/network-trial && networkctl reload");
+}
+
 class LabSafeApply : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -74,7 +89,8 @@ TEST_F(LabSafeApply, AWrongSubnetComesBackWhenTheCountEndsAndTheTestThenPasses) 
     ASSERT_TRUE(LogIn(console));
     ASSERT_TRUE(ApplyWrongSubnet(console)) << console.dump();
     EXPECT_TRUE(console.find("\"Default gateway 192.168.78.1 answers\" failed")) << console.dump();
-    EXPECT_NE(ManagementFile().find("Address=192.168.78.50/24\n"), std::string::npos);
+    EXPECT_NE(TrialFile().find("Address=192.168.78.50/24\n"), std::string::npos);
+    EXPECT_EQ(ManagementFile(), installed_);
     EXPECT_TRUE(KernelHas(console, "192.168.78.50"));
 
     EndTheCount();
@@ -82,6 +98,7 @@ TEST_F(LabSafeApply, AWrongSubnetComesBackWhenTheCountEndsAndTheTestThenPasses) 
     ASSERT_TRUE(Settled(console, "Done.", 60s)) << console.dump();
     EXPECT_FALSE(console.find("Failed.")) << console.dump();
     EXPECT_EQ(ManagementFile(), installed_);
+    EXPECT_EQ(TrialFile(), "");
     EXPECT_TRUE(KernelHas(console, "192.168.78.50", false));
     EXPECT_TRUE(KernelHas(console, "192.168.77.10"));
     console.key(Key::Enter);
@@ -101,6 +118,10 @@ TEST_F(LabSafeApply, AConsoleKilledDuringTheCountLeavesTheOldNetworkAfterTheNext
         ASSERT_TRUE(KernelHas(console, "192.168.78.50"));
         console.signal(SIGKILL);
         console.waitExit();
+        // The host restarts: the old network is back before the console runs.
+        RestartTheHostsNetwork();
+        EXPECT_TRUE(KernelHas(console, "192.168.78.50", false));
+        EXPECT_TRUE(KernelHas(console, "192.168.77.10"));
     }
     ConsoleSession next(LabSession());
     ASSERT_TRUE(next.waitForText("<F2>"));
