@@ -272,30 +272,18 @@ void ConsoleSession::type(std::string_view text, std::source_location where) {
         fail(where, "cannot type: the program " + (std::ostringstream() << exit_).str());
         return;
     }
-    auto deadline = Clock::now() + DefaultTimeout();
-    while (!text.empty()) {
-        ssize_t n = ::write(master_, text.data(), text.size());
-        if (n > 0) {
-            text.remove_prefix(static_cast<size_t>(n));
-            continue;
-        }
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            // The program is not reading; keep taking its output so that it
-            // cannot block on writing while we block on it.
-            if (RemainingMs(deadline) == 0) {
-                fail(where, "the program took no input for " +
-                                std::to_string(DefaultTimeout().count()) + " ms");
-                return;
-            }
-            pollfd p[1] = {{master_, POLLOUT, 0}};
-            ::poll(p, 1, kPollSliceMs);
-            pump(0);
-            continue;
-        }
-        fail(where, std::string("cannot type into the terminal: ") + std::strerror(errno));
-        return;
-    }
+    // While the program is not reading, the wait keeps taking its output, so
+    // that it cannot block on writing while we block on it.
+    int error = 0;
+    wait(
+        [&] {
+            ssize_t n = ::write(master_, text.data(), text.size());
+            if (n > 0) text.remove_prefix(static_cast<size_t>(n));
+            if (n < 0 && errno != EAGAIN && errno != EINTR) error = errno;
+            return text.empty() || error != 0;
+        },
+        "the program to take input", DefaultTimeout(), where, false);
+    if (error) fail(where, std::string("cannot type into the terminal: ") + std::strerror(error));
     pump(0);
 }
 
