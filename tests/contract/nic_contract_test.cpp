@@ -191,6 +191,32 @@ TEST_F(NicContract, ListingsByKindAgreeWithTheNicsAndSwitches) {
     EXPECT_EQ(info->IsZrkIpv6Enabled(), ipv6);
 }
 
+// A cleared network keeps the hardware; the automatic configuration then makes
+// the hypervisor's factory layout, once.
+TEST_F(NicContract, FactoryLayoutFollowsAClearedNetwork) {
+    Need(Capability::HypervisorFactoryLayout);
+    if (IsSkipped()) return;
+    auto info = host().GetNetworkInfo();
+    const auto pnics = NamesOf(info->GetPnics());
+    info->ClearNetworkConfig();
+    EXPECT_TRUE(host().GetZerkelNicInfo()->GetZerkelNics().empty());
+    EXPECT_TRUE(host().GetDnsConfig("defaultNetStack")->GetNameServers().empty());
+    EXPECT_EQ(NamesOf(info->GetPnics()), pnics);
+    info->AutoConfigNetwork();
+    auto switches = host().GetVirtualSwitchInfo()->GetVirtualSwitches();
+    ASSERT_EQ(switches.size(), 1u);
+    EXPECT_EQ(switches[0]->GetName(), "zSwitch0");
+    EXPECT_EQ(switches[0]->GetPortGroups(),
+              (std::vector<std::string>{"Management Network", "VM Network"}));
+    info->UpdateManagementInterface();
+    auto nic = Management(host());
+    EXPECT_EQ(nic->GetName(), "zrk0");
+    EXPECT_EQ(nic->GetPortConnection().GetPortGroup().GetName(), "Management Network");
+    EXPECT_TRUE(nic->GetConfiguredIpConfig().GetUseDhcp());
+    ExpectRefused({{"a second automatic configuration",
+                    [](const Backend& b) { b.GetNetworkInfo()->AutoConfigNetwork(); }}});
+}
+
 TEST_F(BareNicContract, NoNetworkNoManagementInterfaceNoAutomaticConfiguration) {
     auto info = host().GetNetworkInfo();
     EXPECT_TRUE(info->GetPnics().empty());

@@ -189,15 +189,9 @@ public:
 
 private:
     static const char* Profile(Shape shape) {
-        switch (shape) {
-            case Shape::Managed:
-                return "default";
-            case Shape::ManagedOnDistributedSwitch:
-                return "qds";
-            case Shape::Bare:
-                return "nonic";
-        }
-        return "default";
+        return shape == Shape::Bare                         ? "nonic"
+               : shape == Shape::ManagedOnDistributedSwitch ? "qds"
+                                                            : "default";
     }
     static std::string Name(Service service) {
         return service == Service::Shell ? "KovaShell" : "SSH";
