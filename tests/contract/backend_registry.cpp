@@ -16,33 +16,23 @@ std::map<std::string, FixtureMaker>& Registry() {
     return registry;
 }
 
-FixtureMaker& Chosen() {
-    static FixtureMaker chosen;
-    return chosen;
-}
-
-std::string Names() {
-    std::string names;
-    for (const auto& [name, make] : Registry()) names += (names.empty() ? "" : ", ") + name;
-    return names.empty() ? "none" : names;
-}
+FixtureMaker chosen;
 
 // Picks the backend by name (empty: the only one built); false with a
 // message when that cannot be done.
 bool Choose(const std::string& name) {
-    auto& registry = Registry();
-    if (name.empty() && registry.size() == 1) {
-        Chosen() = registry.begin()->second;
+    const auto& registry = Registry();
+    const auto it = name.empty() && registry.size() == 1 ? registry.begin() : registry.find(name);
+    if (it != registry.end()) {
+        chosen = it->second;
         return true;
     }
-    if (auto it = registry.find(name); it != registry.end()) {
-        Chosen() = it->second;
-        return true;
-    }
+    std::string built;
+    for (const auto& entry : registry) built += (built.empty() ? "" : ", ") + entry.first;
     std::cerr << "contract_test: "
               << (name.empty() ? "name a backend with --backend=NAME"
                                : "no backend \"" + name + "\" was built")
-              << " (built: " << Names() << ")\n";
+              << " (built: " << (built.empty() ? "none" : built) << ")\n";
     return false;
 }
 
@@ -54,7 +44,7 @@ bool RegisterBackend(const std::string& name, FixtureMaker make) {
 }
 
 std::unique_ptr<BackendFixture> MakeChosenFixture() {
-    return Chosen()();
+    return chosen();
 }
 
 }  // namespace TeskContract

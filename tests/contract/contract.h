@@ -70,29 +70,17 @@ private:
 
 // The test suites of the shapes; each domain's file derives its own from one
 // of them ("class DnsContract : public OnManagedHost {};").
-class OnManagedHost : public ContractTest {
+template <Shape shape>
+class OnHost : public ContractTest {
 protected:
     void SetUp() override {
         ContractTest::SetUp();
-        Start(Shape::Managed);
+        Start(shape);
     }
 };
-
-class OnBareHost : public ContractTest {
-protected:
-    void SetUp() override {
-        ContractTest::SetUp();
-        Start(Shape::Bare);
-    }
-};
-
-class OnDistributedSwitchHost : public ContractTest {
-protected:
-    void SetUp() override {
-        ContractTest::SetUp();
-        Start(Shape::ManagedOnDistributedSwitch);
-    }
-};
+using OnManagedHost = OnHost<Shape::Managed>;
+using OnBareHost = OnHost<Shape::Bare>;
+using OnDistributedSwitchHost = OnHost<Shape::ManagedOnDistributedSwitch>;
 
 // The suite of the cases that arrange host conditions on a managed host;
 // they skip when the backend's fixture cannot.

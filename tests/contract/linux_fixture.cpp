@@ -134,10 +134,9 @@ public:
             // setupcon, which applies a layout to the machine's own console,
             // is a stand-in in the root (the runner resolves /bin under it).
             Write(root_ / "bin/setupcon", "#!/bin/sh\nexit 0\n");
-            fs::permissions(root_ / "bin/setupcon", fs::perms::owner_all | fs::perms::group_read |
-                                                         fs::perms::group_exec |
-                                                         fs::perms::others_read |
-                                                         fs::perms::others_exec);
+            fs::permissions(root_ / "bin/setupcon",
+                            fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                fs::perms::others_read | fs::perms::others_exec);
             Reload();
             // networkd fails an uplink whose bridge is not there yet: once
             // it is, the uplink is configured again.

@@ -2,9 +2,9 @@
 // echo test of the management network test, new port groups on standard
 // switches, and the network-virtualisation operations agent (its version and
 // the move of a Zerkel NIC).
-#include <map>
+#include <algorithm>
+#include <functional>
 #include <memory>
-#include <set>
 #include <string>
 #include <thread>
 
@@ -15,149 +15,124 @@ namespace {
 using namespace TeskContract;
 namespace HN = HostCtl::Network;
 
-class NetworkContract : public OnManagedHostWithConditions {
-protected:
-    // Recovers from the last case, then makes the host refuse what, if given.
-    void Arrange(std::optional<HostRefusal> what) {
+class NetworkContract : public OnManagedHostWithConditions {};
+
+// The port group of a Zerkel NIC ("" when it is on none).
+std::string NicGroup(const HostCtl::Backend& host, const std::string& name) {
+    for (const auto& nic : host.GetZerkelNicInfo()->GetZerkelNics())
+        if (nic->GetName() == name &&
+            nic->GetPortConnection().GetType() == HN::ConnectionType::PortGroup)
+            return nic->GetPortConnection().GetPortGroup().GetName();
+    return "";
+}
+
+bool HasGroup(const HostCtl::Backend& host, const std::string& vswitch, const std::string& group) {
+    const auto groups = host.GetPortset(vswitch)->GetPortGroups();
+    return std::find(groups.begin(), groups.end(), group) != groups.end();
+}
+
+// The echo test (from a worker thread, with an object made before the thread
+// started), a new port group and the move of a Zerkel NIC around the stopped
+// operations agent: each answers whether it worked, a failure being an answer
+// and not an exception, and ran its tool; what did not work changed nothing,
+// and an agent that ran before runs afterwards.
+TEST_F(NetworkContract, HostActionsAnswerWhetherTheyWorked) {
+    using B = const HostCtl::Backend&;
+    const auto ping = [](const char* target) {
+        return [target](B b) {
+            std::shared_ptr<const HN::Pinger> pinger = b.GetPinger();
+            bool answered = false;
+            std::thread([&answered, pinger, target] { answered = pinger->Ping(target); }).join();
+            return answered;
+        };
+    };
+    const auto create = [](const char* group, const char* vswitch) {
+        return [=](B b) { return b.GetPortGroupCreator()->CreatePortGroup(group, vswitch); };
+    };
+    const auto migrate = [](const char* nic, const char* group) {
+        return [=](B b) { return b.GetOperationsAgent()->MigrateZrkNic(nic, group); };
+    };
+    struct Case {
+        const char* what;
+        std::optional<HostRefusal> arrange;
+        std::function<bool(B)> act;
+        bool worked;
+        std::string ran;
+        std::function<bool(B)> changed = {};  // what a working call changes
+    };
+    const std::string add = "kovacli network vswitch standard portgroup add -p ";
+    const std::string move = "/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch -m -p ";
+    const Case cases[] = {
+        {"the IPv4 gateway", {}, ping("192.168.10.1"), true, "zrkping -c 3 192.168.10.1"},
+        {"the IPv6 gateway", {}, ping("2001:db8:10::1"), true, "zrkping -c 3 2001:db8:10::1"},
+        {"an address nobody has", {}, ping("192.0.2.1"), false, "zrkping -c 3 192.0.2.1"},
+        {"a ping that fails", HostRefusal::Ping, ping("192.168.10.1"), false,
+         "zrkping -c 3 192.168.10.1"},
+        {"a new port group",
+         {},
+         create("Backup Net", "zSwitch1"),
+         true,
+         add + "Backup Net -v zSwitch1",
+         [](B b) { return HasGroup(b, "zSwitch1", "Backup Net"); }},
+        {"a name another switch has",
+         {},
+         create("VM Network", "zSwitch1"),
+         false,
+         add + "VM Network -v zSwitch1"},
+        {"a name the switch has",
+         {},
+         create("Storage Network", "zSwitch1"),
+         false,
+         add + "Storage Network -v zSwitch1"},
+        {"a switch the host lacks",
+         {},
+         create("Spare Net", "zSwitch9"),
+         false,
+         add + "Spare Net -v zSwitch9"},
+        {"a host that fails a port group", HostRefusal::PortGroupCreation,
+         create("Spare Net", "zSwitch0"), false, add + "Spare Net -v zSwitch0"},
+        {"a NIC onto a port group",
+         {},
+         migrate("zrk1", "VM Network"),
+         true,
+         move + "VM Network -I zrk1",
+         [](B b) { return NicGroup(b, "zrk1") == "VM Network"; }},
+        {"a port group the host lacks",
+         {},
+         migrate("zrk1", "No Such Group"),
+         false,
+         move + "No Such Group -I zrk1"},
+        {"a failing move", HostRefusal::Migration, migrate("zrk0", "Storage Network"), false,
+         move + "Storage Network -I zrk0"},
+        {"an agent that cannot be stopped", HostRefusal::AgentStop, migrate("zrk0", "VM Network"),
+         true, move + "VM Network -I zrk0",
+         [](B b) { return NicGroup(b, "zrk0") == "VM Network"; }},
+    };
+    conditions().InstallOperationsAgent("3.1.0-2");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
         fixture().Recover();
-        if (what) conditions().Refuse(*what);
-    }
-    // The last tool run names line and ended as expected.
-    void ExpectRan(const std::string& line, bool succeeded) {
-        EXPECT_EQ(conditions().LastToolRun(), line + (succeeded ? " succeeded" : " failed"));
-    }
-};
-
-// Every standard switch's port groups, by switch.
-std::map<std::string, std::set<std::string>> PortGroups(const HostCtl::Backend& backend) {
-    std::map<std::string, std::set<std::string>> groups;
-    for (const auto& vswitch : backend.GetVirtualSwitchInfo()->GetVirtualSwitches()) {
-        const auto names = vswitch->GetPortGroups();
-        groups[vswitch->GetName()] = {names.begin(), names.end()};
-    }
-    return groups;
-}
-
-// Every Zerkel NIC's port group ("" when it is on none).
-std::map<std::string, std::string> NicPortGroups(const HostCtl::Backend& backend) {
-    std::map<std::string, std::string> groups;
-    for (const auto& nic : backend.GetZerkelNicInfo()->GetZerkelNics(HN::PortsetKind::All)) {
-        const HN::ConnectionPoint point = nic->GetPortConnection();
-        groups[nic->GetName()] =
-            point.GetType() == HN::ConnectionType::PortGroup ? point.GetPortGroup().GetName() : "";
-    }
-    return groups;
-}
-
-// The echo test answers whether the target answered, from a worker thread,
-// with an object made before the thread started; a failure is an answer, not
-// an exception.
-TEST_F(NetworkContract, PingAnswersWhetherTheTargetAnswered) {
-    struct Case {
-        const char* what;
-        const char* target;
-        std::optional<HostRefusal> arrange;
-        bool answered;
-    };
-    const Case cases[] = {
-        {"the IPv4 gateway", "192.168.10.1", {}, true},
-        {"the IPv6 gateway", "2001:db8:10::1", {}, true},
-        {"an address nobody has", "192.0.2.1", {}, false},
-        {"a text that is no address", "no-such-address", {}, false},
-        {"a ping that fails", "192.168.10.1", HostRefusal::Ping, false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        Arrange(c.arrange);
-        const auto before = NicPortGroups(host());
-        std::shared_ptr<const HN::Pinger> pinger = host().GetPinger();
-        bool answered = !c.answered;
-        std::thread([&answered, pinger, target = std::string(c.target)] {
-            answered = pinger->Ping(target);
-        }).join();
-        EXPECT_EQ(answered, c.answered);
-        EXPECT_EQ(NicPortGroups(host()), before);
-        ExpectRan(std::string("zrkping -c 3 ") + c.target, c.answered);
-    }
-}
-
-// A new port group lands on the switch it was asked for; every refusal leaves
-// all switches' port groups as they were.
-TEST_F(NetworkContract, CreatePortGroupAddsOnlyANewNameToAnExistingSwitch) {
-    struct Case {
-        const char* what;
-        const char* group;
-        const char* vswitch;
-        std::optional<HostRefusal> arrange;
-        bool created;
-    };
-    const Case cases[] = {
-        {"a new name", "Backup Net", "zSwitch1", {}, true},
-        {"a name another switch has", "VM Network", "zSwitch1", {}, false},
-        {"a name the switch has", "Storage Network", "zSwitch1", {}, false},
-        {"a switch the host lacks", "Spare Net", "zSwitch9", {}, false},
-        {"a host that fails it", "Spare Net", "zSwitch0", HostRefusal::PortGroupCreation, false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        Arrange(c.arrange);
-        auto expected = PortGroups(host());
-        if (c.created) expected[c.vswitch].insert(c.group);
-
-        EXPECT_EQ(host().GetPortGroupCreator()->CreatePortGroup(c.group, c.vswitch), c.created);
-        EXPECT_EQ(PortGroups(host()), expected);
-        ExpectRan(std::string("kovacli network vswitch standard portgroup add -p ") + c.group +
-                      " -v " + c.vswitch,
-                  c.created);
+        if (c.arrange) conditions().Refuse(*c.arrange);
+        const std::string before = HostView(host());
+        EXPECT_EQ(c.act(host()), c.worked);
+        if (c.worked && c.changed)
+            EXPECT_TRUE(c.changed(host()));
+        else
+            EXPECT_EQ(HostView(host()), before);
+        EXPECT_EQ(conditions().LastToolRun(), c.ran + (c.worked ? " succeeded" : " failed"));
+        EXPECT_TRUE(conditions().OperationsAgentRunning());
     }
 }
 
 // Only an agent of major version 3 or later counts; asking changes nothing.
 TEST_F(NetworkContract, OperationsAgentCountsFromMajorVersion3) {
-    struct Case {
-        const char* version;
-        bool present;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, bool> cases[] = {
         {nullptr, false}, {"2.9.1-1", false}, {"3.1.0-2", true}, {"10.0.0-1", true}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.version ? c.version : "not installed");
-        conditions().InstallOperationsAgent(c.version);
-        EXPECT_EQ(host().GetOperationsAgent()->IsVersion3Present(), c.present);
-        EXPECT_EQ(conditions().OperationsAgentRunning(), true);
-    }
-}
-
-// The move connects the NIC to the port group or leaves every NIC where it
-// was; either way an agent that ran before runs afterwards.
-TEST_F(NetworkContract, MigrateZrkNicMovesTheNicAroundTheStoppedAgent) {
-    struct Case {
-        const char* what;
-        const char* nic;
-        const char* group;
-        std::optional<HostRefusal> arrange;
-        bool migrated;
-    };
-    const Case cases[] = {
-        {"a NIC onto a port group", "zrk1", "VM Network", {}, true},
-        {"a port group the host lacks", "zrk1", "No Such Group", {}, false},
-        {"a NIC the host lacks", "zrk9", "VM Network", {}, false},
-        {"a failing move", "zrk0", "Storage Network", HostRefusal::Migration, false},
-        {"an agent that cannot be stopped", "zrk0", "VM Network", HostRefusal::AgentStop, true},
-    };
-    conditions().InstallOperationsAgent("3.1.0-2");
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        Arrange(c.arrange);
-        auto expected = NicPortGroups(host());
-        if (c.migrated) expected[c.nic] = c.group;
-
-        EXPECT_EQ(host().GetOperationsAgent()->MigrateZrkNic(c.nic, c.group), c.migrated);
-        EXPECT_EQ(NicPortGroups(host()), expected);
+    for (const auto& [version, present] : cases) {
+        SCOPED_TRACE(version ? version : "not installed");
+        conditions().InstallOperationsAgent(version);
+        EXPECT_EQ(host().GetOperationsAgent()->IsVersion3Present(), present);
         EXPECT_TRUE(conditions().OperationsAgentRunning());
-        ExpectRan(std::string("/usr/lib64/brelt/plex-opsagent/bin/plexcfg-vswitch -m -p ") +
-                      c.group + " -I " + c.nic,
-                  c.migrated);
     }
 }
 

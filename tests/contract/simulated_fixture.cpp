@@ -45,23 +45,9 @@ std::string FaultName(const std::string& operation) {
         {"Backend.StoreUserAccountsToCs", "authentication.storeUserAccountsToCs"},
     };
     static const std::map<std::string_view, std::string_view> kInterfaces = {
-        {"NetworkInfo", "network"},
-        {"ZerkelNicInfo", "zrkNicInfo"},
-        {"VirtualSwitchInfo", "vswitchInfo"},
-        {"Portset", "vswitch"},
-        {"NamedPortGroup", "portGroup"},
-        {"QdsSwitch", "qds"},
-        {"RoutingInfo", "routing"},
-        {"DnsConfig", "dns"},
-        {"HardwareInfo", "hardware"},
-        {"CpuInfo", "cpu"},
-        {"MemoryInfo", "memory"},
-        {"SmartCardInfo", "smartCard"},
-        {"SystemInfo", "system"},
-        {"FirewallRuleset", "firewall"},
-        {"ResourceInfo", "resource"},
-        {"AdvancedOption", "adv"},
-        {"UserAdvancedOption", "adv"},
+        {"NetworkInfo", "network"}, {"VirtualSwitchInfo", "vswitchInfo"}, {"Portset", "vswitch"},
+        {"QdsSwitch", "qds"},       {"RoutingInfo", "routing"},           {"DnsConfig", "dns"},
+        {"SystemInfo", "system"},   {"FirewallRuleset", "firewall"},
     };
     if (auto own = kOperations.find(operation); own != kOperations.end())
         return std::string(own->second);
@@ -203,15 +189,9 @@ public:
 
 private:
     static const char* Profile(Shape shape) {
-        switch (shape) {
-            case Shape::Managed:
-                return "default";
-            case Shape::ManagedOnDistributedSwitch:
-                return "qds";
-            case Shape::Bare:
-                return "nonic";
-        }
-        return "default";
+        return shape == Shape::Bare                         ? "nonic"
+               : shape == Shape::ManagedOnDistributedSwitch ? "qds"
+                                                            : "default";
     }
     static std::string Name(Service service) {
         return service == Service::Shell ? "KovaShell" : "SSH";

@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/ioctl.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -16,6 +15,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -32,8 +32,6 @@ namespace {
 // Longest a wait polls before it looks at its condition again.
 constexpr int kPollSliceMs = 20;
 
-constexpr const char kSanitizerLogName[] = "sanitizer";
-
 int RemainingMs(Clock::time_point deadline) {
     auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
@@ -44,38 +42,28 @@ int RemainingMs(Clock::time_point deadline) {
 std::string Escaped(std::string_view bytes) {
     std::string out;
     for (unsigned char c : bytes) {
-        if (c == '\\') {
-            out += "\\\\";
-        } else if (c == '\n') {
-            out += "\\n";
-        } else if (c == '\r') {
-            out += "\\r";
-        } else if (c == 0x1b) {
-            out += "\\e";
-        } else if (c < 0x20 || c == 0x7f) {
-            char hex[8];
-            std::snprintf(hex, sizeof hex, "\\x%02x", c);
-            out += hex;
-        } else {
-            out += static_cast<char>(c);
-        }
+        char hex[8];
+        std::snprintf(hex, sizeof hex, "\\x%02x", c);
+        out += c == 0x1b ? "\\e" : c < 0x20 || c == 0x7f || c == '\\' ? hex : std::string(1, c);
     }
     return out;
 }
 
-void SetEnv(std::vector<std::pair<std::string, std::string>>& env, const std::string& name,
-            const std::string& value) {
-    for (auto& [n, v] : env) {
-        if (n == name) {
-            v = value;
-            return;
-        }
-    }
-    env.emplace_back(name, value);
-}
-
 [[noreturn]] void ThrowErrno(const std::string& what) {
     throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+// Types Ctrl-S into a terminal nobody has yet read from and waits until its
+// line discipline has stopped the output: the slave takes no more bytes.
+bool StopOutput(int master, int slave) {
+    if (::write(master, "\x13", 1) != 1) return false;
+    const auto deadline = Clock::now() + DefaultTimeout();
+    while (Clock::now() < deadline) {
+        pollfd out{slave, POLLOUT, 0};
+        if (::poll(&out, 1, 0) == 0) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
 }
 
 }  // namespace
@@ -95,86 +83,63 @@ std::ostream& operator<<(std::ostream& out, const ExitStatus& status) {
 
 ConsoleSession::ConsoleSession(const SimRoot& root, SessionOptions options,
                                std::source_location where)
-    : options_(std::move(options)),
-      started_(where),
-      root_(&root),
-      screen_(options_.cols, options_.rows) {
-    start(root_);
-}
+    : ConsoleSession(&root, std::move(options), where) {}
 
 ConsoleSession::ConsoleSession(SessionOptions options, std::source_location where)
-    : options_(std::move(options)), started_(where), screen_(options_.cols, options_.rows) {
-    start(nullptr);
-}
+    : ConsoleSession(nullptr, std::move(options), where) {}
 
-void ConsoleSession::start(const SimRoot* root) {
+ConsoleSession::ConsoleSession(const SimRoot* root, SessionOptions options,
+                               std::source_location where)
+    : options_(std::move(options)),
+      started_(where),
+      root_(root),
+      screen_(options_.cols, options_.rows) {
     try {
-        launch(root);
+        launch();
     } catch (...) {
         // The destructor does not run for a session that never started.
         if (master_ >= 0) ::close(master_);
-        master_ = -1;
         throw;
     }
 }
 
-namespace {
-
-// Types Ctrl-S into a terminal nobody has yet read from and waits until its
-// line discipline has stopped the output: the slave takes no more bytes.
-bool StopOutput(int master, int slave) {
-    if (::write(master, "\x13", 1) != 1) return false;
-    const auto deadline = Clock::now() + DefaultTimeout();
-    while (Clock::now() < deadline) {
-        pollfd out{slave, POLLOUT, 0};
-        if (::poll(&out, 1, 0) == 0) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return false;
-}
-
-}  // namespace
-
-void ConsoleSession::launch(const SimRoot* root) {
+void ConsoleSession::launch() {
     const SessionOptions& options = options_;
     const std::string program = options.program.empty() ? TeskBinary() : options.program;
 
     // The environment is made from nothing, so that the developer's own
     // settings never reach the program.
-    std::vector<std::pair<std::string, std::string>> env = {
+    std::map<std::string, std::string> env = {
         {"PATH", "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"},
         {"TERM", options.term},
     };
-    if (options.sshClient) SetEnv(env, "SSH_CLIENT", *options.sshClient);
-    if (root) {
-        SetEnv(env, "TESK_ROOT", root->path());
-        sanitizerPrefix_ = root->path(std::string("/tmp/") + kSanitizerLogName);
+    if (options.sshClient) env["SSH_CLIENT"] = *options.sshClient;
+    if (root_) {
+        env["TESK_ROOT"] = root_->path();
+        sanitizerPrefix_ = root_->path("/tmp/sanitizer");
         if (options.pamWrapper) {
             // As the simulated host starts the console: PAM through pam_wrapper
             // with the root's own service file and user database.
-            SetEnv(env, "LD_PRELOAD", "libpam_wrapper.so");
-            SetEnv(env, "PAM_WRAPPER", "1");
-            SetEnv(env, "PAM_WRAPPER_SERVICE_DIR", root->path("/etc/simhost/pam.d"));
-            SetEnv(env, "PAM_WRAPPER_DISABLE_DEEPBIND", "1");
-            SetEnv(env, "UID_WRAPPER_DISABLE_DEEPBIND", "1");
+            env["LD_PRELOAD"] = "libpam_wrapper.so";
+            env["PAM_WRAPPER"] = "1";
+            env["PAM_WRAPPER_SERVICE_DIR"] = root_->path("/etc/simhost/pam.d");
+            env["PAM_WRAPPER_DISABLE_DEEPBIND"] = "1";
+            env["UID_WRAPPER_DISABLE_DEEPBIND"] = "1";
         }
     }
     // A sanitizer build with pam_wrapper preloaded would refuse to start
     // without verify_asan_link_order=0. The console sends its stderr to
     // /dev/null, so reports go to files in the root, where the session finds them.
     auto sanitizer = [&](const char* name, const std::string& defaults) {
-        if (const char* own = std::getenv(name)) {
-            SetEnv(env, name, own);
-        } else {
-            std::string value = defaults;
-            if (!sanitizerPrefix_.empty()) value += ":log_path=" + sanitizerPrefix_;
-            SetEnv(env, name, value);
-        }
+        const char* own = std::getenv(name);
+        env[name] =
+            own ? own
+                : defaults + (sanitizerPrefix_.empty() ? "" : ":log_path=" + sanitizerPrefix_);
     };
     sanitizer("ASAN_OPTIONS", "verify_asan_link_order=0");
     sanitizer("UBSAN_OPTIONS", "print_stacktrace=1");
-    if (const char* lsan = std::getenv("LSAN_OPTIONS")) SetEnv(env, "LSAN_OPTIONS", lsan);
-    for (const auto& [name, value] : options.env) SetEnv(env, name, value);
+    if (const char* lsan = std::getenv("LSAN_OPTIONS")) env["LSAN_OPTIONS"] = lsan;
+    for (const auto& [name, value] : options.env) env[name] = value;
 
     // Everything the child needs is made before fork: after it, the child
     // only calls functions that are safe there.
@@ -207,20 +172,10 @@ void ConsoleSession::launch(const SimRoot* root) {
         throw std::runtime_error("the terminal's output did not stop on Ctrl-S");
     }
 
-    int execPipe[2];
-    if (::pipe2(execPipe, O_CLOEXEC) != 0) {
-        ::close(slave);
-        ThrowErrno("pipe2");
-    }
-
-    pid_ = ::fork();
-    if (pid_ < 0) {
+    if (::access(program.c_str(), X_OK) != 0 || (pid_ = ::fork()) < 0) {
         int e = errno;
         ::close(slave);
-        ::close(execPipe[0]);
-        ::close(execPipe[1]);
-        errno = e;
-        ThrowErrno("fork");
+        throw std::runtime_error("cannot start " + program + ": " + std::strerror(e));
     }
     if (pid_ == 0) {
         // The program gets ordinary signal handling whatever the test runner
@@ -238,38 +193,10 @@ void ConsoleSession::launch(const SimRoot* root) {
         ::dup2(slave, 2);
         if (slave > 2) ::close(slave);
         ::execve(argv[0], argv.data(), envp.data());
-        int e = errno;
-        ssize_t ignored = ::write(execPipe[1], &e, sizeof e);
-        (void)ignored;
         ::_exit(127);
     }
     ::close(slave);
-    ::close(execPipe[1]);
-    int execErrno = 0;
-    ssize_t n;
-    while ((n = ::read(execPipe[0], &execErrno, sizeof execErrno)) < 0 && errno == EINTR) {
-    }
-    ::close(execPipe[0]);
-    if (n == sizeof execErrno) {
-        reap(true);
-        ::close(master_);
-        master_ = -1;
-        throw std::runtime_error("cannot start " + program + ": " + std::strerror(execErrno));
-    }
-
-    int flags = ::fcntl(master_, F_GETFL);
-    ::fcntl(master_, F_SETFL, flags | O_NONBLOCK);
-#ifdef SYS_pidfd_open
-    pidfd_ = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
-#endif
-    if (options.answerQueries) {
-        screen_.setAnswerSink([this](std::string_view answer) {
-            // Short answers into an almost empty input queue; a lost answer
-            // only makes the program wait for it.
-            ssize_t ignored = ::write(master_, answer.data(), answer.size());
-            (void)ignored;
-        });
-    }
+    ::fcntl(master_, F_SETFL, ::fcntl(master_, F_GETFL) | O_NONBLOCK);
     lastOutput_ = Clock::now();
 }
 
@@ -285,7 +212,6 @@ ConsoleSession::~ConsoleSession() {
         }
     }
     if (master_ >= 0) ::close(master_);
-    if (pidfd_ >= 0) ::close(pidfd_);
     if (options_.failOnSanitizerReport) {
         std::string reports = sanitizerReports();
         if (!reports.empty())
@@ -346,30 +272,18 @@ void ConsoleSession::type(std::string_view text, std::source_location where) {
         fail(where, "cannot type: the program " + (std::ostringstream() << exit_).str());
         return;
     }
-    auto deadline = Clock::now() + DefaultTimeout();
-    while (!text.empty()) {
-        ssize_t n = ::write(master_, text.data(), text.size());
-        if (n > 0) {
-            text.remove_prefix(static_cast<size_t>(n));
-            continue;
-        }
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            // The program is not reading; keep taking its output so that it
-            // cannot block on writing while we block on it.
-            if (RemainingMs(deadline) == 0) {
-                fail(where, "the program took no input for " +
-                                std::to_string(DefaultTimeout().count()) + " ms");
-                return;
-            }
-            pollfd p[1] = {{master_, POLLOUT, 0}};
-            ::poll(p, 1, kPollSliceMs);
-            pump(0);
-            continue;
-        }
-        fail(where, std::string("cannot type into the terminal: ") + std::strerror(errno));
-        return;
-    }
+    // While the program is not reading, the wait keeps taking its output, so
+    // that it cannot block on writing while we block on it.
+    int error = 0;
+    wait(
+        [&] {
+            ssize_t n = ::write(master_, text.data(), text.size());
+            if (n > 0) text.remove_prefix(static_cast<size_t>(n));
+            if (n < 0 && errno != EAGAIN && errno != EINTR) error = errno;
+            return text.empty() || error != 0;
+        },
+        "the program to take input", DefaultTimeout(), where, false);
+    if (error) fail(where, std::string("cannot type into the terminal: ") + std::strerror(error));
     pump(0);
 }
 
@@ -378,13 +292,19 @@ void ConsoleSession::keys(std::initializer_list<std::string_view> keys,
     for (auto k : keys) type(k, where);
 }
 
-bool ConsoleSession::waitFor(const std::function<bool()>& condition, std::string_view what,
-                             Timeout timeout, std::source_location where) {
+bool ConsoleSession::wait(const std::function<bool()>& condition, const std::string& what,
+                          Timeout timeout, std::source_location where, bool endsAtExit) {
     auto deadline = Clock::now() + timeout;
     for (;;) {
-        while (pump(0)) {
-        }
+        drain();
         if (condition()) return true;
+        if (eof_ && endsAtExit) {
+            // No more output can come.
+            reap(true);
+            fail(where, "the program " + (std::ostringstream() << exit_).str() +
+                            " without showing " + what);
+            return false;
+        }
         int left = RemainingMs(deadline);
         if (left == 0) break;
         int slice = std::min(left, kPollSliceMs);
@@ -395,46 +315,31 @@ bool ConsoleSession::waitFor(const std::function<bool()>& condition, std::string
         }
     }
     reap(false);
-    fail(where, "timed out after " + std::to_string(timeout.count()) + " ms waiting for " +
-                    std::string(what));
+    fail(where, "timed out after " + std::to_string(timeout.count()) + " ms waiting for " + what);
     return false;
+}
+
+bool ConsoleSession::waitFor(const std::function<bool()>& condition, std::string_view what,
+                             Timeout timeout, std::source_location where) {
+    return wait(condition, std::string(what), timeout, where, false);
 }
 
 bool ConsoleSession::waitForText(std::string_view text, Timeout timeout,
                                  std::source_location where) {
-    auto deadline = Clock::now() + timeout;
-    for (;;) {
-        while (pump(0)) {
-        }
-        if (screen_.contains(text)) return true;
-        if (eof_) {
-            // No more output can come.
-            reap(true);
-            fail(where, "the program " + (std::ostringstream() << exit_).str() +
-                            " without showing \"" + std::string(text) + "\"");
-            return false;
-        }
-        int left = RemainingMs(deadline);
-        if (left == 0) break;
-        pump(left);
-    }
-    reap(false);
-    fail(where, "timed out after " + std::to_string(timeout.count()) + " ms waiting for \"" +
-                    std::string(text) + "\" on the screen");
-    return false;
+    return wait([&] { return screen_.contains(text); }, "\"" + std::string(text) + "\"", timeout,
+                where, true);
 }
 
 bool ConsoleSession::waitForTextGone(std::string_view text, Timeout timeout,
                                      std::source_location where) {
-    return waitFor([&] { return !screen_.contains(text); },
-                   "\"" + std::string(text) + "\" to leave the screen", timeout, where);
+    return wait([&] { return !screen_.contains(text); },
+                "\"" + std::string(text) + "\" to leave the screen", timeout, where, false);
 }
 
 bool ConsoleSession::waitForQuiet(Timeout quiet, Timeout timeout, std::source_location where) {
     auto deadline = Clock::now() + timeout;
     for (;;) {
-        while (pump(0)) {
-        }
+        drain();
         auto settled = lastOutput_ + quiet;
         auto now = Clock::now();
         if (now >= settled || eof_) return true;
@@ -446,20 +351,17 @@ bool ConsoleSession::waitForQuiet(Timeout quiet, Timeout timeout, std::source_lo
 }
 
 const Screen& ConsoleSession::screen() {
-    while (pump(0)) {
-    }
+    drain();
     return screen_;
 }
 
 const std::string& ConsoleSession::output() {
-    while (pump(0)) {
-    }
+    drain();
     return output_;
 }
 
 std::string ConsoleSession::dump() {
-    while (pump(0)) {
-    }
+    drain();
     reap(false);
     std::ostringstream out;
     out << "program " << (options_.program.empty() ? TeskBinary() : options_.program) << " (pid "
@@ -473,8 +375,7 @@ std::string ConsoleSession::dump() {
 }
 
 void ConsoleSession::resize(int cols, int rows) {
-    while (pump(0)) {
-    }
+    drain();
     screen_.resize(cols, rows);
     winsize ws{};
     ws.ws_col = static_cast<unsigned short>(cols);
@@ -493,34 +394,17 @@ void ConsoleSession::signal(int sig) {
 }
 
 ExitStatus ConsoleSession::waitExit(Timeout timeout, std::source_location where) {
-    auto deadline = Clock::now() + timeout;
-    for (;;) {
-        while (pump(0)) {
-        }
+    auto ended = [&] {
         reap(false);
-        if (exit_.kind != ExitStatus::Kind::Running) {
-            // What it wrote last is still queued in the terminal.
-            while (pump(0)) {
-            }
-            return exit_;
-        }
-        int left = RemainingMs(deadline);
-        if (left == 0) break;
-        pollfd p[2];
-        nfds_t count = 0;
-        if (pidfd_ >= 0) p[count++] = {pidfd_, POLLIN, 0};
-        if (!eof_) p[count++] = {master_, POLLIN, 0};
-        // Without a process descriptor the end is noticed by looking again.
-        int slice = pidfd_ >= 0 ? left : std::min(left, kPollSliceMs);
-        ::poll(p, count, slice);
-    }
-    fail(where, "the program did not end within " + std::to_string(timeout.count()) + " ms");
+        return exit_.kind != ExitStatus::Kind::Running;
+    };
+    if (wait(ended, "the program to end", timeout, where, false))
+        drain();  // what it wrote last is still queued in the terminal
     return exit_;
 }
 
 ExitStatus ConsoleSession::status() {
-    while (pump(0)) {
-    }
+    drain();
     reap(false);
     return exit_;
 }

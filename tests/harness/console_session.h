@@ -11,7 +11,6 @@
 #include <chrono>
 #include <functional>
 #include <initializer_list>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <source_location>
@@ -40,9 +39,6 @@ struct SessionOptions {
     bool pamWrapper = true;
     // More environment variables; they replace any of the same name.
     std::vector<std::pair<std::string, std::string>> env{};
-    // Send the terminal's answers to queries (cursor position and the like)
-    // back to the program. Curses asks nothing, so they are dropped by default.
-    bool answerQueries = false;
     // Fail the test when the program leaves a sanitizer report behind.
     bool failOnSanitizerReport = true;
     // The terminal's output is stopped before the program starts, as by a
@@ -100,7 +96,6 @@ public:
     // line with the screen and returns false.
     bool waitForText(std::string_view text, Timeout timeout = DefaultTimeout(),
                      std::source_location where = std::source_location::current());
-    // Waits until text is no longer on the screen.
     bool waitForTextGone(std::string_view text, Timeout timeout = DefaultTimeout(),
                          std::source_location where = std::source_location::current());
     // Waits until the condition holds; it is checked after every piece of
@@ -115,7 +110,6 @@ public:
                       Timeout timeout = DefaultTimeout(),
                       std::source_location where = std::source_location::current());
 
-    // The screen as it is now.
     const Screen& screen();
     std::string text() { return screen().text(); }
     std::string row(int row) { return screen().row(row); }
@@ -124,30 +118,34 @@ public:
     // The screen, the program's state and the root's last log lines.
     std::string dump();
 
-    // Every byte the program has written so far.
     const std::string& output();
 
-    // Changes the terminal size; the program gets SIGWINCH.
     void resize(int cols, int rows);
-    // Sends a signal to the program.
     void signal(int sig);
 
     // Waits for the program to end. Running (and a test failure at the
     // caller's line) when it has not ended in time.
     ExitStatus waitExit(Timeout timeout = DefaultTimeout(),
                         std::source_location where = std::source_location::current());
-    // The exit status if the program has ended, without waiting.
     ExitStatus status();
 
     // Contents of the sanitizer reports the program left (empty when none).
     std::string sanitizerReports() const;
 
 private:
-    void start(const SimRoot* root);
-    void launch(const SimRoot* root);
+    ConsoleSession(const SimRoot* root, SessionOptions options, std::source_location where);
+    void launch();
     // Reads what the program wrote, waiting up to waitMs for the first byte
     // (0: only what is there). Returns true when something was read.
     bool pump(int waitMs);
+    // Takes in everything the program has written so far.
+    void drain() {
+        while (pump(0)) {
+        }
+    }
+    // The waits' loop; endsAtExit gives up once the program can write no more.
+    bool wait(const std::function<bool()>& condition, const std::string& what, Timeout timeout,
+              std::source_location where, bool endsAtExit);
     void reap(bool block);
     void fail(std::source_location where, const std::string& message);
 
@@ -158,7 +156,6 @@ private:
     Screen screen_;
     std::string output_;
     int master_ = -1;
-    int pidfd_ = -1;
     pid_t pid_ = -1;
     bool eof_ = false;
     ExitStatus exit_;

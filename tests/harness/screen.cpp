@@ -41,6 +41,17 @@ size_t IncompleteUtf8Tail(std::string_view text) {
     return 0;
 }
 
+// A cell's characters: "" for the right half of a wide character, " " for a
+// blank cell.
+std::string CellText(const VTermScreenCell& cell) {
+    if (cell.chars[0] == static_cast<uint32_t>(-1)) return "";
+    if (cell.chars[0] == 0) return " ";
+    std::string text;
+    for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i]; ++i)
+        AppendUtf8(text, cell.chars[i]);
+    return text;
+}
+
 std::string TrimRight(std::string s) {
     while (!s.empty() && s.back() == ' ') s.pop_back();
     return s;
@@ -65,16 +76,11 @@ Colour Colour::Rgb(uint8_t red, uint8_t green, uint8_t blue) {
 }
 
 bool Colour::operator==(const Colour& other) const {
-    if (kind != other.kind) return false;
-    switch (kind) {
-        case Kind::Default:
-            return true;
-        case Kind::Indexed:
-            return index == other.index;
-        case Kind::Rgb:
-            return red == other.red && green == other.green && blue == other.blue;
-    }
-    return false;
+    return kind == other.kind &&
+           (kind == Kind::Default ||
+            (kind == Kind::Indexed
+                 ? index == other.index
+                 : red == other.red && green == other.green && blue == other.blue));
 }
 
 std::ostream& operator<<(std::ostream& out, const Colour& colour) {
@@ -99,36 +105,22 @@ struct Screen::Impl {
     VTerm* vt = nullptr;
     VTermScreen* screen = nullptr;
     bool cursorVisible = true;
-    int bells = 0;
     std::string pendingUtf8;
-    std::function<void(std::string_view)> answerSink;
 
     static int OnSetTermProp(VTermProp prop, VTermValue* value, void* user) {
         auto* self = static_cast<Impl*>(user);
         if (prop == VTERM_PROP_CURSORVISIBLE) self->cursorVisible = value->boolean != 0;
         return 1;
     }
-    static int OnBell(void* user) {
-        ++static_cast<Impl*>(user)->bells;
-        return 1;
-    }
-    static void OnOutput(const char* bytes, size_t len, void* user) {
-        auto* self = static_cast<Impl*>(user);
-        if (self->answerSink) self->answerSink(std::string_view(bytes, len));
-    }
 
     Colour MakeColour(const VTermColor& raw, bool background) const {
         Colour c;
-        bool isDefault =
-            background ? VTERM_COLOR_IS_DEFAULT_BG(&raw) : VTERM_COLOR_IS_DEFAULT_FG(&raw);
-        if (isDefault) {
+        if (background ? VTERM_COLOR_IS_DEFAULT_BG(&raw) : VTERM_COLOR_IS_DEFAULT_FG(&raw))
             c.kind = Colour::Kind::Default;
-        } else if (VTERM_COLOR_IS_INDEXED(&raw)) {
-            c.kind = Colour::Kind::Indexed;
-            c.index = raw.indexed.idx;
-        } else {
+        else if (VTERM_COLOR_IS_INDEXED(&raw))
+            c = Colour::Indexed(raw.indexed.idx);
+        else
             c.kind = Colour::Kind::Rgb;
-        }
         VTermColor rgb = raw;
         vterm_screen_convert_color_to_rgb(screen, &rgb);
         c.red = rgb.rgb.red;
@@ -145,16 +137,9 @@ struct Screen::Impl {
         for (int col = 0; col < cols; ++col) {
             VTermScreenCell cell{};
             vterm_screen_get_cell(screen, VTermPos{row, col}, &cell);
-            size_t before = text.size();
-            if (cell.chars[0] == static_cast<uint32_t>(-1))
-                continue;  // right half of a wide character
-            if (cell.chars[0] == 0) {
-                text += ' ';
-            } else {
-                for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i]; ++i)
-                    AppendUtf8(text, cell.chars[i]);
-            }
-            if (columns) columns->insert(columns->end(), text.size() - before, col);
+            const std::string chars = CellText(cell);
+            text += chars;
+            if (columns) columns->insert(columns->end(), chars.size(), col);
         }
         return text;
     }
@@ -164,18 +149,12 @@ Screen::Screen(int cols, int rows) : impl_(std::make_unique<Impl>()) {
     impl_->vt = vterm_new(rows, cols);
     if (!impl_->vt) throw std::runtime_error("vterm_new failed");
     vterm_set_utf8(impl_->vt, 1);
-    vterm_output_set_callback(impl_->vt, &Impl::OnOutput, impl_.get());
     impl_->screen = vterm_obtain_screen(impl_->vt);
-    static const VTermScreenCallbacks callbacks = {
-        .damage = nullptr,
-        .moverect = nullptr,
-        .movecursor = nullptr,
-        .settermprop = &Impl::OnSetTermProp,
-        .bell = &Impl::OnBell,
-        .resize = nullptr,
-        .sb_pushline = nullptr,
-        .sb_popline = nullptr,
-    };
+    static const VTermScreenCallbacks callbacks = [] {
+        VTermScreenCallbacks c{};
+        c.settermprop = &Impl::OnSetTermProp;
+        return c;
+    }();
     vterm_screen_set_callbacks(impl_->screen, &callbacks, impl_.get());
     // Programs that switch to the alternate screen get it, as on a real terminal.
     vterm_screen_enable_altscreen(impl_->screen, 1);
@@ -200,10 +179,6 @@ void Screen::feed(std::string_view bytes) {
 
 void Screen::resize(int cols, int rows) {
     vterm_set_size(impl_->vt, rows, cols);
-}
-
-void Screen::setAnswerSink(std::function<void(std::string_view)> sink) {
-    impl_->answerSink = std::move(sink);
 }
 
 int Screen::cols() const {
@@ -255,19 +230,12 @@ Cell Screen::cell(int col, int row) const {
     if (col < 0 || row < 0 || col >= cols() || row >= rows()) return out;
     VTermScreenCell raw{};
     vterm_screen_get_cell(impl_->screen, VTermPos{row, col}, &raw);
-    if (raw.chars[0] == static_cast<uint32_t>(-1)) {
-        out.text.clear();
-    } else if (raw.chars[0] != 0) {
-        out.text.clear();
-        for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && raw.chars[i]; ++i)
-            AppendUtf8(out.text, raw.chars[i]);
-    }
+    out.text = CellText(raw);
     out.width = raw.width;
     out.fg = impl_->MakeColour(raw.fg, false);
     out.bg = impl_->MakeColour(raw.bg, true);
     out.bold = raw.attrs.bold;
     out.underline = raw.attrs.underline != 0;
-    out.italic = raw.attrs.italic;
     out.blink = raw.attrs.blink;
     out.reverse = raw.attrs.reverse;
     return out;
@@ -281,10 +249,6 @@ Position Screen::cursor() const {
 
 bool Screen::cursorVisible() const {
     return impl_->cursorVisible;
-}
-
-int Screen::bells() const {
-    return impl_->bells;
 }
 
 std::string Screen::dump() const {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -35,7 +34,6 @@ struct Cell {
     Colour fg, bg;
     bool bold = false;
     bool underline = false;
-    bool italic = false;
     bool blink = false;
     bool reverse = false;
 
@@ -59,16 +57,11 @@ public:
 
     // Bytes from the program. Complete and partial escape sequences alike.
     void feed(std::string_view bytes);
-    // Changes the size as a terminal window would.
     void resize(int cols, int rows);
-    // Where the terminal's answers to queries (cursor position, device
-    // attributes) go; without a sink they are dropped.
-    void setAnswerSink(std::function<void(std::string_view)> sink);
 
     int cols() const;
     int rows() const;
 
-    // One row, trailing blanks removed.
     std::string row(int row) const;
     // Every row, trailing blanks removed, joined with "\n".
     std::string text() const;
@@ -85,8 +78,6 @@ public:
 
     Position cursor() const;
     bool cursorVisible() const;
-    // Bells rung so far.
-    int bells() const;
 
     // The screen framed with row and column numbers, for failure messages.
     std::string dump() const;

@@ -1,12 +1,12 @@
 #include "tests/harness/sim_root.h"
 
 #include <crypt.h>
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -16,57 +16,33 @@
 #include <stdexcept>
 #include <thread>
 
+#include "store/replace_file.h"
 #include "store/state_lock.h"
 
 namespace TeskTest {
 
 namespace fs = std::filesystem;
+using namespace std::string_view_literals;
 
 namespace {
 
 constexpr const char kStateFile[] = "/var/lib/simhost/state.json";
 
-// Runs argv[0] with the given arguments, its stdout and stderr collected.
+// Runs a command line through the shell, its stdout and stderr collected.
 // Returns the wait status.
-int RunCollecting(const std::vector<std::string>& argv, std::string& output) {
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-
-    int pipeFds[2];
-    if (::pipe2(pipeFds, O_CLOEXEC) != 0)
-        throw std::runtime_error(std::string("pipe: ") + std::strerror(errno));
-    pid_t pid = ::fork();
-    if (pid < 0) {
-        int e = errno;
-        ::close(pipeFds[0]);
-        ::close(pipeFds[1]);
-        throw std::runtime_error(std::string("fork: ") + std::strerror(e));
-    }
-    if (pid == 0) {
-        ::dup2(pipeFds[1], 1);
-        ::dup2(pipeFds[1], 2);
-        ::execv(args[0], args.data());
-        const char msg[] = "cannot start the program\n";
-        ssize_t ignored = ::write(2, msg, sizeof msg - 1);
-        (void)ignored;
-        ::_exit(127);
-    }
-    ::close(pipeFds[1]);
+int RunCollecting(const std::string& command, std::string& output) {
+    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) throw std::runtime_error(std::string("popen: ") + std::strerror(errno));
     char buf[4096];
-    for (;;) {
-        ssize_t n = ::read(pipeFds[0], buf, sizeof buf);
-        if (n > 0) {
-            output.append(buf, static_cast<size_t>(n));
-        } else if (n == 0 || errno != EINTR) {
-            break;
-        }
-    }
-    ::close(pipeFds[0]);
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
+    for (size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) > 0;) output.append(buf, n);
+    return ::pclose(pipe);
+}
+
+// A word for the shell's command line.
+std::string Quoted(const std::string& word) {
+    std::string quoted = "'";
+    for (char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
 }
 
 // A name for the root's folder that tells which test made it.
@@ -81,25 +57,9 @@ std::string FolderPrefix() {
     return name;
 }
 
-bool KeepRoots() {
-    const char* keep = std::getenv("TESK_KEEP_ROOTS");
-    return keep && *keep && std::strcmp(keep, "0") != 0;
-}
-
 Json ParseState(const std::string& path, const std::optional<std::string>& text) {
     if (!text) throw std::runtime_error("no simulated host state in " + path);
-    try {
-        return Json::parse(*text);
-    } catch (const Json::exception& e) {
-        throw std::runtime_error("simulated host state " + path + " cannot be read: " + e.what());
-    }
-}
-
-std::vector<std::string> SplitLines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
+    return Json::parse(*text);
 }
 
 }  // namespace
@@ -146,7 +106,8 @@ SimRoot::SimRoot(const std::string& profile) {
                                  std::strerror(errno));
     path_ = pattern;
     std::string output;
-    int status = RunCollecting({SimBinary(), "init", path_, "--profile", profile}, output);
+    int status = RunCollecting(
+        Quoted(SimBinary()) + " init " + Quoted(path_) + " --profile " + Quoted(profile), output);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
         std::error_code ec;
         fs::remove_all(path_, ec);
@@ -156,7 +117,7 @@ SimRoot::SimRoot(const std::string& profile) {
 }
 
 SimRoot::~SimRoot() {
-    if (KeepRoots()) {
+    if (const char* keep = std::getenv("TESK_KEEP_ROOTS"); keep && *keep && keep != "0"sv) {
         std::cerr << "[ harness  ] kept simulated host root " << path_ << "\n";
         return;
     }
@@ -218,14 +179,7 @@ void SimRoot::editState(const std::function<void(Json&)>& change) const {
     Sim::StateLock lock(file, Sim::StateLock::Mode::Exclusive);
     Json whole = ParseState(file, tryReadFile(kStateFile));
     change(whole);
-    // Replaced by a rename, so that a reader never sees half a document.
-    std::string tmp = file + ".tmp." + std::to_string(::getpid());
-    {
-        std::ofstream out(tmp, std::ios::trunc);
-        out << whole.dump(2) << '\n';
-        if (!out.flush()) throw std::runtime_error("cannot write " + tmp);
-    }
-    fs::rename(tmp, file);
+    Sim::ReplaceFile(file, whole.dump(2) + "\n", 0644);
 }
 
 void SimRoot::setFault(const std::string& name, const Json& fault) const {
@@ -240,7 +194,10 @@ void SimRoot::setFault(const std::string& name, const Json& fault) const {
 }
 
 std::vector<std::string> SimRoot::logLines(std::string_view file) const {
-    return SplitLines(tryReadFile(file).value_or(""));
+    std::vector<std::string> lines;
+    std::istringstream in(tryReadFile(file).value_or(""));
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
 }
 
 std::vector<std::string> SimRoot::logLinesWith(std::string_view text, std::string_view file) const {

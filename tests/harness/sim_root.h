@@ -44,7 +44,6 @@ public:
     SimRoot(const SimRoot&) = delete;
     SimRoot& operator=(const SimRoot&) = delete;
 
-    // The root directory (absolute, no trailing slash).
     const std::string& path() const { return path_; }
     // A file of the host inside the root: "/var/log/syslog.log" and
     // "var/log/syslog.log" both give "<root>/var/log/syslog.log".
@@ -56,7 +55,6 @@ public:
     // The whole file; an empty string plus a test failure when it cannot be read.
     std::string readFile(std::string_view hostPath,
                          std::source_location where = std::source_location::current()) const;
-    // Writes (creates or replaces) a file, making missing folders.
     void writeFile(std::string_view hostPath, std::string_view text) const;
 
     // The host's state document (var/lib/simhost/state.json). Reads and
@@ -71,7 +69,6 @@ public:
 
     // Lines of a log file (default the syslog mirror), without line ends.
     std::vector<std::string> logLines(std::string_view file = kSyslog) const;
-    // The log lines that contain text.
     std::vector<std::string> logLinesWith(std::string_view text,
                                           std::string_view file = kSyslog) const;
     // True when some line of the log contains text; on failure the message
@@ -85,7 +82,6 @@ public:
                         std::string_view file = kSyslog,
                         std::source_location where = std::source_location::current()) const;
 
-    // The last n lines of a log, for failure messages.
     std::string logTail(std::string_view file = kSyslog, size_t n = 15) const;
 
     static constexpr std::string_view kSyslog = "/var/log/syslog.log";
