@@ -39,24 +39,10 @@ TEST(BadHostState, AWrongValueFailsOnlyItsOwnQuery) {
          [](Json& s) { s["hardware"]["cpu"]["packages"] = "two"; },
          {"https://tesk-host01/", "Acme Systems Inc. RX-740 Server", "64 GiB Memory"},
          "Host state value 'packages' is string, expected integer"},
-        {"welcome message an array",
-         [](Json& s) { s["systemInfo"]["welcomeMessage"] = Json::array({"hello"}); },
-         {"https://tesk-host01/", "64 GiB Memory", kFooter},
-         "Getting welcome message failed: Host state value 'welcomeMessage' is array"},
         {"memory size negative",
          [](Json& s) { s["hardware"]["memory"]["totalPages"] = -5; },
          {"https://tesk-host01/", "2 x Zentium(R) Gold 6230 CPU @ 2.10GHz"},
          "Host state value 'totalPages' is -5, out of range"},
-        {"a NIC that is a number",
-         [](Json& s) { s["network"]["pnics"].push_back(7); },
-         {"Acme Systems Inc. RX-740 Server", "64 GiB Memory", kFooter},
-         "Host state value 'pnics' is number, expected object in the list"},
-        {"boot options of the wrong kind",
-         [](Json& s) {
-             s["bootOption"] = {{"auditMode", "yes"}};
-         },
-         {"https://tesk-host01/", "64 GiB Memory"},
-         "Host state value 'auditMode' is string, expected boolean"},
     };
     for (const BadValue& c : cases) {
         SCOPED_TRACE(c.what);
@@ -68,68 +54,6 @@ TEST(BadHostState, AWrongValueFailsOnlyItsOwnQuery) {
         EXPECT_FALSE(root.hasLogLine("TESK aborted by exception"));
         EndsOnSigterm(console);
     }
-}
-
-// (Every kind of unreadable document, a link and deep nesting among them:
-// tests/store/state_test.cpp.)
-TEST(BadHostState, AnUnreadableStateStillDrawsTheScreen) {
-    const struct {
-        const char* what;
-        std::function<void(const SimRoot&)> spoil;
-        const char* logged;
-    } cases[] = {
-        {"an array",
-         [](const SimRoot& root) { root.writeFile("/var/lib/simhost/state.json", "[]\n"); },
-         "the document is array, not an object"},
-        {"a FIFO",
-         [](const SimRoot& root) {
-             const std::string state = root.path("/var/lib/simhost/state.json");
-             std::filesystem::remove(state);
-             ASSERT_EQ(::mkfifo(state.c_str(), 0644), 0);
-         },
-         "simulated host state is not a regular file"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        SimRoot root;
-        c.spoil(root);
-        ConsoleSession console(root, LocalConsole(80, 25));
-        EXPECT_TRUE(console.waitForText(kFooter));
-        EXPECT_TRUE(root.waitForLogLine(c.logged));
-        // The login writes nothing to the state, and the menu's reads fail.
-        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-        EnterCredentials(console, "root", kPassword);
-        EXPECT_TRUE(root.waitForLogLine("User root logged in"));
-        EndsOnSigterm(console);
-    }
-}
-
-TEST(BadHostState, ASupportFileThatIsAFifoLeavesTheMenuUsable) {
-    SimRoot root;
-    const std::string support = root.path("/etc/brelt/support");
-    std::filesystem::remove(support);
-    ASSERT_EQ(::mkfifo(support.c_str(), 0644), 0);
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(LogIn(console));
-    EXPECT_TRUE(console.find("View Support Information"));
-    EXPECT_TRUE(root.hasLogLine(
-        "Reading support information /etc/brelt/support failed: not a regular file"));
-    console.key(Key::Esc);
-    EXPECT_TRUE(root.waitForLogLine("User root logged out"));
-    EndsOnSigterm(console);
-}
-
-TEST(BadHostState, AUserFileThatIsAFifoFailsTheLoginOnly) {
-    SimRoot root;
-    const std::string users = root.path("/etc/simhost/users");
-    std::filesystem::remove(users);
-    ASSERT_EQ(::mkfifo(users.c_str(), 0644), 0);
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-    EnterCredentials(console, "root", kPassword);
-    EXPECT_TRUE(root.waitForLogLine("Authentication of user root failed"));
-    EndsOnSigterm(console);
 }
 
 TEST(BadHostState, FifosInPlaceOfTheConsolesOwnFilesHoldNothingUp) {

@@ -72,14 +72,4 @@ TEST(HungTool, TheScreenSaysPleaseWaitAndAQuitSignalEndsConsoleAndTool) {
     }
 }
 
-TEST(HungTool, ASlowToolShowsTheNoticeUntilItAnswers) {
-    SimRoot root;
-    ReplaceTool(root, "/bin/rux-cmd", "sleep 1\necho true");
-    ConsoleSession console(root, LocalConsole());
-    LogInTowardsTheMenu(console);
-    EXPECT_TRUE(console.waitForText("Please, wait ..."));
-    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-    EXPECT_FALSE(console.find("Please, wait")) << console.text();
-}
-
 }  // namespace

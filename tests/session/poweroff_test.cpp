@@ -36,24 +36,6 @@ TEST(PowerOff, ReachesTheRunningConsole) {
     }
 }
 
-TEST(PowerOff, ReachesAConsoleThePidFileDoesNotName) {
-    SimRoot root;
-    auto first = std::make_unique<ConsoleSession>(root, LocalConsole());
-    ASSERT_TRUE(Started(*first, root));
-    ConsoleSession second(root, LocalConsole());
-    ASSERT_TRUE(root.waitForLogLine("Attempt to run multiple TESK instances"));
-    ASSERT_TRUE(WaitWelcome(second));
-    // The first one ends and takes the pid file with it; the second runs on.
-    first->signal(SIGTERM);
-    EXPECT_EQ(first->waitExit(), ExitStatus::Exited(0));
-    first.reset();
-    ASSERT_FALSE(root.exists("/var/run/tesk.pid"));
-
-    EXPECT_EQ(RunTool(root, "/sbin/poweroff"), 0);
-    EXPECT_EQ(second.waitExit(), ExitStatus::Exited(0));
-    EXPECT_EQ(root.stateValue("/power/state"), "poweredOff");
-}
-
 TEST(PowerOff, NeverSignalsAProcessThatIsNotTheConsole) {
     SimRoot root;
     ConsoleSession console(root, LocalConsole());

@@ -39,26 +39,6 @@ TEST(HungToolScreens, EachScreenGoesOnAtTheLimit) {
              EXPECT_TRUE(console.find("Enable Kovix Shell")) << console.text();
              EXPECT_TRUE(console.find("Enable SSH"));
          }},
-        {"management agent refresh after an apply",
-         {"rux-cmd:internalsvc/refresh"},
-         1,
-         [](ConsoleSession& console, const SimRoot& root) {
-             ASSERT_TRUE(OpenEntry(console, "Configure Management Network", "<Esc> Exit"));
-             for (int i = 0; i < 5; ++i) console.key(Key::Down);
-             ASSERT_TRUE(console.waitForQuiet());
-             console.key(Key::Enter);
-             ASSERT_TRUE(WaitSettled(console, "Suffixes:"));
-             console.keys({Key::End});
-             console.type(" corp.example");
-             console.key(Key::Enter);
-             ASSERT_TRUE(console.waitForTextGone("Suffixes:"));
-             ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
-             console.key(Key::Esc);
-             ASSERT_TRUE(WaitSettled(console, "Apply changes and restart management network?"));
-             console.key("y");
-             ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-             EXPECT_TRUE(root.waitForLogLine("Network settings changed."));
-         }},
     };
     for (const HungScreen& s : screens) {
         SCOPED_TRACE(s.what);

@@ -98,65 +98,6 @@ TEST(WelcomeScreen, DhcpWithoutLeaseWaitsAndWarnsUnlessAuditModeSaysMore) {
     EXPECT_FALSE(console.find("DHCP lookup failed"));
 }
 
-TEST(WelcomeScreen, FiveIpv6AddressesGiveFourSortedLinesAndAnEllipsis) {
-    SimRoot root;
-    root.editState([](Json& s) {
-        // Without a host name line all seven lines fit the area.
-        s["network"]["dns"]["hostname"] = "localhost";
-        Json& addresses = s["network"]["zrkNics"][0]["config"]["ipv6Addresses"];
-        addresses = Json::array();
-        // The host lists its link-local address first, then these in order:
-        // the first four are shown, sorted; the fifth is left out.
-        for (const char* a : {"2001:db8::c", "2001:db8::a", "2001:db8::b", "2001:db8::9"})
-            addresses.push_back(
-                {{"address", a}, {"prefixLength", 64}, {"type", "static"}, {"scope", "global"}});
-    });
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(console.waitForText("..."));
-    auto v4 = At(console, "https://192.168.10.21/ (STATIC)");
-    ASSERT_TRUE(v4);
-    EXPECT_EQ(Line(console, v4->row + 1), "https://[2001:db8::a]/ (STATIC)");
-    EXPECT_EQ(Line(console, v4->row + 2), "https://[2001:db8::b]/ (STATIC)");
-    EXPECT_EQ(Line(console, v4->row + 3), "https://[2001:db8::c]/ (STATIC)");
-    EXPECT_EQ(Line(console, v4->row + 4).rfind("https://[fe80::", 0), 0u);
-    EXPECT_EQ(Line(console, v4->row + 5), "...");
-    EXPECT_FALSE(console.find("2001:db8::9"));
-
-    // Exactly four: no ellipsis.
-    EditAndRefresh(console, root,
-                   [](Json& s) { s["network"]["zrkNics"][0]["config"]["ipv6Addresses"].erase(3); });
-    // (A redraw clears the whole screen first: wait for the new text itself.)
-    EXPECT_TRUE(console.waitFor(
-        [&] { return console.find("https://[2001:db8::c]/") && !console.find("..."); },
-        "four lines without ellipsis"));
-}
-
-TEST(WelcomeScreen, MemoryVendorAndProcessorLinesFollowTheHost) {
-    SimRoot root;
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(console.waitForText("64 GiB Memory"));
-
-    EditAndRefresh(console, root, [](Json& s) {
-        s["hardware"]["memory"] = {{"totalPages", 262144}, {"pageSize", 4096}};
-    });
-    EXPECT_TRUE(console.waitForText("1 GiB Memory"));
-
-    // Trimmed, and joined when the model does not start with the vendor
-    // (the rules themselves: welcome_text_test.cpp).
-    EditAndRefresh(console, root, [](Json& s) {
-        s["hardware"]["vendor"] = "  Acme \t";
-        s["hardware"]["product"] = " Server 9  ";
-        s["hardware"]["cpu"] = {{"packages", 1}, {"model", "  Zentium 3  "}};
-    });
-    // The hardware lines are filled after the vendor line.
-    ASSERT_TRUE(console.waitForText("Zentium 3"));
-    EXPECT_EQ(console.find("Acme Server 9"), (Position{8, 7}));
-    EXPECT_EQ(console.find("Zentium 3"), (Position{8, 9}));
-    EXPECT_FALSE(console.find(" x Zentium"));
-}
-
 TEST(WelcomeScreen, CustomMessageHidesEverythingYetTheKeysStillWork) {
     SimRoot root;
     root.editState([](Json& s) {

@@ -43,34 +43,3 @@ TEST(WelcomeText, ProcessorCountOnlyFromTwoPackages) {
 }
 
 }  // namespace
-
-namespace {
-
-using Tesk::Welcome::Place;
-using Tesk::Welcome::PlaceLowerTexts;
-
-const std::string kDhcpWarning =
-    "Warning: DHCP lookup failed. You may be unable to access this system until you "
-    "customize its network configuration.";
-
-std::string Lines(int n) {
-    std::string text = "To manage this host, go to:";
-    for (int i = 1; i < n; ++i) text += "\nhttps://line" + std::to_string(i) + "/";
-    return text + "\n";
-}
-
-// Where the texts land on real screens, whole and apart: small_terminal_test.cpp
-// (80x25) and welcome_test.cpp.
-TEST(WelcomePlaces, TinyPanelsGetNoNegativeSizes) {
-    for (int rows : {0, 1, 2, 3, 5, 8}) {
-        for (int cols : {0, 10, 20, 40}) {
-            auto places = PlaceLowerTexts(cols, rows, Lines(8), kDhcpWarning);
-            for (const Place& p : {places.management, places.warning}) {
-                EXPECT_GE(p.height, 0) << cols << "x" << rows;
-                EXPECT_LE(p.y + p.height, std::max(rows, 1)) << cols << "x" << rows;
-            }
-        }
-    }
-}
-
-}  // namespace
