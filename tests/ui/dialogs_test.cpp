@@ -48,20 +48,6 @@ TEST_F(DialogsTest, ConfirmAnswersOnlyItsKeys) {
     EXPECT_EQ(Answer({KeyEscape, KEY_F(11)}, ConfirmDialog::F11(), std::nullopt), 1);
 }
 
-TEST_F(DialogsTest, ConfirmShowsItsTextsAndTheQuestionInTheLowerBand) {
-    FakeInput input({KEY_F(11)});
-    ConfirmDialog ask(nullptr, kWithItems, "Restore Network", "It will be reset.",
-                      Footer::kF11OkCancel, ConfirmDialog::F11());
-    ask.setQuestion("Are you sure?");
-    EXPECT_EQ(Tesk::Run(ask), 1);
-    WINDOW* w = ask.curses();
-    EXPECT_EQ(RowText(w, 1, 3, 15), "Restore Network");
-    EXPECT_EQ(RowText(w, 3, 3, 17), "It will be reset.");
-    // The item area starts at (2, 1) of the lower band, which starts at row 6.
-    EXPECT_EQ(RowText(w, 7, 2, 13), "Are you sure?");
-    EXPECT_EQ(RowText(w, 10, 36, 22), "<F11> OK  <Esc> Cancel");
-}
-
 TEST_F(DialogsTest, ProgressLinesAreShownAsTheyComeThenEnterCloses) {
     FakeInput input({KeyEscape, 'x', KeyEnter, 'z'});
     std::vector<std::string> shown;
@@ -97,21 +83,6 @@ TEST_F(DialogsTest, ProgressLinesAreShownAsTheyComeThenEnterCloses) {
     EXPECT_EQ(RowText(progress.curses(), 3, 3, 12), "Please wait.");
     progress.clear();
     EXPECT_EQ(RowText(progress.curses(), 7, 2, 10), std::string(10, ' '));
-}
-
-TEST_F(DialogsTest, WithoutAnItemAreaProgressFollowsTheMessage) {
-    FakeInput input({KeyEnter});
-    ProgressDialog progress(nullptr, {70, 10, 7}, "Restart", "In progress...",
-                            [](ProgressDialog& p) {
-                                p.add(p.str(StrId::PoweringOffVms));
-                                p.done();
-                                p.waitForEnter();
-                                return 1;
-                            });
-    EXPECT_EQ(Tesk::Run(progress), 1);
-    EXPECT_EQ(progress.itemArea(), nullptr);
-    EXPECT_EQ(RowText(progress.curses(), 3, 3, 14), "In progress...");
-    EXPECT_EQ(RowText(progress.curses(), 4, 3, 23), "Powering Off VMs. Done.");
 }
 
 TEST_F(DialogsTest, HoldScreenDiscardsEveryKeyUntilTheIdleTimeout) {

@@ -71,22 +71,6 @@ TEST_F(KeyLoopTest, LeaveEndsTheLoopAndOnlyRedrawRunsTheHook) {
     EXPECT_EQ(input.left(), 1u);
 }
 
-TEST_F(KeyLoopTest, IdleTimeoutEndsTheLoopOnlyWhereAllowed) {
-    keySession_.timeout = 60;
-    Window w(0, 0, 20, 5, ColourBlack, ColourWhite);
-    const KeyHandler leaveOnQ = [](int key) {
-        return key == 'q' ? KeyResult::Leave(1) : KeyResult::Ignored();
-    };
-    {
-        FakeInput input({'a', 'q'}, 1000);
-        EXPECT_THROW(RunKeyLoop(w, {.allowIdleTimeout = true, .handler = leaveOnQ}), TeskTimeout);
-    }
-    {
-        FakeInput input({'a', 'q'}, 1000);
-        EXPECT_EQ(RunKeyLoop(w, {.allowIdleTimeout = false, .handler = leaveOnQ}), 1);
-    }
-}
-
 // A clock that moves only while the loop waits: a key arrives at once, an
 // empty wait lasts its whole limit (or a minute when it has none).
 class PollingInput {

@@ -118,41 +118,4 @@ TEST_F(WindowTest, TimeoutLeavesNoWindowCurrentAndTheOpenerDimmed) {
     EXPECT_EQ(input.consumed(), 0);
 }
 
-TEST_F(WindowTest, NotificationWaitsForEnterOnly) {
-    Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
-    NotificationDialog d(&screen, "Saved", "All {color:red}done{/color}.");
-    EXPECT_EQ(RunWithKeys(d, {KeyEscape, 'x', KEY_F(2), KeyEnter, 'z'}, 1), 1);
-    EXPECT_EQ(d.title(), "Saved");
-    EXPECT_EQ(RowText(d.curses(), 1, 3, 5), "Saved");
-    EXPECT_EQ(RowText(d.curses(), 8, 58, 10), "<Enter> OK");
-}
-
-TEST_F(WindowTest, TopLevelWindowsSaveAndRestoreTheCursor) {
-    Window w(0, 0, 10, 5, ColourBlack, ColourWhite);
-    SetCursorVisible(true);
-    Cursor().column = 4;
-    Cursor().row = 3;
-    w.setActive(false);
-    EXPECT_FALSE(Cursor().visible);
-    Cursor().column = 0;
-    w.setActive(true);
-    EXPECT_TRUE(Cursor().visible);
-    EXPECT_EQ(Cursor().column, 4);
-    EXPECT_EQ(Cursor().row, 3);
-    SetCursorVisible(false);
-}
-
-TEST_F(WindowTest, ChildrenTakeTheParentsColoursAndDetachOnDestruction) {
-    Window parent(2, 3, 20, 5, ColourYellow, ColourBlack);
-    {
-        Window child(&parent, 1, 1, 5, 2, -1, ColourRed);
-        EXPECT_EQ(child.x(), 3);
-        EXPECT_EQ(child.y(), 4);
-        EXPECT_EQ(child.background(), ColourYellow);
-        EXPECT_EQ(child.foreground(), ColourRed);
-        EXPECT_EQ(parent.children().size(), 1u);
-    }
-    EXPECT_TRUE(parent.children().empty());
-}
-
 }  // namespace
