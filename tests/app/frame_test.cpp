@@ -222,14 +222,4 @@ TEST_F(Colours, MonochromeTerminalUsesStandoutForDarkBackgrounds) {
     EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourYellow, Tesk::ColourBlack), A_NORMAL);
 }
 
-TEST_F(Colours, PairNumbersStayInsideAnAttributeOnLargePalettes) {
-    Start("xterm-256color");
-    for (int b : Tesk::kPaletteOrder)
-        for (int f : Tesk::kPaletteOrder) {
-            int pair = Tesk::ColourPairNumber(b, f);
-            EXPECT_LE(pair, 255);
-            EXPECT_EQ(static_cast<int>(PAIR_NUMBER(Tesk::ColourAttr(b, f))), pair);
-        }
-}
-
 }  // namespace

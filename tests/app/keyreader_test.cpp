@@ -147,23 +147,6 @@ TEST_F(KeyReader, EventsThatDoNotEndTheProcess) {
     EXPECT_TRUE(w.changes.empty());  // never dimmed within a minute
 }
 
-TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheConsole) {
-    RecordingWindow w;
-    for (bool withSession : {true, false}) {
-        Tesk::SetKeySession(withSession ? &session_ : nullptr);
-        for (int event :
-             {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
-            steps_ = {{event, 1}};
-            try {
-                Tesk::ReadKey(&w, false);
-                ADD_FAILURE() << "event " << event << " did not end the console";
-            } catch (const Tesk::ExitRequest& request) {
-                EXPECT_EQ(request.status, 0) << event;
-            }
-        }
-    }
-}
-
 // A window over another whose loop reads keys, with something that must be
 // cleaned up on the way out (as the login dialog wipes its password).
 class ReadingDialog : public Tesk::Window {
@@ -212,21 +195,6 @@ protected:
     void Byte(char b) { ASSERT_EQ(::write(Tesk::WakeupPipeWriteEndForTesting(), &b, 1), 1); }
 };
 
-TEST_F(WakeupPipe, KeyBeforePipeByteAndEveryByteItsEvent) {
-    ASSERT_EQ(::write(in_[1], "a", 1), 1);
-    Byte(4);
-    EXPECT_EQ(Tesk::WaitForInput(nullptr), 'a');
-    EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventQuit);
-    for (char b : {1, 2, 3}) {
-        Byte(b);
-        EXPECT_EQ(Tesk::WaitForInput(nullptr), -(2 + b));
-    }
-    Byte(9);
-    EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventNone);
-    timeval shortWait{0, 20000};
-    EXPECT_EQ(Tesk::WaitForInput(&shortWait), Tesk::EventTimeout);
-}
-
 TEST_F(WakeupPipe, TheKeyAfterALoneEscIsNotLeftWithCurses) {
     // Curses reads on after an Esc to see whether a sequence starts and keeps
     // what it read when none does: the descriptor is empty by then.
@@ -236,20 +204,6 @@ TEST_F(WakeupPipe, TheKeyAfterALoneEscIsNotLeftWithCurses) {
         timeval limit{1, 0};
         EXPECT_EQ(Tesk::WaitForInput(&limit), 27) << second;
         EXPECT_EQ(Tesk::WaitForInput(&limit), *second == '\r' ? Tesk::KeyEnter : *second) << second;
-    }
-}
-
-TEST_F(WakeupPipe, SignalsArriveAsTheirEvents) {
-    timeval limit{5, 0};
-    ASSERT_EQ(::kill(::getpid(), SIGUSR1), 0);
-    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventSmartCard);
-    ASSERT_EQ(::kill(::getpid(), SIGWINCH), 0);
-    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventResize);
-    ASSERT_EQ(::kill(::getpid(), SIGUSR2), 0);
-    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventRestart);
-    for (int sig : {SIGTERM, SIGINT, SIGQUIT}) {
-        ASSERT_EQ(::kill(::getpid(), sig), 0);
-        EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventQuit) << sig;
     }
 }
 
