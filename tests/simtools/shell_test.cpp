@@ -47,16 +47,5 @@ TEST_F(ShellTest, LinesReachTheSimulatedToolsOnly) {
     EXPECT_EQ(hosts.out, "10.9.8.7 marker\n");
 }
 
-TEST_F(ShellTest, ScriptsAndArguments) {
-    WriteScript("/sbin/hello.sh", "echo \"hello $1\"");
-    auto script = RunTool("/bin/sh", {"/sbin/hello.sh", "world"});
-    EXPECT_EQ(script.status, 0);
-    EXPECT_EQ(script.out, "hello world\n");
-    auto positional = RunTool("/bin/sh", {"-c", "echo $0 $1", "name", "arg"});
-    EXPECT_EQ(positional.out, "name arg\n");
-    // `let` works as on the host.
-    EXPECT_EQ(Tesk::RunShellCommand("let v=2+2; (exit $((v != 4)))"), 0);
-}
-
 }  // namespace
 }  // namespace TeskTest
