@@ -41,20 +41,16 @@ private:
     pid_t pid_ = -1;
 };
 
-// Logs in; the menu then asks the hung tool about lockdown.
-void LogInTowardsTheMenu(ConsoleSession& console) {
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-    EnterCredentials(console, "root", kPassword);
-}
-
 TEST(HungTool, TheScreenSaysPleaseWaitAndAQuitSignalEndsConsoleAndTool) {
     for (int sig : {SIGTERM, SIGHUP}) {
         SCOPED_TRACE(sig);
         SimRoot root;
         HungTool tool(root);
         ConsoleSession console(root, LocalConsole());
-        LogInTowardsTheMenu(console);
+        // Logging in; the menu then asks the hung tool about lockdown.
+        ASSERT_TRUE(WaitWelcome(console));
+        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
+        EnterCredentials(console, "root", kPassword);
         ASSERT_TRUE(tool.started(console));
         EXPECT_TRUE(console.waitForText("Please, wait ..."));
 

@@ -136,30 +136,6 @@ TEST(Login, EveryFailureHasItsMessageRecordsAndEvent) {
     EXPECT_TRUE(console.waitForText("System Customization"));
 }
 
-TEST(Login, HostMessagesEndInAPointEvenWithoutDomain) {
-    SimRoot root;
-    root.editState([](Json& s) { s["network"]["dns"]["domain"] = ""; });
-    ConsoleSession console(root, RemoteShell());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "tesk-host01.."));
-    EXPECT_FALSE(console.find("tesk-host01..."));
-    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
-    console.waitForQuiet();
-
-    // Console login switched off: the refusal names the host the same way.
-    std::filesystem::remove(root.path("/var/run/brelt/show-tesk-login"));
-    for (const std::string& key : {FKey(2), FKey(12)}) {
-        ASSERT_TRUE(KeyThen(console, key, "Authentication Denied"));
-        EXPECT_TRUE(console.find("Direct console access has been disabled by the"));
-        EXPECT_TRUE(console.find("tesk-host01.."));
-        EXPECT_FALSE(console.find("Login Name:"));
-        ASSERT_TRUE(Dismiss(console, "Authentication Denied"));
-        console.waitForQuiet();
-    }
-    EXPECT_FALSE(root.hasLogLine("Authentication of user"));
-    EXPECT_TRUE(AuditRecords(root).empty());
-}
-
 TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
     SimRoot root;
     ConsoleSession console(root, RemoteShell());

@@ -1,9 +1,5 @@
 // The customization menu: its entries and their enable rules, and the right
 // pane and footer of each entry.
-#include <sys/stat.h>
-
-#include <algorithm>
-#include <filesystem>
 #include <string>
 
 #include "tests/session/session_support.h"
@@ -42,13 +38,6 @@ std::vector<std::string> Entries(ConsoleSession& console) {
         entries.push_back(row.substr(b, e - b + 1));
     }
     return entries;
-}
-
-// The cell colours an entry is drawn in (not selected).
-TeskTest::Cell EntryCell(ConsoleSession& console, std::string_view entry) {
-    auto at = console.find(entry);
-    EXPECT_TRUE(at) << entry;
-    return at ? console.cell(at->col, at->row) : TeskTest::Cell{};
 }
 
 struct PaneCase {
@@ -122,54 +111,7 @@ TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
     EXPECT_EQ(PaneHeading(console), "Remove Custom Extensions");
 }
 
-TEST(Menu, LockdownEntryFollowsWhatTheHostAllows) {
-    struct Case {
-        bool enabled, possible;
-        bool usable;
-        const char* state;
-    };
-    for (const Case& c : {Case{false, false, false, nullptr}, Case{true, false, true, "Enabled"},
-                          Case{false, true, true, "Disabled"}}) {
-        SCOPED_TRACE(testing::Message() << "enabled " << c.enabled << " possible " << c.possible);
-        SimRoot root;
-        root.editState([&](Json& s) {
-            s["lockdown"] = {{"enabled", c.enabled}, {"possible", c.possible}};
-        });
-        ConsoleSession console(root, RemoteShell(kCols, kRows));
-        ASSERT_TRUE(LogIn(console));
-        const auto lockdown = EntryCell(console, "Configure Lockdown Mode");
-        const auto restore = EntryCell(console, "Network Restore Options");
-        EXPECT_EQ(lockdown.fg == restore.fg, c.usable);
-        // One Down from the first entry: the disabled entry is skipped.
-        console.key(Key::Down);
-        ASSERT_TRUE(console.waitFor(
-            [&] {
-                return PaneHeading(console) == "Configure Lockdown Mode" ||
-                       PaneHeading(console) == "Configure Management Network";
-            },
-            "the entry below the first"));
-        console.waitForQuiet();
-        EXPECT_EQ(PaneHeading(console),
-                  c.usable ? "Configure Lockdown Mode" : "Configure Management Network");
-        if (c.usable) {
-            EXPECT_NE(Pane(console).find(c.state), std::string::npos) << Pane(console);
-        }
-    }
-}
-
 }  // namespace
-
-TEST(Menu, EmptyPasswordLoginIsFlaggedOnEveryEntry) {
-    SimRoot root;
-    root.writeFile("/etc/simhost/users", "root::success\n");
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
-    ASSERT_TRUE(LogIn(console, "root", ""));
-    EXPECT_EQ(PaneHeading(console), "Configure Password");
-    EXPECT_TRUE(console.screen().contains("Not set"));
-    EXPECT_TRUE(console.screen().contains("Change default password"));
-    ASSERT_TRUE(GoToEntry(console, "View System Logs"));
-    EXPECT_TRUE(console.screen().contains("Change default password"));
-}
 
 // A menu entry whose feature the host does not offer: greyed with the host's
 // reason in its pane, and <Enter> opens nothing.
