@@ -104,34 +104,4 @@ TEST_F(DialogsTest, HoldScreenDiscardsEveryKeyUntilTheIdleTimeout) {
     EXPECT_THROW(Tesk::Run(progress), TeskTimeout);
 }
 
-std::string LongText(int lines) {
-    std::string text;
-    for (int i = 1; i <= lines; ++i) text += "line " + std::to_string(i) + "\n";
-    return text;
-}
-
-TEST_F(DialogsTest, MessageClosesOnEnterOnlyAndScrollsInTheDetailsStyle) {
-    {
-        FakeInput input({KeyEscape, KEY_NPAGE, ' ', KEY_F(11), KeyEnter});
-        MessageDialog plain(nullptr, "Title", LongText(10));
-        EXPECT_EQ(Tesk::Run(plain), 1);
-        EXPECT_EQ(input.left(), 0u);
-        EXPECT_EQ(plain.bodyArea().scrollOffset(), 0);  // Page Down did nothing
-        EXPECT_EQ(plain.height(), 10);
-        EXPECT_EQ(plain.footer(), Footer::kOk);
-    }
-    FakeInput input({KEY_NPAGE, KeyEscape, KEY_NPAGE, KEY_PPAGE, KEY_NPAGE, KeyEnter});
-    InfoDialog details(nullptr, "NIC Details", LongText(20), "{align:right}<Enter> Back{/align}");
-    EXPECT_EQ(Tesk::Run(details), 1);
-    EXPECT_EQ(details.width(), 70);
-    EXPECT_EQ(details.height(), 13);
-    // Six rows of body, one kept for the hints: two pages down make ten lines.
-    const int pagesDown = details.bodyArea().scrollOffset() / details.bodyArea().pageHeight();
-    EXPECT_EQ(pagesDown, 2);
-    EXPECT_EQ(RowText(details.curses(), 3, 3, 7), "line 11");
-    EXPECT_NE(RowText(details.curses(), 8).find("<Page Up>  <Page Down>"), std::string::npos)
-        << RowText(details.curses(), 8);
-    EXPECT_NE(RowText(details.curses(), 11).find("<Enter> Back"), std::string::npos);
-}
-
 }  // namespace

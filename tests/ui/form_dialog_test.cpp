@@ -80,22 +80,6 @@ TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
 }
 
 TEST_F(FormTest, RadioGroupKeepsExactlyOneChoice) {
-    RadioGroup group;
-    RadioItem a("a", false, &group);
-    EXPECT_TRUE(a.chosen());  // the first member until another joins chosen
-    RadioItem b("b", true, &group);
-    RadioItem c("c", false, &group);
-    EXPECT_EQ(group.chosen(), &b);
-    EXPECT_FALSE(a.chosen());
-
-    EXPECT_EQ(c.handleKey(' '), KeyResult::Redraw());
-    EXPECT_EQ(group.chosenIndex(), 2);
-    c.handleKey(' ');  // Space on the choice keeps it
-    c.setChosen(false);
-    c.toggle();
-    EXPECT_EQ(group.chosenIndex(), 2);
-    EXPECT_EQ(a.text() + b.text() + c.text(), "( ) a( ) b(o) c");
-    EXPECT_EQ(c.handleKey('x'), KeyResult::Ignored());
     // Through a form: Space on the second radio, the carousel in the same
     // group takes the choice with Space and cycles with Left/Right.
     struct Nic {

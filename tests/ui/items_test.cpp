@@ -85,31 +85,4 @@ TEST_F(ItemListTest, SelectionSkipsLabelsAndDisabledItemsAndStopsAtTheEnds) {
     EXPECT_EQ(list.at(3).foreground(), ColourBlack);
 }
 
-TEST_F(ItemListTest, LongValuesScrollInsideTheField) {
-    InputItem f("L", "", 4);
-    f.handleKey(KEY_HOME);
-    for (char c : std::string("abcdefgh")) f.handleKey(c);
-    EXPECT_EQ(f.cursor(), 8);
-    EXPECT_EQ(f.viewOffset(), 5);
-    EXPECT_NE(f.text().find("[ fgh  ]"), std::string::npos);
-    // Left at the view's first column takes the view along.
-    f.handleKey(KEY_LEFT);
-    f.handleKey(KEY_LEFT);
-    f.handleKey(KEY_LEFT);
-    EXPECT_EQ(f.cursor(), 5);
-    f.handleKey(KEY_LEFT);
-    EXPECT_EQ(f.viewOffset(), 4);
-    EXPECT_EQ(f.cursor(), 4);
-    // Backspace past the view's left edge shows the value from its start,
-    // cursor at the end.
-    f.handleKey(KEY_BACKSPACE);
-    EXPECT_EQ(f.value(), "abcefgh");
-    EXPECT_EQ(f.viewOffset(), 0);
-    EXPECT_EQ(f.cursor(), 7);
-    EXPECT_NE(f.text().find("[ abce ]"), std::string::npos);
-    f.handleKey(KEY_HOME);
-    EXPECT_EQ(f.viewOffset(), 0);
-    EXPECT_EQ(f.cursor(), 0);
-}
-
 }  // namespace

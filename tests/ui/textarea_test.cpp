@@ -44,18 +44,6 @@ TEST_F(TextAreaTest, ColourTagsSwitchColoursAndUnknownNamesDrawBlack) {
     EXPECT_EQ(RowText(w, 0, 0, 5), "selxy");
 }
 
-TEST_F(TextAreaTest, ClipsToHeightAndWidth) {
-    TextArea area(panel_.get(), 1, 1, 5, 2, ColourBlack);
-    area.setText("one\ntwo\nthree");
-    EXPECT_EQ(RowText(panel_->curses(), 1, 1, 5), "one  ");
-    EXPECT_EQ(RowText(panel_->curses(), 2, 1, 5), "two  ");
-    EXPECT_EQ(RowText(panel_->curses(), 3, 1, 5), "     ");
-    // Trailing spaces past the edge never spill over the area.
-    area.setText("abcd       efgh");
-    EXPECT_EQ(RowText(panel_->curses(), 1, 0, 8), " abcd   ");
-    EXPECT_EQ(RowText(panel_->curses(), 2, 1, 5), "efgh ");
-}
-
 TEST_F(TextAreaTest, LongTextsScrollByPageWithHints) {
     TextArea area(panel_.get(), 0, 0, 30, 4, ColourBlack);
     area.setScrollHints(true);
@@ -80,15 +68,6 @@ TEST_F(TextAreaTest, LongTextsScrollByPageWithHints) {
     area.setText("short");
     EXPECT_EQ(area.scrollOffset(), 0);
     EXPECT_EQ(RowText(w, 3), std::string(30, ' '));
-}
-
-TEST_F(TextAreaTest, ScrolledTextKeepsColoursOpenedAboveTheView) {
-    TextArea area(panel_.get(), 0, 0, 10, 2, ColourBlack);
-    area.setText("{color:red}a\nb\nc{/color}d\ne");
-    area.pageDown();
-    EXPECT_EQ(RowText(area.curses(), 0, 0, 2), "cd");
-    EXPECT_EQ(PairAt(area.curses(), 0, 0), Pair(ColourYellow, ColourRed));
-    EXPECT_EQ(PairAt(area.curses(), 0, 1), Pair(ColourYellow, ColourBlack));
 }
 
 }  // namespace

@@ -107,15 +107,4 @@ TEST_F(WindowTest, OpenerIsDimmedWhileADialogRunsAndRestoredAfter) {
     EXPECT_EQ(RowText(screen.curses(), 1, 1, 6), "behind");
 }
 
-TEST_F(WindowTest, TimeoutLeavesNoWindowCurrentAndTheOpenerDimmed) {
-    keySession_.timeout = 60;
-    FakeInput input({'a', 'b'}, 1000);
-    Frame screen(nullptr, 0, 0, COLS, LINES, ColourYellow, ColourBlack);
-    NotificationDialog d(&screen, "Title", "Body");
-    EXPECT_THROW(Tesk::Run(d), TeskTimeout);
-    EXPECT_EQ(CurrentWindow(), nullptr);
-    EXPECT_FALSE(screen.isActive());
-    EXPECT_EQ(input.consumed(), 0);
-}
-
 }  // namespace
