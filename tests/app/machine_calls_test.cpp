@@ -134,13 +134,16 @@ TEST(MachineCalls, EveryCallThatCouldReachTheMachineIsListedWithItsRoute) {
             << "listed but gone: " << l.file << " " << l.call;
 }
 
-TEST(MachineCalls, ASimulatedRootNeverAuthenticatesAgainstTheMachinesAccounts) {
+TEST(MachineCalls, ASimulatedRootRecordsItsTerminalAndNeverAuthenticatesAgainstTheMachine) {
     SimRoot root;
     SessionOptions options = RemoteShell();
     options.pamWrapper = false;
+    options.args = {"12"};
     ConsoleSession console(root, options);
     ASSERT_TRUE(LogInRefused(console));
     EXPECT_TRUE(root.hasLogLine("Login refused: PAM does not go to the simulated host's users"));
+    EXPECT_TRUE(root.hasLogLine("Activated virtual terminal 12 of the simulated host"));
+    EXPECT_EQ(root.stateValue("/console/activeVt"), Json(12));
 }
 
 }  // namespace
