@@ -29,14 +29,10 @@ TEST(BackendChoice, NamedOrFollowingTheRootAmongTheBuiltOnes) {
         std::string error;
     };
     const Case cases[] = {
-        {nullptr, true, "simulated", ""},
-        {nullptr, false, "linux", ""},  // the machine's own
-        {"", true, "simulated", ""},
-        {"simulated", false, "simulated", ""},
-        {"linux", true, "linux", ""},
-        {"linux", false, "linux", ""},
-        {"nonsense", true, nullptr, unknown},
-        {"nonsense", false, nullptr, unknown},
+        {nullptr, true, "simulated", ""},     {nullptr, false, "linux", ""},  // the machine's own
+        {"", true, "simulated", ""},          {"simulated", false, "simulated", ""},
+        {"linux", true, "linux", ""},         {"linux", false, "linux", ""},
+        {"nonsense", true, nullptr, unknown}, {"nonsense", false, nullptr, unknown},
     };
     for (const Case& c : cases) {
         const std::string what = std::string(c.requested ? c.requested : "(unset)") +
@@ -64,36 +60,15 @@ int RunWithoutTerminal(const SimRoot& root, const std::string& backend) {
 }
 
 TEST(BackendChoice, AnUnservableNameEndsTheConsoleBeforeItStarts) {
-    const struct {
-        const char* backend;
-        const char* message;
-    } cases[] = {
-        {"nonsense", "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)"},
-    };
-    for (const auto& c : cases) {
-        SimRoot root;
-        EXPECT_EQ(RunWithoutTerminal(root, c.backend), 1) << c.backend;
-        EXPECT_EQ(root.tryReadFile("/tmp/stderr"), "TESK: " + std::string(c.message) + "\n");
-        EXPECT_EQ(root.tryReadFile("/tmp/stdout"), "") << "nothing drawn: " << c.backend;
-        EXPECT_EQ(root.logLinesWith(c.message).size(), 1u) << root.logTail();
-        EXPECT_FALSE(root.hasLogLine("Starting TESK")) << c.backend;
-        EXPECT_FALSE(root.exists("/var/run/tesk.pid")) << c.backend;
-    }
-}
-
-TEST(BackendChoice, TheSimulatedBackendNamedOnARootServesItAsWithoutTheName) {
+    const std::string message =
+        "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)";
     SimRoot root;
-    SessionOptions options;
-    options.args = {"3"};
-    options.env = {{"TESK_BACKEND", "simulated"}};
-    ConsoleSession console(root, options);
-    // The welcome frame's host facts come from the backend, the terminal's
-    // record from its platform hooks.
-    EXPECT_TRUE(console.waitForText("iB Memory"));
-    EXPECT_TRUE(root.waitForLogLine("Activated virtual terminal 3 of the simulated host"));
-    EXPECT_EQ(root.stateValue("/console/activeVt"), TeskTest::Json(3));
-    console.signal(SIGTERM);
-    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
+    EXPECT_EQ(RunWithoutTerminal(root, "nonsense"), 1);
+    EXPECT_EQ(root.tryReadFile("/tmp/stderr"), "TESK: " + message + "\n");
+    EXPECT_EQ(root.tryReadFile("/tmp/stdout"), "") << "nothing drawn";
+    EXPECT_EQ(root.logLinesWith(message).size(), 1u) << root.logTail();
+    EXPECT_FALSE(root.hasLogLine("Starting TESK"));
+    EXPECT_FALSE(root.exists("/var/run/tesk.pid"));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The console as a process: how it ends on each signal, what it logs, and the
-// palette reset after a normal end.
+// The console as a process: how it ends on each signal, the palette reset
+// after a normal end, and tesk-sim's run of a program on a fresh root.
 #include <signal.h>
 
 #include <cstdlib>
@@ -40,74 +40,6 @@ TEST(ConsoleProcess, EndsWithStatusZeroOnEveryQuitSignalAndRestartWithoutSession
     EXPECT_TRUE(root.readFile("/var/log/syslog.log").find("Starting TESK") != std::string::npos);
 }
 
-TEST(ConsoleProcess, CtrlSDoesNotFreezeTheScreen) {
-    SimRoot root;
-    ConsoleSession console(root);
-    WaitStarted(console, root);
-    console.key(TeskTest::Key::F(2));
-    ASSERT_TRUE(console.waitForText("Authentication Required"));
-    console.waitForQuiet();
-    console.type("\x13");  // Ctrl-S: with flow control on, output would stop here
-    console.type("qzq");   // replaces the login name
-    EXPECT_TRUE(console.waitForText("qzq"));
-    console.signal(SIGTERM);
-    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
-}
-
-TEST(ConsoleProcess, ResizeIsLoggedAndEndsTheConsole) {
-    SimRoot root;
-    ConsoleSession console(root);
-    WaitStarted(console, root);
-    console.resize(100, 30);
-    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
-    EXPECT_NE(root.readFile("/var/log/syslog.log").find("Resized window to 100x30"),
-              std::string::npos);
-}
-
-TEST(ConsoleProcess, SecondInstanceRunsButLeavesThePidFileAlone) {
-    SimRoot root;
-    ConsoleSession first(root);
-    WaitStarted(first, root);
-    ConsoleSession second(root);
-    second.waitFor(
-        [&] {
-            return root.readFile("/var/log/syslog.log")
-                       .find(
-                           "Attempt to run multiple TESK instances, not updating "
-                           "/var/run/tesk.pid") != std::string::npos;
-        },
-        "second instance's error line");
-    EXPECT_EQ(second.status(), ExitStatus::Running());
-    EXPECT_EQ(root.tryReadFile("/var/run/tesk.pid"), std::to_string(first.pid()));
-}
-
-TEST(ConsoleProcess, CardChangesFromTheSimulatedHostReachTheConsole) {
-    SimRoot root;
-    ConsoleSession console(root);
-    WaitStarted(console, root);
-    const std::string sim = TESK_SIM_BINARY;
-    ASSERT_EQ(std::system((sim + " card insert " + root.path() + " alice >/dev/null").c_str()), 0);
-    console.waitFor(
-        [&] {
-            return root.readFile("/var/log/syslog.log")
-                       .find("Found smart card with user id 'alice'") != std::string::npos;
-        },
-        "card found");
-    ASSERT_EQ(std::system((sim + " card remove " + root.path() + " >/dev/null").c_str()), 0);
-    EXPECT_EQ(root.stateValue("/smartCards/slots/0/token"), TeskTest::Json(nullptr));
-    EXPECT_EQ(console.status(), ExitStatus::Running());  // no session: only the id changes
-}
-
-TEST(ConsoleProcess, InvalidVirtualTerminalIsLoggedAndIgnored) {
-    SimRoot root;
-    SessionOptions options;
-    options.args = {"64"};
-    ConsoleSession console(root, options);
-    WaitStarted(console, root);
-    EXPECT_NE(root.readFile("/var/log/syslog.log").find("Invalid VT specified for TESK: 64"),
-              std::string::npos);
-}
-
 TEST(ConsoleProcess, NormalEndResetsThePaletteAfterCurses) {
     SimRoot root;
     for (const char* how : {"return", "hostctl"}) {
@@ -125,10 +57,6 @@ TEST(ConsoleProcess, NormalEndResetsThePaletteAfterCurses) {
         root.readFile("/var/log/syslog.log").find("TESK aborted by exception: host went away"),
         std::string::npos);
 }
-
-}  // namespace
-
-namespace {
 
 TEST(SimulatedHostCommands, RunStartsTheGalleryOnAFreshRootAndRemovesIt) {
     SessionOptions options;

@@ -136,38 +136,6 @@ TEST_F(PidFile, WrittenWhenAbsentOrStaleAndLeftAloneWhenLive) {
     EXPECT_EQ(Tesk::Platform::ParsePidText(" 42\n"), 42);
 }
 
-TEST_F(PidFile, OnlyAnotherConsoleCountsAsARunningInstance) {
-    const std::string pidFile = "var/run/tesk.pid";
-    const std::string own = std::to_string(::getpid());
-    // A live process of another program, and init.
-    pid_t other = ::fork();
-    if (other == 0) {
-        ::execl("/bin/sleep", "sleep", "60", nullptr);
-        ::_exit(127);
-    }
-    for (pid_t live : {other, pid_t{1}}) {
-        // Wait until the child runs the other program.
-        for (int i = 0; live == other && i < 200; ++i) {
-            std::error_code error;
-            auto exe = fs::read_symlink("/proc/" + std::to_string(live) + "/exe", error);
-            if (!error && exe.filename() != fs::read_symlink("/proc/self/exe").filename()) break;
-            ::usleep(10000);
-        }
-        std::ofstream(fs::path(root_) / pidFile, std::ios::trunc) << live;
-        EXPECT_TRUE(Tesk::GuardPidFile()) << live;
-        EXPECT_EQ(Read(pidFile), own) << live;
-    }
-    ::kill(other, SIGKILL);
-    ::waitpid(other, nullptr, 0);
-
-    // At the end the file goes, unless it names somebody else by then.
-    Tesk::ReleasePidFile();
-    EXPECT_FALSE(fs::exists(fs::path(root_) / pidFile));
-    std::ofstream(fs::path(root_) / pidFile) << "1";
-    Tesk::ReleasePidFile();
-    EXPECT_EQ(Read(pidFile), "1");
-}
-
 using EscapeSequences = CursesOnPipes;
 
 TEST_F(EscapeSequences, EveryVariantArrivesAsItsKey) {
@@ -189,47 +157,5 @@ TEST_F(EscapeSequences, EveryVariantArrivesAsItsKey) {
 }
 
 using Colours = CursesOnPipes;
-
-TEST_F(Colours, RedefinableTerminalGetsTheThirtySixPairs) {
-    Start("linux");
-    ASSERT_TRUE(can_change_color());
-    EXPECT_FALSE(Tesk::CannotChangeColours());
-    for (int b : Tesk::kPaletteOrder) {
-        for (int f : Tesk::kPaletteOrder) {
-            int pair = f + b * COLORS + 1;
-            if (pair >= COLOR_PAIRS) continue;  // beyond what this terminal holds
-            EXPECT_EQ(Tesk::ColourAttr(b, f), static_cast<attr_t>(COLOR_PAIR(pair)));
-            short fg = -1, bg = -1;
-            ASSERT_EQ(pair_content(static_cast<short>(pair), &fg, &bg), OK);
-            EXPECT_EQ(fg, f);
-            EXPECT_EQ(bg, b);
-        }
-    }
-    short r, g, b;
-    color_content(Tesk::ColourYellow, &r, &g, &b);
-    EXPECT_EQ(r, 1000);
-    EXPECT_EQ(g, 800);
-    EXPECT_EQ(b, 0);
-}
-
-TEST_F(Colours, MonochromeTerminalUsesStandoutForDarkBackgrounds) {
-    Start("vt102");
-    ASSERT_FALSE(can_change_color());
-    EXPECT_TRUE(Tesk::CannotChangeColours());
-    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourBlack, Tesk::ColourWhite), A_STANDOUT);
-    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourDarkGrey, Tesk::ColourWhite), A_STANDOUT);
-    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourWhite, Tesk::ColourBlack), A_NORMAL);
-    EXPECT_EQ(Tesk::ColourAttr(Tesk::ColourYellow, Tesk::ColourBlack), A_NORMAL);
-}
-
-TEST_F(Colours, PairNumbersStayInsideAnAttributeOnLargePalettes) {
-    Start("xterm-256color");
-    for (int b : Tesk::kPaletteOrder)
-        for (int f : Tesk::kPaletteOrder) {
-            int pair = Tesk::ColourPairNumber(b, f);
-            EXPECT_LE(pair, 255);
-            EXPECT_EQ(static_cast<int>(PAIR_NUMBER(Tesk::ColourAttr(b, f))), pair);
-        }
-}
 
 }  // namespace

@@ -28,24 +28,16 @@ public:
         changes.push_back(active);
         Window::setActive(active);
     }
-    void notify() override { ++notified; }
     std::vector<bool> changes;
-    int notified = 0;
 };
 
-// The session's answers to the key reader, set by each test.
+// The session's idle timeout, set by each test.
 class FakeSession : public Tesk::KeySession {
 public:
     int idleTimeout() const override { return timeout; }
-    bool holdRestart() override {
-        if (active) restartPending = true;
-        return active;
-    }
-    void cardChanged() override { ++cardChanges; }
+    bool holdRestart() override { return false; }
+    void cardChanged() override {}
     int timeout = 600;
-    bool active = false;
-    bool restartPending = false;
-    int cardChanges = 0;
 };
 
 // What the fake wait does next: let the whole limit pass (a time-out), or
@@ -134,36 +126,6 @@ TEST_F(KeyReader, IdleTimeoutOnlyWhereTheCallerAllowsIt) {
     EXPECT_EQ(limits_, (std::vector<long>{60, 59}));  // the dim minute, then the rest of 120 s
 }
 
-TEST_F(KeyReader, EventsThatDoNotEndTheProcess) {
-    RecordingWindow w;
-    Tesk::SetCurrentWindow(&w);
-    session_.active = true;
-    steps_ = {
-        {Tesk::EventNone, 1}, {Tesk::EventRestart, 1}, {Tesk::EventSmartCard, 1}, {KEY_F(2), 1}};
-    EXPECT_EQ(Tesk::ReadKey(&w, false), KEY_F(2));
-    EXPECT_TRUE(session_.restartPending);  // restart waits for the logout
-    EXPECT_EQ(w.notified, 1);
-    EXPECT_EQ(session_.cardChanges, 1);
-    EXPECT_TRUE(w.changes.empty());  // never dimmed within a minute
-}
-
-TEST_F(KeyReader, QuitResizeAndRestartWithoutSessionEndTheConsole) {
-    RecordingWindow w;
-    for (bool withSession : {true, false}) {
-        Tesk::SetKeySession(withSession ? &session_ : nullptr);
-        for (int event :
-             {int{Tesk::EventQuit}, int{Tesk::EventRestart}, int{Tesk::EventResize}, KEY_RESIZE}) {
-            steps_ = {{event, 1}};
-            try {
-                Tesk::ReadKey(&w, false);
-                ADD_FAILURE() << "event " << event << " did not end the console";
-            } catch (const Tesk::ExitRequest& request) {
-                EXPECT_EQ(request.status, 0) << event;
-            }
-        }
-    }
-}
-
 // A window over another whose loop reads keys, with something that must be
 // cleaned up on the way out (as the login dialog wipes its password).
 class ReadingDialog : public Tesk::Window {
@@ -212,21 +174,6 @@ protected:
     void Byte(char b) { ASSERT_EQ(::write(Tesk::WakeupPipeWriteEndForTesting(), &b, 1), 1); }
 };
 
-TEST_F(WakeupPipe, KeyBeforePipeByteAndEveryByteItsEvent) {
-    ASSERT_EQ(::write(in_[1], "a", 1), 1);
-    Byte(4);
-    EXPECT_EQ(Tesk::WaitForInput(nullptr), 'a');
-    EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventQuit);
-    for (char b : {1, 2, 3}) {
-        Byte(b);
-        EXPECT_EQ(Tesk::WaitForInput(nullptr), -(2 + b));
-    }
-    Byte(9);
-    EXPECT_EQ(Tesk::WaitForInput(nullptr), Tesk::EventNone);
-    timeval shortWait{0, 20000};
-    EXPECT_EQ(Tesk::WaitForInput(&shortWait), Tesk::EventTimeout);
-}
-
 TEST_F(WakeupPipe, TheKeyAfterALoneEscIsNotLeftWithCurses) {
     // Curses reads on after an Esc to see whether a sequence starts and keeps
     // what it read when none does: the descriptor is empty by then.
@@ -239,42 +186,12 @@ TEST_F(WakeupPipe, TheKeyAfterALoneEscIsNotLeftWithCurses) {
     }
 }
 
-TEST_F(WakeupPipe, SignalsArriveAsTheirEvents) {
-    timeval limit{5, 0};
-    ASSERT_EQ(::kill(::getpid(), SIGUSR1), 0);
-    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventSmartCard);
-    ASSERT_EQ(::kill(::getpid(), SIGWINCH), 0);
-    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventResize);
-    ASSERT_EQ(::kill(::getpid(), SIGUSR2), 0);
-    EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventRestart);
-    for (int sig : {SIGTERM, SIGINT, SIGQUIT}) {
-        ASSERT_EQ(::kill(::getpid(), sig), 0);
-        EXPECT_EQ(Tesk::WaitForInput(&limit), Tesk::EventQuit) << sig;
-    }
-}
-
 class SmartCards : public HostRootTest {
 protected:
     void Cards(const Sim::Json& slots) {
         Sim::Update([&](Sim::Json& s) { s["smartCards"]["slots"] = slots; });
     }
 };
-
-TEST_F(SmartCards, FirstNonEmptyIdOfTheFirstReadableCardIsDetected) {
-    Tesk::Session session(HostCtl::TheBackend(), false);
-    Cards(Sim::Json::parse(R"([{"name":"a","token":null},
-                               {"name":"b","token":{"userIds":["",""]}},
-                               {"name":"c","token":{"userIds":["","alice","bob"]}},
-                               {"name":"d","token":{"userIds":["carol"]}}])"));
-    session.checkCard();
-    EXPECT_EQ(session.detectedCardUserId(), "alice");
-    EXPECT_NE(Read("var/log/syslog.log").find("Found smart card with user id 'alice'"),
-              std::string::npos);
-
-    Cards(Sim::Json::parse(R"([{"name":"a","token":null}])"));
-    session.checkCard();
-    EXPECT_EQ(session.detectedCardUserId(), "");
-}
 
 TEST_F(SmartCards, CardBoundSessionEndsWhenItsCardLeaves) {
     Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["alice"]}}])"));

@@ -134,34 +134,16 @@ TEST(MachineCalls, EveryCallThatCouldReachTheMachineIsListedWithItsRoute) {
             << "listed but gone: " << l.file << " " << l.call;
 }
 
-TEST(MachineCalls, VirtualTerminalOfASimulatedRootIsRecordedNotSwitched) {
-    {
-        SimRoot root;
-        SessionOptions options = RemoteShell();
-        options.args = {"12"};
-        ConsoleSession console(root, options);
-        ASSERT_TRUE(WaitWelcome(console));
-        EXPECT_TRUE(root.waitForLogLine("Activated virtual terminal 12 of the simulated host"));
-        EXPECT_EQ(root.stateValue("/console/activeVt"), Json(12));
-    }
-    // The same through tesk-sim, on a root of its own.
-    SimRoot root;
-    SessionOptions options = RemoteShell();
-    options.program = TeskTest::SimBinary();
-    options.args = {"run", root.path(), "--vt", "7"};
-    ConsoleSession console(root, options);
-    ASSERT_TRUE(WaitWelcome(console));
-    EXPECT_TRUE(root.waitForLogLine("Activated virtual terminal 7 of the simulated host"));
-    EXPECT_EQ(root.stateValue("/console/activeVt"), Json(7));
-}
-
-TEST(MachineCalls, ASimulatedRootNeverAuthenticatesAgainstTheMachinesAccounts) {
+TEST(MachineCalls, ASimulatedRootRecordsItsTerminalAndNeverAuthenticatesAgainstTheMachine) {
     SimRoot root;
     SessionOptions options = RemoteShell();
     options.pamWrapper = false;
+    options.args = {"12"};
     ConsoleSession console(root, options);
     ASSERT_TRUE(LogInRefused(console));
     EXPECT_TRUE(root.hasLogLine("Login refused: PAM does not go to the simulated host's users"));
+    EXPECT_TRUE(root.hasLogLine("Activated virtual terminal 12 of the simulated host"));
+    EXPECT_EQ(root.stateValue("/console/activeVt"), Json(12));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // A window that becomes active again looks exactly as it did at first: every
 // cell of the screen (text, colours, attributes) after a dialog closes, a
-// logout, an idle logout, dimming and waking, and the high-contrast palette
-// switched on and off, in colour and in monochrome.
+// logout, and dimming and waking, in colour and in monochrome.
 #include <string>
 
 #include "tests/session/session_support.h"
@@ -49,32 +48,6 @@ TEST_P(ColoursComeBack, AfterTheLoginDialogClosesAndAfterALogout) {
     EXPECT_SAME_SCREEN(first, Grid(console), console);
 }
 
-TEST_P(ColoursComeBack, LoginDialogAfterAFailedLogin) {
-    SimRoot root;
-    ConsoleSession console(root, options());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-    const auto password = console.find("Password:");
-    ASSERT_TRUE(password);
-    const TeskTest::Cell label = console.cell(password->col, password->row);
-    console.key(Key::Enter);  // on to the password: its row is highlighted
-    ASSERT_TRUE(console.waitFor(
-        [&] {
-            const TeskTest::Cell now = console.cell(password->col, password->row);
-            return !(now.bg == label.bg) || now.reverse != label.reverse;
-        },
-        "the password selected"));
-    ASSERT_TRUE(console.waitForQuiet());
-    const auto ready = Grid(console);
-
-    console.type("wrong");
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Invalid login or password."));
-    ASSERT_TRUE(Dismiss(console, "Invalid login or password."));
-    ASSERT_TRUE(console.waitForQuiet());
-    // The password is empty again and keeps the focus: the same dialog.
-    EXPECT_SAME_SCREEN(ready, Grid(console), console);
-}
-
 TEST_P(ColoursComeBack, AfterDimmingAndWaking) {
     SimRoot root;
     // A minute without keys passes in twelve seconds (room for a slow login).
@@ -106,44 +79,9 @@ TEST_P(ColoursComeBack, AfterDimmingAndWaking) {
     EXPECT_SAME_SCREEN(menu, Grid(console), console);
 }
 
-TEST_P(ColoursComeBack, AfterAnIdleLogout) {
-    SimRoot root;
-    root.editState([](Json& s) {
-        s["advancedOptions"]["/UserVars/TeskTimeOut"] = {{"type", "integer"}, {"value", 60}};
-    });
-    ConsoleSession console(root, fastClock(5));
-    ASSERT_TRUE(WaitWelcome(console));
-    const auto first = Grid(console);
-    ASSERT_TRUE(LogIn(console));
-    ASSERT_TRUE(root.waitForLogLine("User root logged out due to time out",
-                                    TeskTest::Scaled(std::chrono::seconds(20))));
-    ASSERT_TRUE(WaitWelcome(console));
-    EXPECT_SAME_SCREEN(first, Grid(console), console);
-}
-
 INSTANTIATE_TEST_SUITE_P(Terminals, ColoursComeBack, ::testing::Values("xterm-256color", "xterm"),
                          [](const auto& info) {
                              return std::string(info.param) == "xterm" ? "Monochrome" : "Colour";
                          });
-
-TEST(HighContrast, SwitchedOnAndOffGivesTheFirstFrameBack) {
-    SimRoot root;
-    SessionOptions options = LocalConsole(80, 25);
-    options.term = "xterm-256color";
-    ConsoleSession console(root, options);
-    ASSERT_TRUE(WaitWelcome(console));
-    const auto first = Grid(console);
-    const TeskTest::Colour panel = console.cell(40, 3).bg;
-    console.key(FKey(4));
-    ASSERT_TRUE(
-        console.waitFor([&] { return !(console.cell(40, 3).bg == panel); }, "high contrast"));
-    ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(4));
-    ASSERT_TRUE(console.waitFor([&] { return console.cell(40, 3).bg == panel; }, "normal"));
-    ASSERT_TRUE(WaitWelcome(console));
-    // The upper panel's border cells among them.
-    for (int row = 1; row < 12; ++row) EXPECT_EQ(console.cell(0, row).bg, panel) << "row " << row;
-    EXPECT_SAME_SCREEN(first, Grid(console), console);
-}
 
 }  // namespace

@@ -53,9 +53,9 @@ TEST(HostText, MarkupInHostValuesShowsAsText) {
     ASSERT_TRUE(console.waitForText("System Customization"));
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
 
-    ASSERT_TRUE(SelectEntry(console, "Configure Management Network", kCols)) << console.text();
+    ASSERT_TRUE(GoToEntry(console, "Configure Management Network")) << console.text();
     EXPECT_TRUE(console.find("{color:red}x{align:right}")) << console.text();
-    ASSERT_TRUE(SelectEntry(console, "View Support Information", kCols)) << console.text();
+    ASSERT_TRUE(GoToEntry(console, "View Support Information")) << console.text();
     EXPECT_TRUE(console.find("{color:red}Support{align:right}")) << console.text();
 }
 

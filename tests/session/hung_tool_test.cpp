@@ -41,20 +41,16 @@ private:
     pid_t pid_ = -1;
 };
 
-// Logs in; the menu then asks the hung tool about lockdown.
-void LogInTowardsTheMenu(ConsoleSession& console) {
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-    EnterCredentials(console, "root", kPassword);
-}
-
 TEST(HungTool, TheScreenSaysPleaseWaitAndAQuitSignalEndsConsoleAndTool) {
     for (int sig : {SIGTERM, SIGHUP}) {
         SCOPED_TRACE(sig);
         SimRoot root;
         HungTool tool(root);
         ConsoleSession console(root, LocalConsole());
-        LogInTowardsTheMenu(console);
+        // Logging in; the menu then asks the hung tool about lockdown.
+        ASSERT_TRUE(WaitWelcome(console));
+        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
+        EnterCredentials(console, "root", kPassword);
         ASSERT_TRUE(tool.started(console));
         EXPECT_TRUE(console.waitForText("Please, wait ..."));
 
@@ -70,16 +66,6 @@ TEST(HungTool, TheScreenSaysPleaseWaitAndAQuitSignalEndsConsoleAndTool) {
         EXPECT_EQ(AuditRecords(root, "tesk.logout").size(), 1u);
         EXPECT_TRUE(root.hasLogLine("User root logged out"));
     }
-}
-
-TEST(HungTool, ASlowToolShowsTheNoticeUntilItAnswers) {
-    SimRoot root;
-    ReplaceTool(root, "/bin/rux-cmd", "sleep 1\necho true");
-    ConsoleSession console(root, LocalConsole());
-    LogInTowardsTheMenu(console);
-    EXPECT_TRUE(console.waitForText("Please, wait ..."));
-    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-    EXPECT_FALSE(console.find("Please, wait")) << console.text();
 }
 
 }  // namespace

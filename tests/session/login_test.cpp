@@ -1,6 +1,7 @@
 // Logging in and out at the console: the dialogs, every PAM outcome with its
-// records, smart-card login, and the idle logout (the logout records of the
-// signals that end the console: tests/app/job_control_test.cpp).
+// records, UTF-8 typed through to PAM, smart-card login, and the idle logout
+// (the logout records of the signals that end the console:
+// tests/app/job_control_test.cpp).
 #include <signal.h>
 
 #include <algorithm>
@@ -135,80 +136,6 @@ TEST(Login, EveryFailureHasItsMessageRecordsAndEvent) {
     EXPECT_TRUE(console.waitForText("System Customization"));
 }
 
-TEST(Login, TabOnTheLastItemWrapsToTheFirst) {
-    // Local console: the keyboard label is the first item, and typing on it
-    // does nothing.
-    {
-        SimRoot root;
-        ConsoleSession console(root, LocalConsole());
-        ASSERT_TRUE(WaitWelcome(console));
-        ASSERT_TRUE(KeyThen(console, FKey(2), "Configured Keyboard (US Default)"));
-        console.keys({Key::Tab, Key::Tab});
-        console.type("zz");
-        console.key(Key::Down);  // to the login name, still "root"
-        console.key(Key::Enter);
-        console.type(kPassword);
-        console.key(Key::Enter);
-        EXPECT_TRUE(console.waitForText("System Customization"));
-        EXPECT_TRUE(root.hasLogLine("User root logged in"));
-        EXPECT_FALSE(root.hasLogLine("failed"));
-    }
-    // Remote shell: no label; the wrap lands on the login name.
-    {
-        SimRoot root;
-        ConsoleSession console(root, RemoteShell());
-        ASSERT_TRUE(WaitWelcome(console));
-        ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-        EXPECT_FALSE(console.find("Configured Keyboard"));
-        console.keys({Key::Tab, Key::Tab});
-        EnterCredentials(console, "noaccess", kPassword);
-        EXPECT_TRUE(console.waitForText("User does not have permission to login to TESK."));
-        EXPECT_FALSE(root.hasLogLine("Authentication of user root"));
-    }
-}
-
-TEST(Login, F3SwitchesModesEvenWithoutACard) {
-    SimRoot root;
-    ConsoleSession console(root, RemoteShell());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-    ASSERT_TRUE(KeyThen(console, FKey(3), "Login Id:"));
-    EXPECT_TRUE(console.find("PIN:"));
-    EXPECT_TRUE(console.find("Enter the smart card login PIN for"));
-    EXPECT_TRUE(console.find("<F3> Switch PIN/Password Login"));
-    // No card: the id is empty.
-    std::string id = RowWith(console, "Login Id:");
-    EXPECT_EQ(id.find("root"), std::string::npos) << id;
-
-    ASSERT_TRUE(KeyThen(console, FKey(3), "Login Name:"));
-    EXPECT_FALSE(console.find("<F3>"));
-    EXPECT_NE(RowWith(console, "Login Name:").find("root"), std::string::npos);
-}
-
-TEST(Login, HostMessagesEndInAPointEvenWithoutDomain) {
-    SimRoot root;
-    root.editState([](Json& s) { s["network"]["dns"]["domain"] = ""; });
-    ConsoleSession console(root, RemoteShell());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(KeyThen(console, FKey(2), "tesk-host01.."));
-    EXPECT_FALSE(console.find("tesk-host01..."));
-    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
-    console.waitForQuiet();
-
-    // Console login switched off: the refusal names the host the same way.
-    std::filesystem::remove(root.path("/var/run/brelt/show-tesk-login"));
-    for (const std::string& key : {FKey(2), FKey(12)}) {
-        ASSERT_TRUE(KeyThen(console, key, "Authentication Denied"));
-        EXPECT_TRUE(console.find("Direct console access has been disabled by the"));
-        EXPECT_TRUE(console.find("tesk-host01.."));
-        EXPECT_FALSE(console.find("Login Name:"));
-        ASSERT_TRUE(Dismiss(console, "Authentication Denied"));
-        console.waitForQuiet();
-    }
-    EXPECT_FALSE(root.hasLogLine("Authentication of user"));
-    EXPECT_TRUE(AuditRecords(root).empty());
-}
-
 TEST(Login, SmartCardLoginEndsWhenTheCardIsPulled) {
     SimRoot root;
     ConsoleSession console(root, RemoteShell());
@@ -261,6 +188,35 @@ TEST(Logout, IdleTimeoutEndsTheSessionWithItsOwnRecords) {
     // The welcome screen takes keys again: another session starts.
     ASSERT_TRUE(LogIn(console));
     EXPECT_EQ(root.logLinesWith("User root logged in").size(), 2u);
+}
+
+// "ü€" and a password with letters beyond ASCII.
+const std::string kUEuro = "\xC3\xBC\xE2\x82\xAC";
+const std::string kUtf8Password = "p\xC3\xA4sswort\xE2\x82\xAC";  // "pässwort€"
+
+TEST(Typing, Utf8CharactersReachTheFieldAndPam) {
+    SimRoot root;
+    root.writeFile("/etc/simhost/users",
+                   "root:" + TeskTest::PasswordHash(kUtf8Password) + ":success\n");
+    ConsoleSession console(root, RemoteShell());
+    ASSERT_TRUE(WaitWelcome(console));
+    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
+    // The fresh login field is replaced by the first character typed.
+    console.type("x");
+    console.type(kUEuro);
+    console.type("y");
+    ASSERT_TRUE(console.waitForText("[ x" + kUEuro + "y "));
+
+    // Back to "root", then the UTF-8 password (shown as one star per
+    // character) through PAM to the simulated host's users.
+    console.keys({Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace});
+    console.type("root");
+    console.key(Key::Enter);
+    console.type(kUtf8Password);
+    ASSERT_TRUE(console.waitForText("[ *********  "));
+    console.key(Key::Enter);
+    EXPECT_TRUE(root.waitForLogLine("User root logged in"));
+    EXPECT_TRUE(console.waitForText("System Customization"));
 }
 
 }  // namespace

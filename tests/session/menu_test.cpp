@@ -1,12 +1,8 @@
-// The customization menu: its entries and their enable rules, the right pane
-// and footer of each entry, and the log viewer handing the terminal to the pager.
-#include <sys/stat.h>
-
-#include <algorithm>
-#include <filesystem>
+// The customization menu: its entries and their enable rules, and the right
+// pane and footer of each entry.
 #include <string>
 
-#include "tests/session/robustness_steps.h"
+#include "tests/session/session_support.h"
 
 using namespace SessionTest;
 
@@ -42,20 +38,6 @@ std::vector<std::string> Entries(ConsoleSession& console) {
         entries.push_back(row.substr(b, e - b + 1));
     }
     return entries;
-}
-
-std::string Heading(ConsoleSession& console) {
-    return SessionTest::Heading(console, kCols);
-}
-bool SelectEntry(ConsoleSession& console, const std::string& entry) {
-    return SessionTest::SelectEntry(console, entry, kCols);
-}
-
-// The cell colours an entry is drawn in (not selected).
-TeskTest::Cell EntryCell(ConsoleSession& console, std::string_view entry) {
-    auto at = console.find(entry);
-    EXPECT_TRUE(at) << entry;
-    return at ? console.cell(at->col, at->row) : TeskTest::Cell{};
 }
 
 struct PaneCase {
@@ -109,7 +91,7 @@ TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
     };
     for (const PaneCase& c : cases) {
         SCOPED_TRACE(c.entry);
-        ASSERT_TRUE(SelectEntry(console, c.entry));
+        ASSERT_TRUE(GoToEntry(console, c.entry));
         const std::string pane = Pane(console);
         for (const char* fragment : c.pane)
             EXPECT_NE(pane.find(fragment), std::string::npos) << fragment << " in\n" << pane;
@@ -125,113 +107,28 @@ TEST(Menu, EveryEntryDescribesItselfWithItsFooter) {
         EXPECT_EQ(pane.find("Not set"), std::string::npos);
     }
     // The last entry stays selected.
-    EXPECT_TRUE(DownStays(console, kCols));
-    EXPECT_EQ(Heading(console), "Remove Custom Extensions");
-}
-
-TEST(Menu, LockdownEntryFollowsWhatTheHostAllows) {
-    struct Case {
-        bool enabled, possible;
-        bool usable;
-        const char* state;
-    };
-    for (const Case& c : {Case{false, false, false, nullptr}, Case{true, false, true, "Enabled"},
-                          Case{false, true, true, "Disabled"}}) {
-        SCOPED_TRACE(testing::Message() << "enabled " << c.enabled << " possible " << c.possible);
-        SimRoot root;
-        root.editState([&](Json& s) {
-            s["lockdown"] = {{"enabled", c.enabled}, {"possible", c.possible}};
-        });
-        ConsoleSession console(root, RemoteShell(kCols, kRows));
-        ASSERT_TRUE(LogIn(console));
-        const auto lockdown = EntryCell(console, "Configure Lockdown Mode");
-        const auto restore = EntryCell(console, "Network Restore Options");
-        EXPECT_EQ(lockdown.fg == restore.fg, c.usable);
-        // One Down from the first entry: the disabled entry is skipped.
-        console.key(Key::Down);
-        ASSERT_TRUE(console.waitFor(
-            [&] {
-                return Heading(console) == "Configure Lockdown Mode" ||
-                       Heading(console) == "Configure Management Network";
-            },
-            "the entry below the first"));
-        console.waitForQuiet();
-        EXPECT_EQ(Heading(console),
-                  c.usable ? "Configure Lockdown Mode" : "Configure Management Network");
-        if (c.usable) {
-            EXPECT_NE(Pane(console).find(c.state), std::string::npos) << Pane(console);
-        }
-    }
-}
-
-TEST(Menu, NetworkBootedHostCannotBeReset) {
-    SimRoot root;
-    root.editState([](Json& s) {
-        s["userOptions"]["PXEBootEnabled"] = {{"value", "1"}};
-        s.erase("customExtensions");
-    });
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
-    ASSERT_TRUE(LogIn(console));
-    EXPECT_FALSE(EntryCell(console, "Reset System Configuration").fg ==
-                 EntryCell(console, "View System Logs").fg);
-    ASSERT_TRUE(SelectEntry(console, "View Support Information"));
-    EXPECT_TRUE(DownStays(console, kCols));
-}
-
-TEST(Menu, RemoteShellHasNoKeyboardEntry) {
-    SimRoot root;
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
-    ASSERT_TRUE(LogIn(console));
-    auto entries = Entries(console);
-    EXPECT_EQ(std::count(entries.begin(), entries.end(), "Configure Keyboard"), 0);
-    ASSERT_TRUE(SelectEntry(console, "Network Restore Options"));
-    console.key(Key::Down);
-    EXPECT_TRUE(console.waitFor([&] { return Heading(console) == "Troubleshooting Options"; },
-                                "Troubleshooting Options after Network Restore Options"));
-}
-
-// What the pager is given and gets back: tests/session/pager_test.cpp.
-TEST(Menu, LogsAreNumberedByPresenceAndOpenInThePager) {
-    SimRoot root;
-    for (const char* log : {"/var/log/zerkel.log", "/var/log/sysboot.log", "/var/log/mgra.log",
-                            "/var/log/hamon.log", "/var/log/noxd.log"})
-        std::filesystem::remove(root.path(log));
-    root.writeFile("/var/log/hagentd.log", "agent started\n");
-    // The pager writes down the log it was given and ends at once.
-    std::filesystem::remove(root.path("/bin/less"));  // a link to tesk-sim
-    root.writeFile("/bin/less", "#!/bin/sh\nfor a; do :; done; echo \"$a\" > " +
-                                    root.path("/tmp/pager-record") + "\n");
-    ::chmod(root.path("/bin/less").c_str(), 0755);
-
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
-    ASSERT_TRUE(LogIn(console));
-    ASSERT_TRUE(SelectEntry(console, "View System Logs"));
-    const std::string pane = Pane(console);
-    EXPECT_NE(pane.find("<1> Syslog"), std::string::npos) << pane;
-    EXPECT_NE(pane.find("<2> Management Agent (hagentd)"), std::string::npos) << pane;
-    EXPECT_EQ(pane.find("<3>"), std::string::npos) << pane;
-
-    // A number without a log does nothing: only the "2" after it runs the pager.
-    console.key("3");
-    console.key("2");
-    ASSERT_TRUE(console.waitFor([&] { return root.exists("/tmp/pager-record"); }, "pager ran"));
-    EXPECT_EQ(root.readFile("/tmp/pager-record"), root.path("/var/log/hagentd.log") + "\n");
-    // The menu comes back with the pager's end, and keys reach it again.
-    ASSERT_TRUE(WaitSettled(console, "<2> Management Agent (hagentd)"));
-    console.key(Key::Esc);
-    EXPECT_TRUE(root.waitForLogLine("User root logged out"));
+    EXPECT_FALSE(StepSelection(console));
+    EXPECT_EQ(PaneHeading(console), "Remove Custom Extensions");
 }
 
 }  // namespace
 
-TEST(Menu, EmptyPasswordLoginIsFlaggedOnEveryEntry) {
+// A menu entry whose feature the host does not offer: greyed with the host's
+// reason in its pane, and <Enter> opens nothing.
+constexpr char kNotOfferedReason[] = "This host keeps no extensions of its own.";
+
+TEST(NotOffered, EntryIsGreyedWithTheReasonAndOpensNothing) {
     SimRoot root;
-    root.writeFile("/etc/simhost/users", "root::success\n");
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
-    ASSERT_TRUE(LogIn(console, "root", ""));
-    EXPECT_EQ(Heading(console), "Configure Password");
-    EXPECT_TRUE(console.screen().contains("Not set"));
-    EXPECT_TRUE(console.screen().contains("Change default password"));
-    ASSERT_TRUE(SelectEntry(console, "View System Logs"));
-    EXPECT_TRUE(console.screen().contains("Change default password"));
+    root.editState(
+        [](Json& state) { state["notOffered"]["customExtensions"] = kNotOfferedReason; });
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(LogIn(console));
+    ASSERT_TRUE(GoToEntry(console, "Remove Custom Extensions")) << console.text();
+    ASSERT_TRUE(console.waitForText(kNotOfferedReason));
+    EXPECT_EQ(console.text().find("<Enter> Reset"), std::string::npos) << console.text();
+    console.key(Key::Enter);
+    console.waitForQuiet();
+    EXPECT_EQ(console.text().find("All custom extensions will be removed."), std::string::npos)
+        << console.text();
+    EXPECT_NE(console.text().find(kNotOfferedReason), std::string::npos) << console.text();
 }

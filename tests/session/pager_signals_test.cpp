@@ -14,7 +14,7 @@ constexpr int kCols = 100, kRows = 30;
 // Logs in and opens the syslog in the pager; true once the pager runs.
 bool OpenSyslog(ConsoleSession& console, const SimRoot& root) {
     if (!LogIn(console)) return false;
-    if (!SelectEntry(console, "View System Logs", kCols)) return false;
+    if (!GoToEntry(console, "View System Logs")) return false;
     console.key("1");
     return console.waitFor([&] { return PidIn(root, "/tmp/pager") > 0; }, "the pager runs");
 }

@@ -1,5 +1,5 @@
-// Steps the menu and robustness screen tests share: choosing a menu entry, and
-// watching processes the console started end.
+// Steps the robustness screen tests share: the pane's heading, host tools
+// replaced by scripts, and watching processes the console started end.
 #pragma once
 
 #include <signal.h>
@@ -18,30 +18,6 @@ namespace SessionTest {
 inline std::string Heading(ConsoleSession& console, int cols) {
     std::string row = console.row(1);
     return static_cast<int>(row.size()) > cols / 2 + 2 ? row.substr(cols / 2 + 2) : "";
-}
-
-// Moves the menu's selection down until the pane's heading is entry; false
-// (with a failure) when a Down does not move it.
-inline bool SelectEntry(ConsoleSession& console, const std::string& entry, int cols) {
-    for (int i = 0; i < 20 && Heading(console, cols) != entry; ++i) {
-        const std::string before = Heading(console, cols);
-        console.key(Key::Down);
-        if (!console.waitFor([&] { return Heading(console, cols) != before; },
-                             "the selection moved"))
-            return false;
-        console.waitForQuiet();
-    }
-    return Heading(console, cols) == entry;
-}
-
-// Presses Down where the selection must stay (no usable entry below it); true
-// when it stayed. A busy console may show a wrong move only after this returns,
-// so this can pass wrongly but never fails wrongly.
-inline bool DownStays(ConsoleSession& console, int cols) {
-    const std::string before = Heading(console, cols);
-    console.key(Key::Down);
-    console.waitForQuiet(std::chrono::milliseconds(300));
-    return Heading(console, cols) == before;
 }
 
 // Waits (scaled for slow builds) until the process has ended.

@@ -1,5 +1,5 @@
-// The welcome screen against simulated hosts: what it says about the host,
-// where it puts it, and the keys that lead away from it.
+// The welcome screen of the default simulated host: what it says about the
+// host, where it puts it and in which colours.
 #include <string>
 
 #include "tests/session/session_support.h"
@@ -26,17 +26,6 @@ std::string Line(ConsoleSession& console, int row) {
     while (!text.empty() && text.back() == ' ') text.pop_back();
     // The left border is one cell but three bytes.
     return text.size() > 10 ? text.substr(10) : "";
-}
-
-// A change of host data shows after the next key: any key redraws everything.
-void EditAndRefresh(ConsoleSession& console, const SimRoot& root,
-                    const std::function<void(Json&)>& change) {
-    // A key typed while the console still redraws for the previous one is
-    // dropped, and quiet may come before that redraw has begun: wait for a
-    // longer quiet, so that the refreshing key is read.
-    console.waitForQuiet(std::chrono::milliseconds(500));
-    root.editState(change);
-    console.key(Key::Space);
 }
 
 TEST(WelcomeScreen, DefaultHostFactsStandInTheirPlaces) {
@@ -78,129 +67,6 @@ TEST(WelcomeScreen, DefaultHostFactsStandInTheirPlaces) {
     EXPECT_EQ(f12->col + static_cast<int>(std::string("<F12> Shut Down/Restart").size()), 78);
     // Key names in the panel's text colour, their labels in dark-grey.
     EXPECT_FALSE(console.cell(2, 23).fg == console.cell(7, 23).fg);
-}
-
-TEST(WelcomeScreen, DhcpWithoutLeaseWaitsAndWarnsUnlessAuditModeSaysMore) {
-    SimRoot root("dhcp");
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(console.waitForText("https://0.0.0.0/ (Waiting for DHCP...)"));
-    // Host name "localhost" is no way to reach the host: the IPv4 line comes first.
-    auto heading = At(console, "To manage this host, go to:");
-    ASSERT_TRUE(heading);
-    EXPECT_EQ(Line(console, heading->row + 1), "https://0.0.0.0/ (Waiting for DHCP...)");
-    EXPECT_FALSE(console.find("localhost"));
-    EXPECT_TRUE(console.find("Warning: DHCP lookup failed."));
-
-    // Audit mode replaces the DHCP warning instead of adding to it.
-    EditAndRefresh(console, root, [](Json& s) { s["bootOption"]["auditMode"] = true; });
-    ASSERT_TRUE(console.waitForText("Warning: Host is running in audit mode."));
-    EXPECT_FALSE(console.find("DHCP lookup failed"));
-}
-
-TEST(WelcomeScreen, FiveIpv6AddressesGiveFourSortedLinesAndAnEllipsis) {
-    SimRoot root;
-    root.editState([](Json& s) {
-        // Without a host name line all seven lines fit the area.
-        s["network"]["dns"]["hostname"] = "localhost";
-        Json& addresses = s["network"]["zrkNics"][0]["config"]["ipv6Addresses"];
-        addresses = Json::array();
-        // The host lists its link-local address first, then these in order:
-        // the first four are shown, sorted; the fifth is left out.
-        for (const char* a : {"2001:db8::c", "2001:db8::a", "2001:db8::b", "2001:db8::9"})
-            addresses.push_back(
-                {{"address", a}, {"prefixLength", 64}, {"type", "static"}, {"scope", "global"}});
-    });
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(console.waitForText("..."));
-    auto v4 = At(console, "https://192.168.10.21/ (STATIC)");
-    ASSERT_TRUE(v4);
-    EXPECT_EQ(Line(console, v4->row + 1), "https://[2001:db8::a]/ (STATIC)");
-    EXPECT_EQ(Line(console, v4->row + 2), "https://[2001:db8::b]/ (STATIC)");
-    EXPECT_EQ(Line(console, v4->row + 3), "https://[2001:db8::c]/ (STATIC)");
-    EXPECT_EQ(Line(console, v4->row + 4).rfind("https://[fe80::", 0), 0u);
-    EXPECT_EQ(Line(console, v4->row + 5), "...");
-    EXPECT_FALSE(console.find("2001:db8::9"));
-
-    // Exactly four: no ellipsis.
-    EditAndRefresh(console, root,
-                   [](Json& s) { s["network"]["zrkNics"][0]["config"]["ipv6Addresses"].erase(3); });
-    // (A redraw clears the whole screen first: wait for the new text itself.)
-    EXPECT_TRUE(console.waitFor(
-        [&] { return console.find("https://[2001:db8::c]/") && !console.find("..."); },
-        "four lines without ellipsis"));
-}
-
-TEST(WelcomeScreen, MemoryVendorAndProcessorLinesFollowTheHost) {
-    SimRoot root;
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(console.waitForText("64 GiB Memory"));
-
-    EditAndRefresh(console, root, [](Json& s) {
-        s["hardware"]["memory"] = {{"totalPages", 262144}, {"pageSize", 4096}};
-    });
-    EXPECT_TRUE(console.waitForText("1 GiB Memory"));
-
-    // Trimmed, and joined when the model does not start with the vendor
-    // (the rules themselves: welcome_text_test.cpp).
-    EditAndRefresh(console, root, [](Json& s) {
-        s["hardware"]["vendor"] = "  Acme \t";
-        s["hardware"]["product"] = " Server 9  ";
-        s["hardware"]["cpu"] = {{"packages", 1}, {"model", "  Zentium 3  "}};
-    });
-    // The hardware lines are filled after the vendor line.
-    ASSERT_TRUE(console.waitForText("Zentium 3"));
-    EXPECT_EQ(console.find("Acme Server 9"), (Position{8, 7}));
-    EXPECT_EQ(console.find("Zentium 3"), (Position{8, 9}));
-    EXPECT_FALSE(console.find(" x Zentium"));
-}
-
-TEST(WelcomeScreen, CustomMessageHidesEverythingYetTheKeysStillWork) {
-    SimRoot root;
-    root.editState([](Json& s) {
-        s["systemInfo"]["welcomeMessage"] =
-            "Property of the {color:red}Lab 4{/color} team\nVersion {kovaversion} at "
-            "{ip}{servicetag}.";
-    });
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitSettled(console, "Property of the Lab 4 team"));
-    // The host's facts fill the message's variables; one it cannot tell is empty.
-    EXPECT_TRUE(console.find("Version 8.0.2 at 192.168.10.21."));
-    EXPECT_EQ(console.find("Property of the"), (Position{2, 2}));
-    for (const char* hidden : {"To manage", "Zerkel Host", "Memory", "<F2>", "<F12>", "https://"})
-        EXPECT_FALSE(console.find(hidden)) << hidden;
-
-    ASSERT_TRUE(KeyThen(console, FKey(2), "Login Name:"));
-    ASSERT_TRUE(Dismiss(console, "Login Name:", Key::Esc));
-    EXPECT_TRUE(console.find("Property of the Lab 4 team"));
-
-    // Back to the default screen, rebuilt from nothing, once the message is gone.
-    EditAndRefresh(console, root, [](Json& s) { s["systemInfo"]["welcomeMessage"] = ""; });
-    ASSERT_TRUE(WaitWelcome(console));
-    EXPECT_TRUE(console.waitForText("64 GiB Memory"));
-    EXPECT_FALSE(console.find("Property of"));
-}
-
-TEST(WelcomeScreen, WithoutAdapterSaysSoAndRaisesTheAlertOnce) {
-    SimRoot root("nonic");
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    ASSERT_TRUE(console.waitForText("No compatible network adapter found. Please consult"));
-    EXPECT_FALSE(console.find("To manage this host"));
-    // Every key redraws the screen; the alert stays raised once.
-    for (int i = 0; i < 3; ++i) {
-        console.waitForQuiet();
-        console.key(Key::Space);
-    }
-    // The keys before it are done when a change made now shows.
-    EditAndRefresh(console, root, [](Json& s) { s["hardware"]["memory"]["totalPages"] = 262144; });
-    ASSERT_TRUE(console.waitForText("1 GiB Memory"));
-    // The lower panel is drawn after the memory line: wait for the frame to end.
-    EXPECT_TRUE(console.waitForText("No compatible network adapter found. Please consult"));
-    EXPECT_EQ(root.stateValue("/systemInfo/alerts"),
-              Json::array({"No compatible network adapter found."}));
 }
 
 }  // namespace

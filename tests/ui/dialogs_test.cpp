@@ -48,20 +48,6 @@ TEST_F(DialogsTest, ConfirmAnswersOnlyItsKeys) {
     EXPECT_EQ(Answer({KeyEscape, KEY_F(11)}, ConfirmDialog::F11(), std::nullopt), 1);
 }
 
-TEST_F(DialogsTest, ConfirmShowsItsTextsAndTheQuestionInTheLowerBand) {
-    FakeInput input({KEY_F(11)});
-    ConfirmDialog ask(nullptr, kWithItems, "Restore Network", "It will be reset.",
-                      Footer::kF11OkCancel, ConfirmDialog::F11());
-    ask.setQuestion("Are you sure?");
-    EXPECT_EQ(Tesk::Run(ask), 1);
-    WINDOW* w = ask.curses();
-    EXPECT_EQ(RowText(w, 1, 3, 15), "Restore Network");
-    EXPECT_EQ(RowText(w, 3, 3, 17), "It will be reset.");
-    // The item area starts at (2, 1) of the lower band, which starts at row 6.
-    EXPECT_EQ(RowText(w, 7, 2, 13), "Are you sure?");
-    EXPECT_EQ(RowText(w, 10, 36, 22), "<F11> OK  <Esc> Cancel");
-}
-
 TEST_F(DialogsTest, ProgressLinesAreShownAsTheyComeThenEnterCloses) {
     FakeInput input({KeyEscape, 'x', KeyEnter, 'z'});
     std::vector<std::string> shown;
@@ -99,21 +85,6 @@ TEST_F(DialogsTest, ProgressLinesAreShownAsTheyComeThenEnterCloses) {
     EXPECT_EQ(RowText(progress.curses(), 7, 2, 10), std::string(10, ' '));
 }
 
-TEST_F(DialogsTest, WithoutAnItemAreaProgressFollowsTheMessage) {
-    FakeInput input({KeyEnter});
-    ProgressDialog progress(nullptr, {70, 10, 7}, "Restart", "In progress...",
-                            [](ProgressDialog& p) {
-                                p.add(p.str(StrId::PoweringOffVms));
-                                p.done();
-                                p.waitForEnter();
-                                return 1;
-                            });
-    EXPECT_EQ(Tesk::Run(progress), 1);
-    EXPECT_EQ(progress.itemArea(), nullptr);
-    EXPECT_EQ(RowText(progress.curses(), 3, 3, 14), "In progress...");
-    EXPECT_EQ(RowText(progress.curses(), 4, 3, 23), "Powering Off VMs. Done.");
-}
-
 TEST_F(DialogsTest, HoldScreenDiscardsEveryKeyUntilTheIdleTimeout) {
     auto holding = [](ProgressDialog& p) -> int {
         p.add("Shutting down.");
@@ -131,36 +102,6 @@ TEST_F(DialogsTest, HoldScreenDiscardsEveryKeyUntilTheIdleTimeout) {
     FakeInput input({'a', 'b'}, 1000);
     ProgressDialog progress(nullptr, kWithItems, "Shut Down Host", "", holding);
     EXPECT_THROW(Tesk::Run(progress), TeskTimeout);
-}
-
-std::string LongText(int lines) {
-    std::string text;
-    for (int i = 1; i <= lines; ++i) text += "line " + std::to_string(i) + "\n";
-    return text;
-}
-
-TEST_F(DialogsTest, MessageClosesOnEnterOnlyAndScrollsInTheDetailsStyle) {
-    {
-        FakeInput input({KeyEscape, KEY_NPAGE, ' ', KEY_F(11), KeyEnter});
-        MessageDialog plain(nullptr, "Title", LongText(10));
-        EXPECT_EQ(Tesk::Run(plain), 1);
-        EXPECT_EQ(input.left(), 0u);
-        EXPECT_EQ(plain.bodyArea().scrollOffset(), 0);  // Page Down did nothing
-        EXPECT_EQ(plain.height(), 10);
-        EXPECT_EQ(plain.footer(), Footer::kOk);
-    }
-    FakeInput input({KEY_NPAGE, KeyEscape, KEY_NPAGE, KEY_PPAGE, KEY_NPAGE, KeyEnter});
-    InfoDialog details(nullptr, "NIC Details", LongText(20), "{align:right}<Enter> Back{/align}");
-    EXPECT_EQ(Tesk::Run(details), 1);
-    EXPECT_EQ(details.width(), 70);
-    EXPECT_EQ(details.height(), 13);
-    // Six rows of body, one kept for the hints: two pages down make ten lines.
-    const int pagesDown = details.bodyArea().scrollOffset() / details.bodyArea().pageHeight();
-    EXPECT_EQ(pagesDown, 2);
-    EXPECT_EQ(RowText(details.curses(), 3, 3, 7), "line 11");
-    EXPECT_NE(RowText(details.curses(), 8).find("<Page Up>  <Page Down>"), std::string::npos)
-        << RowText(details.curses(), 8);
-    EXPECT_NE(RowText(details.curses(), 11).find("<Enter> Back"), std::string::npos);
 }
 
 }  // namespace

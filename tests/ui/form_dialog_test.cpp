@@ -1,6 +1,6 @@
 // The form dialog and the items' own keys: who gets a key first, what the
-// defaults do, input fields that refuse characters, radio groups with one
-// choice, and disabled rows.
+// defaults do, input fields that refuse characters, and radio groups with one
+// choice.
 #include <curses.h>
 #include <gtest/gtest.h>
 
@@ -16,8 +16,6 @@
 namespace {
 
 using namespace Tesk;
-using TeskTest::Pair;
-using TeskTest::PairAt;
 using TeskTest::RowText;
 using TeskTest::RunWithKeys;
 
@@ -53,22 +51,6 @@ TEST_F(FormTest, KeysGoToTheSelectedItemThenTheDialogThenTheDefaults) {
     EXPECT_EQ(RowText(list, 1, 1, 14), "[X] Enable SSH");
 }
 
-TEST_F(FormTest, EscapeCancelsAndTheDialogsOwnKeysComeFirst) {
-    {
-        ProbeForm form;
-        form.items().emplace<CheckItem>("a", false);
-        EXPECT_EQ(RunWithKeys(form, {KeyEscape}), 0);
-    }
-    {
-        ProbeForm form;
-        form.items().emplace<CheckItem>("a", false);
-        EXPECT_EQ(RunWithKeys(form, {KEY_F(10)}), 5);
-    }
-    // An empty form still answers its keys.
-    ProbeForm empty;
-    EXPECT_EQ(RunWithKeys(empty, {KEY_DOWN, ' ', KeyEnter}), 1);
-}
-
 TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
     NumericInputItem minutes("Idle timeout", "30", 6, 4);
     for (int key : {'1', 'x', '2', '-', '3', '4', '5'}) minutes.handleKey(key);
@@ -83,18 +65,11 @@ TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
     minutes.handleKey('7');
     EXPECT_EQ(minutes.value(), "7");
 
-    FilteredInputItem mac("MAC", "", 20, CharFilters::HexDigits);
-    for (char c : std::string("0a:G f")) mac.handleKey(c);
-    EXPECT_EQ(mac.value(), "0af");
-    FilteredInputItem ipv4("IPv4", "", 20, CharFilters::DigitsAndDots);
-    for (char c : std::string("10.0.x.1 ")) ipv4.handleKey(c);
-    EXPECT_EQ(ipv4.value(), "10.0..1");
     FilteredInputItem ipv6("IPv6", "", 30, CharFilters::Ipv6Address);
     for (char c : std::string("fe80::1/64 zone")) ipv6.handleKey(c);
     EXPECT_EQ(ipv6.value(), "fe80::1/64e");
     // Keys that are no characters still pass on to the dialog.
-    EXPECT_EQ(mac.handleKey(KeyEnter), KeyResult::Ignored());
-    EXPECT_EQ(mac.handleKey(KEY_F(2)), KeyResult::Ignored());
+    EXPECT_EQ(ipv6.handleKey(KeyEnter), KeyResult::Ignored());
 
     // In a form, a refused character never reaches the dialog's handler.
     ProbeForm form;
@@ -105,29 +80,6 @@ TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
 }
 
 TEST_F(FormTest, RadioGroupKeepsExactlyOneChoice) {
-    RadioGroup group;
-    RadioItem a("a", false, &group);
-    EXPECT_TRUE(a.chosen());  // the first member until another joins chosen
-    RadioItem b("b", true, &group);
-    RadioItem c("c", false, &group);
-    EXPECT_EQ(group.chosen(), &b);
-    EXPECT_FALSE(a.chosen());
-
-    EXPECT_EQ(c.handleKey(' '), KeyResult::Redraw());
-    EXPECT_EQ(group.chosenIndex(), 2);
-    c.handleKey(' ');  // Space on the choice keeps it
-    c.setChosen(false);
-    c.toggle();
-    EXPECT_EQ(group.chosenIndex(), 2);
-    EXPECT_EQ(a.text() + b.text() + c.text(), "( ) a( ) b(o) c");
-    EXPECT_EQ(c.handleKey('x'), KeyResult::Ignored());
-    // Without a group, Space toggles.
-    RadioItem alone("alone", false);
-    alone.handleKey(' ');
-    EXPECT_TRUE(alone.chosen());
-    alone.handleKey(' ');
-    EXPECT_FALSE(alone.chosen());
-
     // Through a form: Space on the second radio, the carousel in the same
     // group takes the choice with Space and cycles with Left/Right.
     struct Nic {
@@ -148,22 +100,6 @@ TEST_F(FormTest, RadioGroupKeepsExactlyOneChoice) {
     EXPECT_FALSE(dhcp.chosen());
     EXPECT_EQ(nics.text(), "( ) NIC zk1");
     EXPECT_EQ(form.seen, (std::vector<int>{KEY_DOWN, KEY_DOWN, KeyEnter}));
-}
-
-TEST_F(FormTest, DisabledRowsAreSkippedAndDrawnDarkGrey) {
-    ProbeForm form;
-    auto& first = form.items().emplace<CheckItem>("first", false);
-    form.items().emplace<LabelItem>("unavailable", true).setEnabled(false);
-    form.items().emplace<LabelItem>("heading");
-    auto& last = form.items().emplace<CheckItem>("last", false);
-    // Down skips both rows; at the ends Up/Down change nothing.
-    EXPECT_EQ(RunWithKeys(form, {KEY_DOWN, ' ', KEY_DOWN, KEY_UP, KEY_UP, ' ', KeyEnter}), 1);
-    EXPECT_TRUE(last.checked());
-    EXPECT_TRUE(first.checked());
-    WINDOW* list = form.items().listArea().curses();
-    EXPECT_EQ(RowText(list, 1, 1, 11), "unavailable");
-    EXPECT_EQ(PairAt(list, 1, 1), Pair(ColourYellow, ColourDarkGrey));
-    EXPECT_EQ(PairAt(list, 0, 1), Pair(ColourBlack, ColourWhite));  // selected
 }
 
 }  // namespace

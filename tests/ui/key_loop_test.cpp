@@ -52,39 +52,16 @@ TEST_F(KeyLoopTest, LeaveEndsTheLoopAndOnlyRedrawRunsTheHook) {
     FakeInput input({'h', 'r', 'i', EventTimeout, 'r', 'q', 'x'});
     Window w(0, 0, 20, 5, ColourBlack, ColourWhite);
     int hooks = 0;
-    const int result = RunKeyLoop(w, {.handler =
-                                          [](int key) {
-                                              switch (key) {
-                                                  case 'h':
-                                                      return KeyResult::Handled();
-                                                  case 'r':
-                                                      return KeyResult::Redraw();
-                                                  case 'q':
-                                                      return KeyResult::Leave(7);
-                                                  default:
-                                                      return KeyResult::Ignored();
-                                              }
-                                          },
-                                      .afterKey = [&] { ++hooks; }});
+    const KeyHandler handler = [](int key) {
+        return key == 'h'   ? KeyResult::Handled()
+               : key == 'r' ? KeyResult::Redraw()
+               : key == 'q' ? KeyResult::Leave(7)
+                            : KeyResult::Ignored();
+    };
+    const int result = RunKeyLoop(w, {.handler = handler, .afterKey = [&] { ++hooks; }});
     EXPECT_EQ(result, 7);
     EXPECT_EQ(hooks, 2);
     EXPECT_EQ(input.left(), 1u);
-}
-
-TEST_F(KeyLoopTest, IdleTimeoutEndsTheLoopOnlyWhereAllowed) {
-    keySession_.timeout = 60;
-    Window w(0, 0, 20, 5, ColourBlack, ColourWhite);
-    const KeyHandler leaveOnQ = [](int key) {
-        return key == 'q' ? KeyResult::Leave(1) : KeyResult::Ignored();
-    };
-    {
-        FakeInput input({'a', 'q'}, 1000);
-        EXPECT_THROW(RunKeyLoop(w, {.allowIdleTimeout = true, .handler = leaveOnQ}), TeskTimeout);
-    }
-    {
-        FakeInput input({'a', 'q'}, 1000);
-        EXPECT_EQ(RunKeyLoop(w, {.allowIdleTimeout = false, .handler = leaveOnQ}), 1);
-    }
 }
 
 // A clock that moves only while the loop waits: a key arrives at once, an

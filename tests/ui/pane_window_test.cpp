@@ -1,6 +1,6 @@
 // The two-pane window: the selection skips separators and disabled rows and
-// leaves a row that is disabled under it, the pane follows the selection and
-// every <Enter>, and <Esc> leaves only when the window agrees.
+// leaves a row that is disabled under it, and <Esc> leaves only when the
+// window agrees.
 #include <curses.h>
 #include <gtest/gtest.h>
 
@@ -78,18 +78,6 @@ TEST_F(PaneWindowTest, SelectionSkipsSeparatorsAndDisabledRows) {
     EXPECT_EQ(window.selectedRow(), 0);
 }
 
-TEST_F(PaneWindowTest, PaneFollowsTheSelectionAndIsDescribedAgainAfterEnter) {
-    Sample window;
-    RunWithKeys(window, {KEY_DOWN, KeyEnter, KeyEscape});
-    WINDOW* w = window.curses();
-    const int right = COLS / 2;
-    EXPECT_EQ(RowText(w, 1, right + 2, 16), "pane of 2 after ");
-    EXPECT_EQ(RowText(w, 1, right + 18, 1), "1");
-    EXPECT_EQ(RowText(w, LINES - 2, right + 2, 8), "footer 2");
-    EXPECT_EQ(RowText(w, 1, 2, 6), "Sample");
-    EXPECT_EQ(RowText(w, LINES - 2, 2, 11), "left footer");
-}
-
 TEST_F(PaneWindowTest, EscapeLeavesOnlyWhenTheWindowAgreesAndRowKeysGoToTheRow) {
     Sample window;
     window.escapesRefused = 2;
@@ -98,38 +86,6 @@ TEST_F(PaneWindowTest, EscapeLeavesOnlyWhenTheWindowAgreesAndRowKeysGoToTheRow) 
     // Two moves and the row's own key each describe the pane again.
     EXPECT_GE(window.described.size() - before, 4u);
     EXPECT_EQ(window.described.back(), 3);
-}
-
-}  // namespace
-
-namespace {
-
-// Rows that carry what they show and do: the window needs no hooks.
-class RowsOnly : public PaneWindow {
-public:
-    RowsOnly() : PaneWindow(nullptr, "") {
-        addRow("One", {[] { return PaneText{"first pane", "f1"}; }, [this] { log += "1"; }});
-        addRow("", false);
-        addRow("Two", {[this] {
-                           return PaneText{"second pane " + log, "f2"};
-                       },
-                       nullptr,
-                       [this](int key) {
-                           log += static_cast<char>(key);
-                           return key == 'k';
-                       }});
-    }
-    std::string log;
-};
-
-TEST_F(PaneWindowTest, RowsGivenWithTheirActionsDescribeAndOpenThemselves) {
-    RowsOnly window;
-    RunWithKeys(window, {KeyEnter, KEY_DOWN, KeyEnter, 'k', 'z', KeyEscape});
-    // <Enter> on a row without an action does nothing; the row's key handler
-    // sees the keys the window does not use, and only a key it used describes
-    // the pane again.
-    EXPECT_EQ(window.log, "1kz");
-    EXPECT_EQ(RowText(window.curses(), 1, COLS / 2 + 2, 16), "second pane 1k  ");
 }
 
 }  // namespace

@@ -76,17 +76,6 @@ TEST_F(Utf8Test, LayoutCountsColumnsAndNeverSplitsACharacter) {
     EXPECT_EQ(LayoutMarkup("abc" + std::string("e") + kAcute + "f", 4), "abce" + kAcute + "\nf");
 }
 
-TEST_F(Utf8Test, DrawingClipsWholeCharactersAndShowsInvalidBytes) {
-    Window screen(0, 0, 20, 3, ColourYellow, ColourBlack);
-    TextArea area(&screen, 0, 0, 5, 2, ColourBlack);
-    area.setText("abcd" + kKan + "\n" + "\x80" + "x");
-    // The wide character does not fit the last column: the layout moved it.
-    EXPECT_EQ(RowText(area.curses(), 0), "abcd ");
-    EXPECT_EQ(TeskTest::WideAt(area.curses(), 1, 0), L'漢');
-    area.setText(std::string("\x80") + "x" + "\xC2\x85" + "y");
-    EXPECT_EQ(RowText(area.curses(), 0), "?x y ");
-}
-
 TEST_F(Utf8Test, FieldsEditByCharacterAndMeasureByColumn) {
     InputItem field("Name", "", 6);
     for (int key : {int{'x'}, CharKey(U'ü'), CharKey(U'€'), int{'y'}}) field.handleKey(key);
@@ -122,23 +111,6 @@ TEST_F(Utf8Test, FieldsEditByCharacterAndMeasureByColumn) {
     EXPECT_EQ(field.handleKey(CharKey(0x301)), KeyResult::Ignored());
     EXPECT_EQ(field.handleKey(KEY_F(1)), KeyResult::Ignored());
     EXPECT_EQ(field.value(), "xy");
-}
-
-TEST_F(Utf8Test, FiltersRefuseWhatTheyDoNotNameAndLimitsCountCharacters) {
-    // An Arabic-Indic three is a digit to iswdigit, not to an IPv4 field.
-    FilteredInputItem ipv4("IPv4", "", 20, CharFilters::DigitsAndDots);
-    for (int key : {int{'1'}, CharKey(0x663), int{'.'}, CharKey(U'ü'), int{'2'}})
-        ipv4.handleKey(key);
-    EXPECT_EQ(ipv4.value(), "1.2");
-    EXPECT_EQ(ipv4.handleKey(CharKey(U'€')), KeyResult::Handled());
-    FilteredInputItem hex("MAC", "", 20, CharFilters::HexDigits);
-    for (int key : {int{'a'}, CharKey(0xFF21), int{'F'}}) hex.handleKey(key);  // fullwidth A
-    EXPECT_EQ(hex.value(), "aF");
-
-    InputItem limited("L", "", 10);
-    limited.setMaxLength(2);
-    for (int key : {CharKey(U'€'), CharKey(U'€'), CharKey(U'€')}) limited.handleKey(key);
-    EXPECT_EQ(limited.value(), kEuro + kEuro);
 }
 
 }  // namespace
