@@ -1,16 +1,13 @@
 // What only the simulated host does, seen in its state: the addresses its
 // DHCP servers and router hand out, the effects of the operations whose
-// result no interface reads back, the account store, the distributed-switch
-// ports its state can refuse, the length of a host label, and the
-// system-version node. The behaviour
-// every backend shares is the contract's (tests/contract).
+// result no interface reads back, the account store and the length of a host
+// label. The behaviour every backend shares is the contract's (tests/contract).
 #include <gtest/gtest.h>
 
 #include <functional>
 
 #include "hostctl/backend.h"
 #include "hostctl/exception.h"
-#include "simhost/system.h"
 #include "tests/hostctl/fixture.h"
 
 namespace {
@@ -58,41 +55,6 @@ TEST_F(SimulatedHostTest, LearntAddressesComeFromTheServersInTheState) {
               std::vector<std::string>{"2001:db8:10::150/64"});
     EXPECT_EQ(root().stateValue("/network/zrkNics/0/config/ipv6Addresses")->size(), 1u)
         << "only the static address is stored";
-
-    // Without a server a renewal keeps the lease; a release-and-renew loses it.
-    root().editState([](Json& s) { s["network"]["dhcpServer"] = nullptr; });
-    nic->RenewDhcp();
-    nic->Refresh();
-    EXPECT_EQ(nic->GetIpConfig().GetIpv4Address().GetStringAddress(), "192.168.10.150");
-    nic->RequestRenewal(true);
-    nic->Refresh();
-    EXPECT_TRUE(nic->GetIpConfig().GetIpv4Address().IsAnyAddress());
-
-    // A server that appears later: the lease sets the gateway and host name.
-    root().editState([](Json& s) {
-        s["network"]["dhcpServer"] = {{"ipv4Address", "10.1.1.7"},
-                                      {"ipv4Netmask", "255.255.255.0"},
-                                      {"ipv4Gateway", "10.1.1.1"},
-                                      {"hostname", "leased"}};
-    });
-    nic->RenewDhcp();
-    nic->Refresh();
-    EXPECT_EQ(nic->GetIpConfig().GetIpv4Address().GetStringAddress(), "10.1.1.7");
-    EXPECT_EQ(host().GetRoutingInfo("defaultNetStack")->GetZerkelDefaultGateway(),
-              Ipv4Address("10.1.1.1"));
-    EXPECT_EQ(host().GetDnsConfig("defaultNetStack")->GetHostname(), "leased");
-}
-
-TEST_F(SimulatedHostTest, DhcpHostWithoutAServerWaitsAtTheAnyAddress) {
-    UseProfile("dhcp");
-    auto nic = Management();
-    EXPECT_TRUE(nic->GetConfiguredIpConfig().GetUseDhcp());
-    EXPECT_TRUE(nic->GetIpConfig().GetIpv4Address().IsAnyAddress());
-}
-
-TEST_F(SimulatedHostTest, ManagementInterfaceThatNoNicHasIsNone) {
-    root().editState([](Json& s) { s["network"]["managementInterface"] = "zrk9"; });
-    EXPECT_EQ(host().GetNetworkInfo()->GetManagementInterface(), nullptr);
 }
 
 // The operations whose effect no interface reads back change the state.
@@ -139,32 +101,6 @@ TEST_F(SimulatedHostTest, AccountStoreTakesTheOutcomesButNeverTheHashes) {
     EXPECT_EQ(root().stateValue("/userAccountStore/storeCount"), Json(1));
 }
 
-TEST_F(SimulatedHostTest, DistributedSwitchPortsFollowTheState) {
-    UseProfile("qds");
-    auto qds = [&] { return host().GetQdsSwitch("qDS-Prod"); };
-    // A port without settings of its own has the defaults: every uplink active.
-    EXPECT_EQ(qds()->GetPortSettings("11").activeUplinks,
-              (std::vector<std::string>{"uplink1", "uplink2"}));
-    root().editState(
-        [](Json& s) { s["network"]["distributedSwitches"][0]["ports"].push_back("hlp-0"); });
-    EXPECT_EQ(qds()->AddHostLocalPort({}), "hlp-1") << "the first number nobody has";
-
-    // A full switch and a foreign one make no port.
-    const auto refused = [&](const char* what, const std::function<void(Json&)>& change) {
-        SCOPED_TRACE(what);
-        root().editState(change);
-        const Json before = root().state();
-        EXPECT_THROW(qds()->AddHostLocalPort({}), HostCtlException);
-        EXPECT_EQ(root().state(), before);
-    };
-    refused("full", [](Json& s) { s["network"]["distributedSwitches"][0]["numPorts"] = 5; });
-    refused("foreign", [](Json& s) {
-        s["network"]["distributedSwitches"][0]["numPorts"] = 512;
-        s["network"]["distributedSwitches"][0]["kind"] = "foreign";
-    });
-    EXPECT_FALSE(qds()->IsOwnKind());
-}
-
 // A DNS label holds at most 63 characters (the refusals every backend shares:
 // the contract's).
 TEST_F(SimulatedHostTest, HostLabelsEndAtSixtyThreeCharacters) {
@@ -174,14 +110,6 @@ TEST_F(SimulatedHostTest, HostLabelsEndAtSixtyThreeCharacters) {
     EXPECT_THROW(dns->SetFqdn("host." + std::string(64, 'c') + ".example", false, ""),
                  HostCtlException);
     EXPECT_EQ(root().stateValue("/network/dns/hostname"), Json(std::string(63, 'a')));
-}
-
-TEST_F(SimulatedHostTest, SystemVersionNode) {
-    ZSI_SystemVersion version{};
-    ZrkCtl::Util::SysinfoUtil::SysinfoGet(ZSI_NODE_system_version, &version, sizeof version);
-    EXPECT_STREQ(version.productVersion, "8.0.2");
-    EXPECT_THROW(ZrkCtl::Util::SysinfoUtil::SysinfoGet(ZSI_NODE_system_version, &version, 4),
-                 HostCtlException);
 }
 
 }  // namespace
