@@ -136,31 +136,4 @@ TEST_F(QueriesTest, NoNicHostAndManagementOnADistributedSwitch) {
     EXPECT_TRUE(root().hasLogLine("Could not determine if a qDS was in use: port gone"));
 }
 
-TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
-    UseProfile("qds");
-    std::vector<Tesk::ZrkNicInfo> nics;
-    ASSERT_TRUE(Tesk::LoadZrkNicInfos(HostCtl::TheBackend(), nics));
-    ASSERT_EQ(nics.size(), 1u);
-    EXPECT_EQ(nics[0].GetDetails(),
-              "Name: zrk0\nMAC Address: 02:5a:4b:a1:10:00\nPortset: qDS-Prod\nPortgroup: N/A");
-    EXPECT_EQ(nics[0].GetRow(),
-              "{align:padding:8}zrk0{/align}{align:padding:19}02:5a:4b:a1:10:00{/align}"
-              "{align:padding:10}qDS-Prod{/align}{align:padding:20}N/A{/align}");
-    EXPECT_EQ(nics[0].GetLabel(), "Zerkel NIC Name: zrk0");
-
-    std::vector<Tesk::PortGroupInfo> groups;
-    ASSERT_TRUE(Tesk::LoadPortGroupInfos(HostCtl::TheBackend(), groups));
-    ASSERT_EQ(groups.size(), 1u);
-    EXPECT_EQ(groups[0].GetRow(),
-              "{align:padding:20}VM Network{/align}{align:padding:16}zSwitch0{/align}"
-              "{align:padding:16}2{/align}{align:padding:7}0{/align}");
-    EXPECT_EQ(groups[0].GetDetails(),
-              "Name: VM Network\nVirtual Switch: zSwitch0\nActive Clients: 2\nVLAN ID: 0");
-    EXPECT_TRUE(groups[0].GetHeader().starts_with("  {align:padding:20}Portgroup Name"));
-
-    root().setFault("network.getAllPortGroups", {{"exception", "no groups"}});
-    EXPECT_FALSE(Tesk::LoadPortGroupInfos(HostCtl::TheBackend(), groups));
-    EXPECT_TRUE(root().hasLogLine("Getting physical nics failed: no groups"));
-}
-
 }  // namespace
