@@ -1,8 +1,7 @@
-// The management-tool wrappers: the retry as the service account, what a
-// query's answer is, and how the operations agent's version is told.
+// The management-tool wrappers: the retry as the service account and what a
+// query's answer is.
 #include <string>
 
-#include "host/ops_agent_service.h"
 #include "host/runner.h"
 #include "tests/host/host_root.h"
 
@@ -53,18 +52,6 @@ TEST_F(RuxCmdTest, GetIsTrueOnlyForOutputBeginningWithTrue) {
     WriteRecorder("/bin/rux-cmd", "0");
     Tesk::RuxCmdGet("ruxsvc/auth/lockdown_is_possible");
     EXPECT_EQ(Calls(), "-U tesk ruxsvc/auth/lockdown_is_possible\n");
-}
-
-TEST_F(RuxCmdTest, OperationsAgentVersionThreeIsToldByItsPackage) {
-    EXPECT_FALSE(Tesk::IsPlexOpsAgentPresent());
-    EXPECT_TRUE(Logged("plex-opsagent is not present on the system."));
-    EXPECT_FALSE(Tesk::PlexOpsAgentV3Present());
-    Sim::Update([](Sim::Json& s) { s["vibs"]["plex-opsagent"] = {{"version", "3.2.0-1.12"}}; });
-    EXPECT_TRUE(Tesk::PlexOpsAgentV3Present());
-    EXPECT_TRUE(Logged("plex-opsagent version >= 3 detected"));
-    Sim::Update([](Sim::Json& s) { s["vibs"]["plex-opsagent"]["version"] = "2.9.1-1"; });
-    EXPECT_TRUE(Tesk::IsPlexOpsAgentPresent());
-    EXPECT_FALSE(Tesk::IsPlexOpsAgentV3());
 }
 
 }  // namespace
