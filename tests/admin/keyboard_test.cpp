@@ -1,7 +1,6 @@
 // The keyboard dialog: Space moves the one choice, Enter applies the chosen
 // layout (the current one again without Space, the first offered when the
-// current one is not offered), a failing host changes nothing, and the login
-// dialog's label follows.
+// current one is not offered), and a failing host changes nothing.
 #include <string>
 
 #include "tests/admin/admin_support.h"
@@ -90,32 +89,6 @@ TEST(Keyboard, ACurrentLayoutNotOfferedLeavesNoChoiceAndTheFirstIsApplied) {
     ASSERT_TRUE(Apply(console));
     EXPECT_TRUE(root.waitForLogLine("Keyboard Layout changed to Belgian"));
     EXPECT_EQ(Layout(root), "Belgian");
-}
-
-TEST(Keyboard, TheLoginLabelOpensTheDialogAndShowsTheNewLayout) {
-    SimRoot root;
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Configured Keyboard (US Default)"));
-    console.key(Key::Up);
-    ASSERT_TRUE(console.waitFor([&] { return CaretRow(console) < 0; }, "the label selected"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, kHelp));
-    console.key(Key::Down);
-    console.key(" ");
-    ASSERT_TRUE(console.waitForText("(o) US Dvorak"));
-    ASSERT_TRUE(Apply(console));
-    EXPECT_TRUE(console.waitForText("Configured Keyboard (US Dvorak)"));
-    EXPECT_EQ(Layout(root), "US Dvorak");
-
-    // The login goes on from the label.
-    ASSERT_TRUE(console.waitForQuiet());
-    console.key(Key::Down);
-    console.key(Key::Enter);
-    console.type(kPassword);
-    console.key(Key::Enter);
-    EXPECT_TRUE(root.waitForLogLine("User root logged in"));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Resetting the system configuration and removing custom extensions from the
-// customization menu: the <F11> confirmation, the host command, the screen
-// that only <Enter> leaves, the restart, and a failing command.
+// Resetting the system configuration from the customization menu: the <F11>
+// confirmation, the host command, the screen that only <Enter> leaves, the
+// restart, and a failing command.
 #include "tests/admin/admin_support.h"
 
 using namespace AdminTest;
@@ -55,31 +55,6 @@ TEST(Reset, RestoresTheProfileKeepsTheMachineAndRestartsAfterAFailedAttempt) {
     // Apart, so that the two keys are not read as one escape sequence.
     std::this_thread::sleep_for(TeskTest::Scaled(std::chrono::milliseconds(300)));
     EXPECT_TRUE(console.find("Default settings are restored."));
-    console.key(Key::Enter);
-    EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
-    EXPECT_EQ(StateText(root, "/power/lastCommand"), "reboot -f");
-}
-
-TEST(CustomExtensions, OfferedOnlyWhileInstalledAndRemovedBeforeARestart) {
-    {
-        // No custom extensions: no entry.
-        SimRoot root("dhcp");
-        ConsoleSession console(root, LocalConsole());
-        ASSERT_TRUE(LogIn(console));
-        EXPECT_FALSE(console.find("Remove Custom Extensions"));
-        EXPECT_TRUE(console.find("Reset System Configuration"));
-    }
-    SimRoot root;
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(OpenReset(console, "Remove Custom Extensions"));
-    EXPECT_TRUE(console.find("All custom extensions will be removed."));
-    EXPECT_TRUE(console.find("Remove custom extensions now?"));
-    console.key(FKey(11));
-    ASSERT_TRUE(WaitSettled(console, "Custom extensions have been removed."));
-    EXPECT_EQ(StateText(root, "/customExtensions"), "[]");
-    EXPECT_EQ(StateText(root, "/factoryConfig/extensionRemovals"), "1");
-    // Nothing else was reset.
-    EXPECT_EQ(StateText(root, "/factoryConfig/resets"), "");
     console.key(Key::Enter);
     EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0));
     EXPECT_EQ(StateText(root, "/power/lastCommand"), "reboot -f");
