@@ -1,5 +1,5 @@
-// The IPv6 dialog: which addresses fill the static fields, the checks of a
-// static configuration, and the DHCPv6 box.
+// The IPv6 dialog: which addresses fill the static fields, and the checks of
+// a static configuration.
 #include <gtest/gtest.h>
 
 #include "network/ipv6_dialog.h"
@@ -76,19 +76,6 @@ TEST_F(Ipv6DialogTest, RefusesLinkLocalAndPrefixlessAddressesOnTheirField) {
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::99/64"), 1);
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::98/64"), 1);
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::a/64"), 0);
-}
-
-// Router advertisements: dynamic without the box; checking the box switches
-// to DHCPv6.
-TEST_F(Ipv6DialogTest, TheBoxSwitchesDynamicToDhcpv6) {
-    HN::IpConfig ra;
-    ra.SetUseIpv6RouterAdvertised(true);
-    IPv6ConfigurationDialog dialog(nullptr, true, ra, Addresses());
-    ScriptedKeys keys({KEY_DOWN, KEY_DOWN, ' ', KeyEnter});
-    EXPECT_EQ(Tesk::Run(dialog), 1);
-    EXPECT_TRUE(dialog.enabled());
-    EXPECT_TRUE(dialog.dhcpv6());
-    EXPECT_FALSE(dialog.routerAdvertised());
 }
 
 }  // namespace
