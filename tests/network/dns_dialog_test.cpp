@@ -1,6 +1,6 @@
 // The DNS dialogs: servers typed as text become IPv4 or IPv6 servers, an
-// empty field clears one, wrong text is refused on its field, the automatic
-// choice exists only with DHCP; the characters a search list may hold.
+// empty field clears one, wrong text is refused on its field; the characters
+// a search list may hold.
 #include <gtest/gtest.h>
 
 #include "network/dns_dialog.h"
@@ -56,25 +56,6 @@ TEST_F(DnsDialogTest, RefusesTheFirstWrongServerOnItsField) {
     EXPECT_TRUE(primary->IsIpv4());
     EXPECT_EQ(primary->GetStringAddress(), "10.0.0.1");
     EXPECT_EQ(dialog.takeAlternate()->GetStringAddress(), "::1");
-}
-
-TEST_F(DnsDialogTest, AutomaticNeedsDhcp) {
-    const HN::Ipv4Address primary("192.168.10.2");
-    {
-        // Static IPv4: Up cannot reach the modes, Space does nothing.
-        DNSConfigurationDialog dialog(nullptr, true, false, &primary, nullptr, "h");
-        ScriptedKeys keys({KEY_UP, KEY_UP, ' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_FALSE(dialog.dhcpDns());
-        EXPECT_EQ(dialog.takePrimary()->GetStringAddress(), "192.168.10.2");
-    }
-    {
-        // With DHCP the first entry is the automatic choice.
-        DNSConfigurationDialog dialog(nullptr, false, true, &primary, nullptr, "h");
-        ScriptedKeys keys({' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_TRUE(dialog.dhcpDns());
-    }
 }
 
 // A host name that is no DNS name is refused on its own field (the rules

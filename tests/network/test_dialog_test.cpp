@@ -76,9 +76,8 @@ TEST(TestNetwork, DefaultHostTestsGreenAndEmptyFieldsAreSkippedBadOnesNamed) {
     EXPECT_FALSE(m.console.find("Pinging"));
     m.console.key(Key::Enter);
     ASSERT_TRUE(m.console.waitForTextGone("is not a valid"));
+    // Link-local: the interface's scope in the command.
     ASSERT_TRUE(WaitSettled(m.console, "Resolve Hostname"));
-
-    // Link-local: the interface's scope in the line and in the command.
     ClearField(m.console);
     m.console.type("fe80::1");
     ASSERT_TRUE(m.console.waitForText("fe80::1"));

@@ -1,6 +1,5 @@
 // The management network window on simulated hosts: what the panes show,
-// which entries a distributed switch locks, when leaving asks to apply, and
-// what each answer does (a host with more adapters and addresses:
+// when leaving asks to apply, and what each answer does (a host with more adapters and addresses:
 // adapters_window_test.cpp).
 #include "tests/network/window_support.h"
 
@@ -13,23 +12,6 @@ constexpr char kQuestion[] = "Configure Management Network: Confirm";
 
 bool Contains(const std::string& text, std::string_view part) {
     return text.find(part) != std::string::npos;
-}
-
-TEST(NetworkWindow, ADistributedSwitchLocksAdaptersAndVlan) {
-    SimRoot root("qds");
-    ConsoleSession console(root, Console());
-    ASSERT_TRUE(OpenWindow(console));
-    // The selection starts on the first entry that can be chosen and cannot
-    // go up to the two locked ones.
-    EXPECT_EQ(PaneHeading(console), "IPv4 Configuration");
-    console.key(Key::Up);
-    console.waitForQuiet();
-    EXPECT_EQ(PaneHeading(console), "IPv4 Configuration");
-    auto locked = console.find("Network Adapters");
-    auto open = console.find("DNS Configuration");
-    ASSERT_TRUE(locked && open);
-    EXPECT_FALSE(console.cell(locked->col, locked->row).fg ==
-                 console.cell(open->col, open->row).fg);
 }
 
 // One walk on the default host: the DNS pane, dialogs confirmed unchanged ask
