@@ -1,6 +1,6 @@
 // The keyboard dialog: Space moves the one choice, Enter applies the chosen
-// layout (the current one again without Space, the first offered when the
-// current one is not offered), and a failing host changes nothing.
+// layout (the current one again without Space), and a failing host changes
+// nothing.
 #include <string>
 
 #include "tests/admin/admin_support.h"
@@ -78,17 +78,6 @@ TEST(Keyboard, SpaceMovesTheOneChoiceAndEnterAppliesIt) {
     EXPECT_TRUE(root.waitForLogLine("Keyboard Layout changed to Ukrainian"));
     EXPECT_EQ(Layout(root), "Ukrainian");
     EXPECT_EQ(Loaded(root), "Ukrainian");
-}
-
-TEST(Keyboard, ACurrentLayoutNotOfferedLeavesNoChoiceAndTheFirstIsApplied) {
-    SimRoot root;
-    root.editState([](Json& s) { s["systemInfo"]["keyboard"]["layout"] = "us default"; });
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(OpenEntry(console, kEntry, kHelp));
-    EXPECT_FALSE(console.find("(o)")) << console.text();
-    ASSERT_TRUE(Apply(console));
-    EXPECT_TRUE(root.waitForLogLine("Keyboard Layout changed to Belgian"));
-    EXPECT_EQ(Layout(root), "Belgian");
 }
 
 }  // namespace
