@@ -100,14 +100,6 @@ TEST_F(RunnerTest, LoggedRunnersReportOutcome) {
     WriteScript("/bin/child", "exit 0");
     EXPECT_EQ(Tesk::RunCommandLogged("/bin/child", argv), 0);
     EXPECT_TRUE(Logged("Command \"child -x value\" succeeded"));
-
-    WriteScript("/bin/kovacli", "echo 'Error: no such switch'; echo ignored >&2; exit 1");
-    const char* kovacli[] = {"kovacli", "network", "vswitch", "standard", "list", nullptr};
-    EXPECT_EQ(Tesk::RunKovacli(kovacli), 1);
-    EXPECT_TRUE(
-        Logged("Command \"kovacli network vswitch standard list\" failed (rc=1): Error: no "
-               "such switch\n"))
-        << Syslog();
 }
 
 TEST_F(RunnerTest, HostControlExecSplitsLogsAndThrows) {

@@ -81,25 +81,6 @@ TEST_F(QueriesTest, PnicNamesAndSummaries) {
     EXPECT_FALSE(Tesk::GetPnicSummary(HostCtl::TheBackend(), "pnic7", {}));
 }
 
-TEST_F(QueriesTest, UplinkOwnersPreferTheDistributedSwitch) {
-    UseProfile("qds");
-    root().editState([](Json& s) {
-        s["network"]["standardSwitches"][0]["uplinks"].push_back("pnic1");  // also on the qDS
-    });
-    Tesk::UplinkOwnerMap owners;
-    ASSERT_TRUE(
-        Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0", "pnic1", "pnic3"}, owners));
-    EXPECT_EQ(owners, (Tesk::UplinkOwnerMap{{"pnic0", "zSwitch0"}, {"pnic1", "qDS-Prod"}}));
-
-    root().setFault("vswitchInfo.getQdsSwitches", {{"exception", "qDS unreachable"}});
-    owners.clear();
-    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0"}, owners));
-    EXPECT_TRUE(root().hasLogLine("Scanning qDS switches failed: qDS unreachable"));
-    root().setFault("vswitchInfo.getVirtualSwitches", {{"exception", "no switches"}});
-    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0"}, owners));
-    EXPECT_TRUE(root().hasLogLine("Scanning virtual switches failed: no switches"));
-}
-
 TEST_F(QueriesTest, StandardSwitchSummaries) {
     std::vector<Tesk::SwitchSummary> switches;
     ASSERT_TRUE(Tesk::GetStandardSwitches(HostCtl::TheBackend(), switches));
