@@ -85,14 +85,4 @@ TEST(IpConfigTest, ModeSwitchesAndIpv6NetworksKeptOnce) {
     EXPECT_EQ(c.GetIpv6Networks().front().GetStringAddress(), "2001:db8::1/48");
 }
 
-TEST(NicTeamingPolicyTest, ActiveUplinksStayUniqueAndLeaveStandby) {
-    NicTeamingPolicy p;
-    p.SetStandbyUplinks({"pnic1"});
-    for (const char* uplink : {"pnic0", "pnic1", "pnic0"}) p.AddActiveUplink(uplink);
-    EXPECT_EQ(p.GetActiveUplinks(), (std::vector<std::string>{"pnic0", "pnic1"}));
-    EXPECT_TRUE(p.GetStandbyUplinks().empty());
-    EXPECT_TRUE(p.RemoveUplink("pnic0"));
-    EXPECT_FALSE(p.RemoveUplink("pnic0"));
-}
-
 }  // namespace

@@ -28,8 +28,8 @@ constexpr char kInvalidGroup[] = "Please enter a valid port group name.";
 }  // namespace
 
 // A failing host first (reported, nothing changed), then the dialog again:
-// bad names and a used uplink refused, a free one taken.
-TEST(CreateVss, RefusesBadNamesAndUsedUplinksThenCreates) {
+// a name in use and a used uplink refused, a free one taken.
+TEST(CreateVss, RefusesUsedNamesAndUplinksThenCreatesASwitchAndAPortGroup) {
     SimRoot root("default");
     root.setFault("vswitchInfo.addVirtualSwitch", {{"exception", "Switch table full"}});
     const Json before = root.state()["network"];
@@ -68,14 +68,10 @@ TEST(CreateVss, RefusesBadNamesAndUsedUplinksThenCreates) {
     EXPECT_EQ((*created)["uplinks"], Json::array({"pnic3"}));
     EXPECT_EQ((*created)["teamingPolicy"]["activeUplinks"], Json::array({"pnic3"}));
     ASSERT_TRUE(BackToWindow(console));
-}
 
-TEST(CreatePortGroup, RefusesBadAndTakenNamesThenCreates) {
-    SimRoot root("default");
+    // Port groups the same way: a failing host, a name in use, then one made.
     root.setFault("kovacli.portgroup.add", {{"exitStatus", 1}});
-    const Json before = root.state()["network"];
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
-    ASSERT_TRUE(OpenRestoreWindow(console));
+    const Json withSwitch = root.state()["network"];
     Down(console);
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Portgroup Name:"));
     TypeSettled(console, "Backup Net");
@@ -83,7 +79,7 @@ TEST(CreatePortGroup, RefusesBadAndTakenNamesThenCreates) {
     ASSERT_TRUE(BackToWindow(console));
     EXPECT_TRUE(
         root.hasLogLine("Creating port group Backup Net on standard switch zSwitch0 failed"));
-    EXPECT_EQ(root.state()["network"], before);
+    EXPECT_EQ(root.state()["network"], withSwitch);
 
     root.setFault("kovacli.portgroup.add", nullptr);
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Portgroup Name:"));
@@ -95,8 +91,8 @@ TEST(CreatePortGroup, RefusesBadAndTakenNamesThenCreates) {
     console.waitForQuiet(std::chrono::milliseconds(300));
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Successfully created portgroup: Backup Net"));
     EXPECT_TRUE(root.hasLogLine("Created port group Backup Net on standard switch zSwitch1"));
-    const Json net = root.state()["network"];
-    const Json* vswitch = FindNamed(net["standardSwitches"], "zSwitch1");
+    const Json after = root.state()["network"];
+    const Json* vswitch = FindNamed(after["standardSwitches"], "zSwitch1");
     ASSERT_TRUE(vswitch);
     EXPECT_TRUE(FindNamed((*vswitch)["portGroups"], "Backup Net"));
     ASSERT_TRUE(BackToWindow(console));
