@@ -59,14 +59,19 @@ protected:
 };
 
 TEST_F(RunnerEndTest, TheTimeLimitKillsTheWholeProcessGroup) {
-    WriteStubbornTool();
+    WriteStubbornTool("echo partial\n");
     auto start = Clock::now();
     auto outcome = RunTool(1);
     EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
     EXPECT_EQ(outcome.end, CommandOutcome::End::TimedOut);
     EXPECT_EQ(outcome.result(), -1);
     EXPECT_EQ(outcome.describe(), "killed at its time limit of 1 seconds");
+    EXPECT_EQ(out_, "partial\n") << "the output so far is kept";
     EXPECT_TRUE(GoneWithin(Helper(), std::chrono::seconds(3))) << "the tool's helper still runs";
+    const std::string log = Syslog();
+    const auto warning = log.find("Killing process because 1 seconds timeout expired");
+    ASSERT_NE(warning, std::string::npos) << log;
+    EXPECT_LT(warning, log.find("Run Command did not terminate normally")) << log;
 }
 
 TEST_F(RunnerEndTest, AQuitWhileAToolRunsEndsItsGroupAndStartsNoOther) {

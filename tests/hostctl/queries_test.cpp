@@ -19,40 +19,15 @@ TEST(PnicOrderTest, NumberedNamesByNumberOthersByBytes) {
     std::vector<std::string> names = {"pnic10", "pnic2", "eth0", "pnic1", "pnic"};
     std::sort(names.begin(), names.end(), Tesk::ComparePnicNames);
     EXPECT_EQ(names, (std::vector<std::string>{"eth0", "pnic", "pnic1", "pnic2", "pnic10"}));
-    EXPECT_TRUE(Tesk::ComparePnicNames("eth0", "pnic1"));
-    EXPECT_FALSE(Tesk::ComparePnicNames("pnic10", "pnic2"));
     EXPECT_FALSE(Tesk::ComparePnicNames("pnic2", "pnic2"));
 }
 
 TEST(FormatTest, SwitchNameOf19IsCutAnd18IsWhole) {
     Tesk::SwitchSummary s;
-    s.name = "abcdefghijklmnopqrs";  // 19
-    s.usedPorts = 4;
-    s.configuredPorts = 128;
-    EXPECT_EQ(Tesk::FormatSwitchRow(s),
-              "{align:padding:20}abcdefghijklmno...{/align}{align:padding:10}{/align}"
-              "{align:padding:15}{/align}{align:padding:12}4{/align}{align:padding:16}128{/align}"
-              "  ...");
+    s.name = "abcdefghijklmnopqrs";
+    EXPECT_TRUE(Tesk::FormatSwitchRow(s).starts_with("{align:padding:20}abcdefghijklmno...{/"));
     s.name.pop_back();
-    EXPECT_EQ(Tesk::FormatSwitchRow(s).substr(0, 38), "{align:padding:20}abcdefghijklmnopqr{/");
-    s.uplinks = {"pnic0", "pnic1"};
-    s.portGroups = {"Management Network"};
-    EXPECT_NE(Tesk::FormatSwitchRow(s).find("{align:padding:10}pnic0...{/align}"
-                                            "{align:padding:15}Management...{/align}"),
-              std::string::npos);
-}
-
-TEST(FormatTest, SwitchDetailsShowNoneForEmptyLists) {
-    Tesk::SwitchSummary s;
-    s.numPorts = 128;
-    s.usedPorts = 0;
-    s.configuredPorts = 64;
-    EXPECT_EQ(Tesk::FormatSwitchDetails(s),
-              "Number of ports: 128\nUsed ports: 0\nConfigured ports: 64\nUplinks: None\nPort "
-              "groups: None");
-    s.uplinks = {"pnic0", "pnic1"};
-    EXPECT_NE(Tesk::FormatSwitchDetails(s).find("Uplinks: pnic0,pnic1\n"), std::string::npos);
-    EXPECT_EQ(Tesk::JoinNames({}), "");
+    EXPECT_TRUE(Tesk::FormatSwitchRow(s).starts_with("{align:padding:20}abcdefghijklmnopqr{/"));
 }
 
 TEST(FormatTest, PnicRowCutsNameLabelAndMac) {
@@ -106,24 +81,6 @@ TEST_F(QueriesTest, PnicNamesAndSummaries) {
     EXPECT_FALSE(Tesk::GetPnicSummary(HostCtl::TheBackend(), "pnic7", {}));
 }
 
-TEST_F(QueriesTest, UplinkOwnersPreferTheDistributedSwitch) {
-    UseProfile("qds");
-    root().editState([](Json& s) {
-        s["network"]["standardSwitches"][0]["uplinks"].push_back("pnic1");  // also on the qDS
-    });
-    Tesk::UplinkOwnerMap owners;
-    ASSERT_TRUE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0", "pnic1", "pnic3"}, owners));
-    EXPECT_EQ(owners, (Tesk::UplinkOwnerMap{{"pnic0", "zSwitch0"}, {"pnic1", "qDS-Prod"}}));
-
-    root().setFault("vswitchInfo.getQdsSwitches", {{"exception", "qDS unreachable"}});
-    owners.clear();
-    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0"}, owners));
-    EXPECT_TRUE(root().hasLogLine("Scanning qDS switches failed: qDS unreachable"));
-    root().setFault("vswitchInfo.getVirtualSwitches", {{"exception", "no switches"}});
-    EXPECT_FALSE(Tesk::BuildUplinkOwnerMap(HostCtl::TheBackend(), {"pnic0"}, owners));
-    EXPECT_TRUE(root().hasLogLine("Scanning virtual switches failed: no switches"));
-}
-
 TEST_F(QueriesTest, StandardSwitchSummaries) {
     std::vector<Tesk::SwitchSummary> switches;
     ASSERT_TRUE(Tesk::GetStandardSwitches(HostCtl::TheBackend(), switches));
@@ -141,7 +98,7 @@ TEST_F(QueriesTest, StandardSwitchSummaries) {
     EXPECT_TRUE(root().hasLogLine("Gathering standard virtual switch list failed: busy"));
 }
 
-TEST_F(QueriesTest, NoNicHost) {
+TEST_F(QueriesTest, NoNicHostAndManagementOnADistributedSwitch) {
     UseProfile("nonic");
     std::vector<std::string> names;
     EXPECT_TRUE(Tesk::GetPnicNames(HostCtl::TheBackend(), names));
@@ -152,42 +109,12 @@ TEST_F(QueriesTest, NoNicHost) {
     EXPECT_EQ(Tesk::GetManagementInterface(HostCtl::TheBackend()), nullptr);
     EXPECT_FALSE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     EXPECT_TRUE(root().hasLogLine("Could not locate the management interface"));
-}
 
-TEST_F(QueriesTest, ManagementOnDistributedSwitch) {
-    EXPECT_FALSE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     UseProfile("qds");
     EXPECT_TRUE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     root().setFault("zrkNic.getPortConnection", {{"exception", "port gone"}});
     EXPECT_FALSE(Tesk::IsManagementOnQds(HostCtl::TheBackend()));
     EXPECT_TRUE(root().hasLogLine("Could not determine if a qDS was in use: port gone"));
-}
-
-TEST_F(QueriesTest, ZrkNicAndPortGroupInfos) {
-    UseProfile("qds");
-    std::vector<Tesk::ZrkNicInfo> nics;
-    ASSERT_TRUE(Tesk::LoadZrkNicInfos(HostCtl::TheBackend(), nics));
-    ASSERT_EQ(nics.size(), 1u);
-    EXPECT_EQ(nics[0].GetDetails(),
-              "Name: zrk0\nMAC Address: 02:5a:4b:a1:10:00\nPortset: qDS-Prod\nPortgroup: N/A");
-    EXPECT_EQ(nics[0].GetRow(),
-              "{align:padding:8}zrk0{/align}{align:padding:19}02:5a:4b:a1:10:00{/align}"
-              "{align:padding:10}qDS-Prod{/align}{align:padding:20}N/A{/align}");
-    EXPECT_EQ(nics[0].GetLabel(), "Zerkel NIC Name: zrk0");
-
-    std::vector<Tesk::PortGroupInfo> groups;
-    ASSERT_TRUE(Tesk::LoadPortGroupInfos(HostCtl::TheBackend(), groups));
-    ASSERT_EQ(groups.size(), 1u);
-    EXPECT_EQ(groups[0].GetRow(),
-              "{align:padding:20}VM Network{/align}{align:padding:16}zSwitch0{/align}"
-              "{align:padding:16}2{/align}{align:padding:7}0{/align}");
-    EXPECT_EQ(groups[0].GetDetails(),
-              "Name: VM Network\nVirtual Switch: zSwitch0\nActive Clients: 2\nVLAN ID: 0");
-    EXPECT_TRUE(groups[0].GetHeader().starts_with("  {align:padding:20}Portgroup Name"));
-
-    root().setFault("network.getAllPortGroups", {{"exception", "no groups"}});
-    EXPECT_FALSE(Tesk::LoadPortGroupInfos(HostCtl::TheBackend(), groups));
-    EXPECT_TRUE(root().hasLogLine("Getting physical nics failed: no groups"));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "hostctl/backend.h"
 #include "hostctl/network_types.h"
 #include "network/apply_changes.h"
+#include "network/network_window.h"
 #include "tests/hostctl/fixture.h"
 #include "tests/ui/screen.h"
 #include "ui/keys.h"
@@ -41,40 +42,11 @@ protected:
         HostRootTest::TearDown();
     }
 
-    // The pending configuration as the window seeds it from the host.
+    // The pending configuration as the window reads it from the host.
     Tesk::PendingNetworkConfig Seed() {
-        auto& backend = HostCtl::TheBackend();
-        Tesk::PendingNetworkConfig p;
-        auto info = backend.GetNetworkInfo();
-        info->UpdateManagementInterface();
-        p.nic = info->GetManagementInterface();
-        EXPECT_TRUE(p.nic);
-        p.ipv6Pending = p.ipv6Host = info->IsZrkIpv6Enabled();
-        p.nic->Refresh();
-        p.mode = p.nic->GetConfiguredIpConfig();
-        p.address = p.nic->GetIpConfig();
-        auto connection = p.nic->GetPortConnection();
-        p.onDistributedSwitch = connection.GetType() == HN::ConnectionType::QdsPort;
-        if (!p.onDistributedSwitch) {
-            auto group = connection.GetPortGroup();
-            p.adapters = group.GetTeamingPolicy().GetActiveUplinks();
-            p.activeUplinks = group.GetTeamingPolicy().GetMaxActiveUplinks();
-            p.vlanId = group.GetVlanId();
-        }
-        auto routing = backend.GetRoutingInfo("defaultNetStack");
-        p.address.SetIpv4Gateway(routing->GetZerkelDefaultGateway());
-        p.address.SetIpv6Gateway(routing->GetIpv6ZerkelDefaultGateway());
-        auto dns = backend.GetDnsConfig("defaultNetStack");
-        dns->Refresh();
-        p.hostname = dns->GetHostname();
-        p.suffixes = dns->GetSearchDomains();
-        for (const auto& s : p.suffixes) p.suffixText += (p.suffixText.empty() ? "" : ", ") + s;
-        // Enough of the window's choice of servers for the profiles used here.
-        auto v4 = dns->GetNameServers();
-        auto v6 = dns->GetIpv6NameServers(false);
-        if (!v4.empty()) p.primaryDns = v4[0].Clone();
-        if (!v6.empty()) p.alternateDns = v6[0].Clone();
-        return p;
+        auto p = Tesk::LoadPendingNetworkConfig(nullptr, {HostCtl::TheBackend(), "root"});
+        EXPECT_TRUE(p) << root().logTail();
+        return p ? std::move(*p) : Tesk::PendingNetworkConfig{};
     }
 
     // Adapters, VLAN, static address, both gateways, names: every group.

@@ -1,9 +1,10 @@
-// The DNS dialog: servers typed as text become IPv4 or IPv6 servers, an empty
-// field clears one, wrong text is refused on its field, and the automatic
-// choice exists only with DHCP.
+// The DNS dialogs: servers typed as text become IPv4 or IPv6 servers, an
+// empty field clears one, wrong text is refused on its field; the characters
+// a search list may hold.
 #include <gtest/gtest.h>
 
 #include "network/dns_dialog.h"
+#include "network/suffixes_dialog.h"
 #include "tests/network/window_dialog_keys.h"
 #include "ui/keys.h"
 
@@ -35,14 +36,6 @@ TEST_F(DnsDialogTest, ServersAreTakenByTheirTextAndAnEmptyFieldClears) {
     EXPECT_FALSE(dialog.takeAlternate());
     EXPECT_EQ(dialog.hostname(), "host-02.lab");
     EXPECT_FALSE(dialog.dhcpDns());
-
-    DNSConfigurationDialog second(nullptr, false, false, nullptr, nullptr, "h");
-    ScriptedKeys more(Keys({Typed("10.0.0.53"), {KeyEnter}}));
-    EXPECT_EQ(Tesk::Run(second), 1);
-    auto v4 = second.takePrimary();
-    ASSERT_TRUE(v4);
-    EXPECT_TRUE(v4->IsIpv4());
-    EXPECT_EQ(v4->GetStringAddress(), "10.0.0.53");
 }
 
 TEST_F(DnsDialogTest, RefusesTheFirstWrongServerOnItsField) {
@@ -59,39 +52,27 @@ TEST_F(DnsDialogTest, RefusesTheFirstWrongServerOnItsField) {
     EXPECT_EQ(keys.left(), 0u);
     EXPECT_EQ(keys.messages(kTitle),
               (Strings{"Invalid DNS server address", "Invalid DNS server address"}));
-    EXPECT_EQ(dialog.takePrimary()->GetStringAddress(), "10.0.0.1");
+    auto primary = dialog.takePrimary();
+    EXPECT_TRUE(primary->IsIpv4());
+    EXPECT_EQ(primary->GetStringAddress(), "10.0.0.1");
     EXPECT_EQ(dialog.takeAlternate()->GetStringAddress(), "::1");
 }
 
-TEST_F(DnsDialogTest, AutomaticNeedsDhcp) {
+// A host name that is no DNS name is refused on its own field (the rules
+// themselves: apply_checks_test.cpp).
+TEST_F(DnsDialogTest, RefusesAHostNameThatIsNoDnsName) {
     const HN::Ipv4Address primary("192.168.10.2");
-    {
-        // Static IPv4: Up cannot reach the modes, Space does nothing.
-        DNSConfigurationDialog dialog(nullptr, true, false, &primary, nullptr, "h");
-        ScriptedKeys keys({KEY_UP, KEY_UP, ' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_FALSE(dialog.dhcpDns());
-        EXPECT_EQ(dialog.takePrimary()->GetStringAddress(), "192.168.10.2");
-    }
-    {
-        // With DHCP the first entry is the automatic choice.
-        DNSConfigurationDialog dialog(nullptr, false, true, &primary, nullptr, "h");
-        ScriptedKeys keys({' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_TRUE(dialog.dhcpDns());
-    }
+    DNSConfigurationDialog dialog(nullptr, false, false, &primary, nullptr, "a..b");
+    ScriptedKeys keys({KeyEnter, KeyEnter, KeyEscape});
+    EXPECT_EQ(Tesk::Run(dialog), 0);
+    EXPECT_EQ(keys.messages(kTitle), Strings{"Invalid Hostname"});
 }
 
-TEST_F(DnsDialogTest, AnIpv6SecondServerIsLabelledSoUntilEmptied) {
-    const HN::Ipv4Address v4("192.168.10.2");
-    const HN::Ipv6Address v6("2001:db8::53");
-    DNSConfigurationDialog dialog(nullptr, false, false, &v4, &v6, "h");
-    InputItem& alternate = static_cast<InputItem&>(dialog.items().at(4));
-    EXPECT_EQ(alternate.label(), "IPv6 DNS Server");
-    // Emptied to fewer than three characters, the field is an alternate again.
-    ScriptedKeys keys({KEY_DOWN, KEY_BACKSPACE, KeyEscape});
-    EXPECT_EQ(Tesk::Run(dialog), 0);
-    EXPECT_EQ(alternate.label(), "Alternate DNS Server");
+TEST_F(DnsDialogTest, SuffixesTakeNamesBlanksAndCommasOnly) {
+    SuffixesDialog dialog(nullptr, "lab.example");
+    ScriptedKeys keys(Keys({{KEY_END}, Typed(", corp-2.example;{x}_@ ops.Example"), {KeyEnter}}));
+    EXPECT_EQ(Tesk::Run(dialog), 1);
+    EXPECT_EQ(dialog.text(), "lab.example, corp-2.examplex ops.Example");
 }
 
 }  // namespace

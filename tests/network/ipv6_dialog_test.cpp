@@ -1,6 +1,5 @@
-// The IPv6 dialog: which addresses fill the static fields, the checks of a
-// static configuration, the edited mark, and how Space moves between the
-// modes.
+// The IPv6 dialog: which addresses fill the static fields, and the checks of
+// a static configuration.
 #include <gtest/gtest.h>
 
 #include "network/ipv6_dialog.h"
@@ -77,43 +76,6 @@ TEST_F(Ipv6DialogTest, RefusesLinkLocalAndPrefixlessAddressesOnTheirField) {
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::99/64"), 1);
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::98/64"), 1);
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::a/64"), 0);
-}
-
-TEST_F(Ipv6DialogTest, TypingAndDeletingStillCountsAsEdited) {
-    IPv6ConfigurationDialog dialog(nullptr, true, HN::IpConfig(), Addresses());
-    // End ends the fresh state, so the typed character is appended and then
-    // taken away again: the field is as it was. A dot goes nowhere.
-    ScriptedKeys keys(Keys(
-        {Repeat(KEY_DOWN, kFirstAddress - 1), {KEY_END, '1', KEY_BACKSPACE, '.'}, {KeyEnter}}));
-    EXPECT_EQ(Tesk::Run(dialog), 1);
-    EXPECT_TRUE(dialog.addressesEdited());
-    const Strings texts = Texts(dialog.result());
-    EXPECT_EQ(texts.size(), 6u);
-    EXPECT_EQ(std::count(texts.begin(), texts.end(), "2001:db8::a/64"), 1);
-}
-
-TEST_F(Ipv6DialogTest, SpaceMovesBetweenOffDynamicAndStatic) {
-    HN::IpConfig ra;
-    ra.SetUseIpv6RouterAdvertised(true);
-    {
-        // Router advertisements: dynamic without the box. Checking the box
-        // switches to DHCPv6.
-        IPv6ConfigurationDialog dialog(nullptr, true, ra, Addresses());
-        ScriptedKeys keys({KEY_DOWN, KEY_DOWN, ' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_TRUE(dialog.enabled());
-        EXPECT_TRUE(dialog.dhcpv6());
-        EXPECT_FALSE(dialog.routerAdvertised());
-    }
-    {
-        // Off, then on again in the mode it had: nothing else moved.
-        IPv6ConfigurationDialog dialog(nullptr, true, ra, Addresses());
-        ScriptedKeys keys({KEY_UP, ' ', KEY_DOWN, ' ', KeyEnter});
-        EXPECT_EQ(Tesk::Run(dialog), 1);
-        EXPECT_TRUE(dialog.enabled());
-        EXPECT_FALSE(dialog.dhcpv6());
-        EXPECT_TRUE(dialog.routerAdvertised());
-    }
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <initializer_list>
 #include <source_location>
 #include <string>
 #include <string_view>
@@ -40,21 +39,21 @@ inline std::string PaneFooter(ConsoleSession& console) {
     return static_cast<int>(row.size()) > kPaneColumn ? row.substr(kPaneColumn) : "";
 }
 
-// Waits until the pane shows text.
-inline bool WaitPane(ConsoleSession& console, std::string_view text,
-                     std::source_location where = std::source_location::current()) {
-    const bool shown =
-        console.waitFor([&] { return Pane(console).find(text) != std::string::npos; },
-                        std::string(text), TeskTest::DefaultTimeout(), where);
-    return shown &&
-           console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(), where);
+// The colour of the row that shows text (greyed rows differ).
+inline TeskTest::Colour RowColour(ConsoleSession& console, std::string_view text) {
+    const auto at = console.find(text);
+    EXPECT_TRUE(at) << text;
+    return at ? console.cell(at->col, at->row).fg : TeskTest::Colour{};
 }
 
 // Logs in on a console of the root and opens "Network Restore Options".
 inline bool OpenRestoreWindow(ConsoleSession& console,
                               std::source_location where = std::source_location::current()) {
     return OpenEntry(console, "Network Restore Options", "Create Standard Switch", where) &&
-           WaitPane(console, "<Enter> Change", where);
+           console.waitFor(
+               [&] { return PaneFooter(console).find("<Enter> Change") != std::string::npos; },
+               "the window's footer", TeskTest::DefaultTimeout(), where) &&
+           console.waitForQuiet(std::chrono::milliseconds(300), TeskTest::DefaultTimeout(), where);
 }
 
 // Presses key to close the dialog on top and waits for the window: after
@@ -96,22 +95,14 @@ inline void TypeSettled(ConsoleSession& console, std::string_view text,
     console.waitForQuiet(std::chrono::milliseconds(200), TeskTest::DefaultTimeout(), where);
 }
 
-// Whether the syslog holds a line with each text, in this order (others may
-// come between).
-inline ::testing::AssertionResult LogLinesInOrder(const SimRoot& root,
-                                                  std::initializer_list<std::string_view> texts) {
+// The position of the first syslog line holding text; the number of lines
+// when none does.
+inline std::size_t LogLineOf(const SimRoot& root, std::string_view text) {
     const auto lines = root.logLines();
-    auto at = lines.begin();
-    for (std::string_view text : texts) {
-        at = std::find_if(at, lines.end(), [&](const std::string& line) {
-            return line.find(text) != std::string::npos;
-        });
-        if (at == lines.end())
-            return ::testing::AssertionFailure() << "no line \"" << text << "\" in order in\n"
-                                                 << root.logTail(SimRoot::kSyslog, 30);
-        ++at;
-    }
-    return ::testing::AssertionSuccess();
+    return std::find_if(
+               lines.begin(), lines.end(),
+               [&](const std::string& line) { return line.find(text) != std::string::npos; }) -
+           lines.begin();
 }
 
 // A switch of the state by name, or null.

@@ -50,10 +50,13 @@ TEST(SafeMode, MovesTheManagementNetworkOntoTheNextFreeNames) {
 
     // The line that names the new switch and port group comes before the
     // closing one.
-    EXPECT_TRUE(LogLinesInOrder(
-        root, {"Moving uplink pnic9 failed",
-               "Management interface zrk0 moved to port group Management Network2 on zSwitch2",
-               "Enabling safe mode networking by moving all uplinks to a new management zSwitch"}));
+    const auto moved = LogLineOf(
+        root, "Management interface zrk0 moved to port group Management Network2 on zSwitch2");
+    EXPECT_LT(LogLineOf(root, "Moving uplink pnic9 failed"), moved);
+    EXPECT_LT(moved, LogLineOf(root,
+                               "Enabling safe mode networking by moving all uplinks to a "
+                               "new management zSwitch"));
+    EXPECT_LT(moved, root.logLines().size()) << root.logTail();
     const Json net = root.state()["network"];
     const Json* created = FindNamed(net["standardSwitches"], "zSwitch2");
     ASSERT_TRUE(created) << net["standardSwitches"];
@@ -73,21 +76,6 @@ TEST(SafeMode, MovesTheManagementNetworkOntoTheNextFreeNames) {
     EXPECT_EQ((*zrk0)["up"], true);
     // Every other Zerkel NIC stays disabled.
     EXPECT_EQ((*FindNamed(net["zrkNics"], "zrk1"))["enabled"], false);
-}
-
-TEST(SafeMode, WithoutManagementInterfaceCreatesNothing) {
-    SimRoot root("qds");
-    ConsoleSession console(root, RemoteShell(kCols, kRows));
-    ASSERT_TRUE(OpenRestoreWindow(console));
-    // The interface goes away while the window is open.
-    root.editState([](Json& s) { s["network"]["managementInterface"] = nullptr; });
-    const Json before = root.state()["network"];
-    ASSERT_TRUE(RestoreStandardSwitch(console));
-    ExpectRowDone(console);
-
-    EXPECT_TRUE(LogLinesInOrder(
-        root, {"Could not find the management network", "Enabling safe mode networking"}));
-    EXPECT_EQ(root.state()["network"], before);
 }
 
 TEST(SafeMode, FailureMidwayIsLoggedAndPutsTheOldSwitchesBack) {
