@@ -143,6 +143,33 @@ TEST(JobControl, AQuitEndsTheConsoleWhileItsTerminalTakesNoOutput) {
     EXPECT_TRUE(terminal.cooked()) << terminal.path();
 }
 
+TEST(JobControl, ACtrlSTypedBeforeTheStartHoldsNothingUp) {
+    // The console, and tesk-sim's banner before it starts the console: both
+    // turn flow control off before their first byte.
+    SimRoot root;
+    for (const bool throughSim : {false, true}) {
+        SCOPED_TRACE(throughSim ? "tesk-sim run" : "tesk");
+        SessionOptions options = RemoteShell(80, 25);
+        options.outputStopped = true;
+        if (throughSim) {
+            options.program = TeskTest::SimBinary();
+            options.args = {"run", root.path()};
+        }
+        ConsoleSession console(root, options);
+        ASSERT_TRUE(WaitWelcome(console));
+        TerminalOf terminal(console);
+        // Ctrl-S is a key now; a quit is obeyed at once.
+        console.type("\x13");
+        if (throughSim)
+            console.type(Key::Ctrl('c'));  // tesk-sim waits for the console it started
+        else
+            console.signal(SIGTERM);
+        EXPECT_EQ(console.waitExit(TeskTest::Scaled(std::chrono::seconds(3))),
+                  ExitStatus::Exited(0));
+        EXPECT_TRUE(terminal.cooked()) << terminal.path();
+    }
+}
+
 TEST(JobControl, AFatalSignalGivesTheTerminalBack) {
     SimRoot root;
     for (const int sig : {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL}) {

@@ -175,4 +175,19 @@ TEST_F(StateStore, WritesGoToAPrivateFileOfTheirOwnAndReplaceTheStateWhole) {
     EXPECT_EQ(root_->readFile("/var/lib/simhost/state.json"), before);
 }
 
+TEST_F(StateStore, NestingPastTheLimitIsUnreadableNotACrash) {
+    // Deep nesting would make every copy, comparison and dump of the
+    // document recurse that deep.
+    const auto nested = [](int depth) {
+        return R"({"profile": "nested", "deep": )" + std::string(depth, '[') +
+               std::string(depth, ']') + "}";
+    };
+    root_->writeFile("/var/lib/simhost/state.json", nested(Sim::kMaxNesting - 1));
+    EXPECT_EQ(Sim::Get("/profile"), Json("nested"));
+    for (int depth : {Sim::kMaxNesting, 10000, 1000000}) {
+        root_->writeFile("/var/lib/simhost/state.json", nested(depth));
+        EXPECT_EQ(ChangeRefusedWith("simulated host state cannot be read"), 0) << depth;
+    }
+}
+
 }  // namespace
