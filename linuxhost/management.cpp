@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "hostctl/exception.h"
+#include "linuxhost/apply_wait.h"
 #include "linuxhost/networkd_bus.h"
 #include "linuxhost/nic_facts.h"
 #include "linuxhost/options.h"
@@ -150,9 +151,7 @@ void SaveManagement(const ManagementConfig& config) {
         DeleteLink(old->Interface());
     Networkd::Reload();
     JoinUplinks(config);
-    const KernelNet after = ReadKernelNet();  // the link points into it
-    if (const LinkFact* link = after.Link(config.Interface()))
-        Networkd::WaitConfigured(link->index);
+    WaitApplied(config);
 }
 
 void ChangeManagement(const std::function<void(ManagementConfig&)>& change) {
