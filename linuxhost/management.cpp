@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "hostctl/exception.h"
+#include "linuxhost/apply_wait.h"
 #include "linuxhost/networkd_bus.h"
 #include "linuxhost/nic_facts.h"
 #include "linuxhost/options.h"
@@ -111,9 +112,7 @@ void SaveManagement(const ManagementConfig& config) {
         DeleteLink(old->Interface());
     Networkd::Reload();
     JoinUplinks(config);
-    const KernelNet after = ReadKernelNet();  // the link points into it
-    if (const LinkFact* link = after.Link(config.Interface()))
-        Networkd::WaitConfigured(link->index);
+    WaitApplied(config);
 }
 
 void ChangeManagement(const std::function<void(ManagementConfig&)>& change) {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "hostctl/exception.h"
+#include "linuxhost/apply_wait.h"
 #include "linuxhost/fail.h"
 #include "linuxhost/management.h"
 #include "linuxhost/net_objects.h"
@@ -192,7 +193,7 @@ public:
         const int index = Index();
         Networkd::Reconfigure(index);
         // Until networkd is done, it may still change the link's state.
-        Networkd::WaitConfigured(index);
+        WaitApplied(Current().config);
     }
 
     void RenewDhcp() override {

@@ -82,6 +82,12 @@ void Match(Ini& ini, const std::string& names) {
     ini.Section("Match").emplace_back("Name", names);
 }
 
+// Whether the IPv4 gateway is in the static address's subnet.
+bool OnSubnet(const HN::IpConfig& ip) {
+    const std::uint32_t mask = ip.GetIpv4Netmask().GetAddress();
+    return (ip.GetIpv4Gateway().GetAddress() & mask) == (ip.GetIpv4Address().GetAddress() & mask);
+}
+
 // The addresses, gateways and name servers of the management link.
 Ini AddressFile(const ManagementConfig& c) {
     const HN::IpConfig& ip = c.ip;
@@ -94,10 +100,12 @@ Ini AddressFile(const ManagementConfig& c) {
     net.emplace_back("DHCP", dhcp4 && dhcp6 ? "yes" : dhcp4 ? "ipv4" : dhcp6 ? "ipv6" : "no");
     net.emplace_back("LinkLocalAddressing", v6 ? "ipv6" : "no");
     net.emplace_back("IPv6AcceptRA", v6 && ip.GetUseIpv6RouterAdvertised() ? "yes" : "no");
-    if (!dhcp4 && !ip.GetIpv4UseNone()) {
+    const bool static4 = !dhcp4 && !ip.GetIpv4UseNone();
+    const bool gateway4 = static4 && !ip.GetIpv4Gateway().IsAnyAddress();
+    if (static4) {
         net.emplace_back("Address", ip.GetIpv4Address().GetStringAddress() + "/" +
                                         std::to_string(ip.GetIpv4Netmask().GetPrefixLength()));
-        if (!ip.GetIpv4Gateway().IsAnyAddress())
+        if (gateway4 && OnSubnet(ip))
             net.emplace_back("Gateway", ip.GetIpv4Gateway().GetStringAddress());
     }
     if (v6) {
@@ -110,6 +118,13 @@ Ini AddressFile(const ManagementConfig& c) {
     }
     for (const auto& server : c.nameServers) net.emplace_back("DNS", server);
     if (!c.searchDomains.empty()) net.emplace_back("Domains", Join(c.searchDomains));
+    // networkd refuses a gateway outside the address's subnet unless told
+    // that it is reached on the link all the same.
+    if (gateway4 && !OnSubnet(ip)) {
+        Lines& route = ini.Section("Route");
+        route.emplace_back("Gateway", ip.GetIpv4Gateway().GetStringAddress());
+        route.emplace_back("GatewayOnLink", "yes");
+    }
     const std::string useDns = ip.GetDhcpDns() ? "yes" : "no";
     if (dhcp4) ini.Section("DHCPv4").emplace_back("UseDNS", useDns);
     if (dhcp6) {
@@ -141,7 +156,9 @@ void ReadAddressFile(const Ini& ini, ManagementConfig& c) {
             ip.AddIpv6Network(HN::Ipv6Network(address));
         }
     }
-    for (const auto& gateway : ini.All("Network", "Gateway")) {
+    std::vector<std::string> gateways = ini.All("Network", "Gateway");
+    for (const auto& gateway : ini.All("Route", "Gateway")) gateways.push_back(gateway);
+    for (const auto& gateway : gateways) {
         if (HN::Ipv4Address::IsValidAddress(gateway))
             ip.SetIpv4Gateway(HN::Ipv4Address(gateway));
         else if (HN::Ipv6Address::IsValidAddress(gateway))

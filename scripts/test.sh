@@ -4,11 +4,6 @@
 #   scripts/test.sh --sanitize   AddressSanitizer + UndefinedBehaviorSanitizer (build-asan/)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-# The Linux contract run in the lab (contract.linux) is not part of this run
-# yet: some of its cases read the kernel before systemd-networkd has applied a
-# second change in a row, now and then in the normal build and always under the
-# sanitizers (docs/testing.md). Run it by hand: ctest -R '^contract\.linux$'.
-exclude=(-E '^contract\.linux$')
 bash scripts/install-deps.sh
 
 if [ "${1:-}" = "--sanitize" ]; then
@@ -26,6 +21,6 @@ fi
 # No retries: a test that fails under load is fixed in its waits or in the
 # product (docs/testing.md).
 status=0
-ctest --test-dir "$dir" --output-on-failure --timeout 300 -j2 "${exclude[@]}" || status=$?
+ctest --test-dir "$dir" --output-on-failure --timeout 300 -j2 || status=$?
 bash scripts/test-share.sh
 exit "$status"

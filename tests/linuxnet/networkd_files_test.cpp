@@ -73,6 +73,15 @@ std::vector<Mode> Modes() {
         modes.push_back({"dhcp-ipv6-static-gateway-two-uplinks", c});
     }
     {
+        // A gateway outside the subnet goes into a route of its own.
+        ManagementConfig c = Base();
+        c.ip.SetUseDhcp(false, false);
+        c.ip.SetIpv4Address(HN::Ipv4Address("192.168.77.20"));
+        c.ip.SetIpv4Netmask(HN::Ipv4Address("255.255.255.0"));
+        c.ip.SetIpv4Gateway(HN::Ipv4Address("10.9.0.1"));
+        modes.push_back({"static-off-subnet-gateway", c});
+    }
+    {
         ManagementConfig c = Base();
         c.vlanId = 42;
         c.ip.SetUseDhcp(false, false);
