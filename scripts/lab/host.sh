@@ -76,6 +76,14 @@ while read -r unit; do
   busctl call org.freedesktop.systemd1 /org/freedesktop/systemd1 org.freedesktop.DBus.Mock \
     AddMockUnit s "$unit" >/dev/null
 done <"$here/units"
+# Calls of systemd's manager the template lacks; they change nothing.
+AddManagerMethod() {
+  busctl call org.freedesktop.systemd1 /org/freedesktop/systemd1 org.freedesktop.DBus.Mock \
+    AddMethod sssss org.freedesktop.systemd1.Manager "$@" >/dev/null
+}
+AddManagerMethod EnableUnitFiles asbb 'ba(sss)' 'ret = (False, [])'
+AddManagerMethod DisableUnitFiles asb 'a(sss)' 'ret = []'
+AddManagerMethod Reload '' '' ''
 
 export LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 PAM_WRAPPER_SERVICE_DIR=$LAB_DIR/pam
 export PAM_WRAPPER_DISABLE_DEEPBIND=1 UID_WRAPPER_DISABLE_DEEPBIND=1
