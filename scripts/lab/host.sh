@@ -50,6 +50,9 @@ mount -t tmpfs -o mode=0755 tmpfs /run/systemd
 mount -t tmpfs -o mode=0755 tmpfs /run/dbus
 mkdir /run/systemd/network
 mount --bind "$root/run/systemd/network" /run/systemd/network
+# pcsc-lite's socket folder: a pcscd started in the lab listens in the lab root.
+mkdir -p /run/pcscd
+mount --bind "$root/run/pcscd" /run/pcscd
 mount --bind "$root/etc/systemd/network" /etc/systemd/network
 mount --bind "$root/etc/resolv.conf" /etc/resolv.conf
 [ ! -e /etc/machine-id ] || mount --bind "$root/etc/machine-id" /etc/machine-id
