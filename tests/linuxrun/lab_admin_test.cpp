@@ -1,8 +1,9 @@
 // The console in the lab (run through scripts/lab.sh, with the installed
 // management network), walked as an administrator would: the root password
 // changed through the lab's PAM stack and used for the next login, the
-// management network restarted, and the system configuration reset: the
-// console's files gone and logind asked to reboot.
+// management network restarted, the logs entry of a host without logs, and
+// the system configuration reset: the console's files gone and logind asked
+// to reboot.
 #include <filesystem>
 
 #include "tests/admin/admin_support.h"
@@ -81,6 +82,10 @@ TEST(LabAdmin, PasswordRestartNetworkAndReset) {
 
     const std::string ours = root + "/etc/systemd/network/60-tesk-br0.network";
     ASSERT_TRUE(std::filesystem::exists(ours));
+    // The lab's host keeps no journal and no plain log yet: the pane says so.
+    ASSERT_TRUE(GoToEntry(console, "View System Logs"));
+    EXPECT_TRUE(WaitSettled(console, "No logs that the console can show"));
+
     // The pane says what the reset does here: the password and machines stay.
     ASSERT_TRUE(GoToEntry(console, "Reset System Configuration"));
     const std::string pane = PaneWithoutBlanks(console);
