@@ -27,8 +27,13 @@ void PointLibraryAtHostRoot() {
 
 bool PcscdListens() {
     struct stat socket {};
-    return ::stat(Tesk::Platform::HostPath(kPcscdSocket).c_str(), &socket) == 0 &&
-           S_ISSOCK(socket.st_mode);
+    if (::stat(Tesk::Platform::HostPath(kPcscdSocket).c_str(), &socket) != 0 ||
+        !S_ISSOCK(socket.st_mode))
+        return false;
+    // Here, on the thread that asks first, rather than in the cards' watch:
+    // setenv is no call for a second thread.
+    PointLibraryAtHostRoot();
+    return true;
 }
 
 bool PcscLibraryAvailable() {

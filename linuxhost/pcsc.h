@@ -17,7 +17,8 @@ namespace LinuxHost {
 
 inline constexpr const char kPcscdSocket[] = "/run/pcscd/pcscd.comm";
 
-// Whether a socket is at kPcscdSocket under the host root (loads nothing).
+// Whether a socket is at kPcscdSocket under the host root (loads nothing);
+// where it is, the library is pointed at it. Asked before any other call.
 bool PcscdListens();
 
 // Whether libpcsclite can be loaded (loads it).
