@@ -4,11 +4,12 @@
 
 #include <security/pam_appl.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/host_platform.h"
 #include "admin/pam_library.h"
+#include "platform/host_platform.h"
 #include "platform/syslog.h"
 
 namespace Tesk {
@@ -35,13 +36,23 @@ int Converse(int count, const pam_message** messages, pam_response** responses, 
 }
 
 // The password change's conversation: the old password for the first hidden
-// prompt, the new one for the second and third, counted over every call of
-// one exchange; every other message gets an empty answer.
+// prompt (the authentication's) and for every prompt that asks for the
+// current or old password (stacks that ask it again in the change itself),
+// the new one for the next two, counted over every call of one exchange;
+// every other message gets an empty answer.
 struct ChangeAnswers {
     const char* oldPassword;
     const char* newPassword;
     int answered = 0;
+    int newAnswered = 0;
 };
+
+bool AsksOldPassword(const char* prompt) {
+    std::string text = prompt != nullptr ? prompt : "";
+    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text.starts_with("old ") || text.find(" old ") != std::string::npos ||
+           text.find("current") != std::string::npos;
+}
 
 int ConverseChange(int count, const pam_message** messages, pam_response** responses, void* data) {
     if (count <= 0 || messages == nullptr || responses == nullptr || data == nullptr)
@@ -52,11 +63,13 @@ int ConverseChange(int count, const pam_message** messages, pam_response** respo
     if (replies == nullptr) return PAM_CONV_ERR;
     for (int i = 0; i < count; ++i) {
         if (messages[i] == nullptr || messages[i]->msg_style != PAM_PROMPT_ECHO_OFF) continue;
-        const char* text = answers->answered == 0   ? answers->oldPassword
-                           : answers->answered <= 2 ? answers->newPassword
-                                                    : nullptr;
+        const bool old = answers->answered == 0 || AsksOldPassword(messages[i]->msg);
+        const char* text = old                        ? answers->oldPassword
+                           : answers->newAnswered < 2 ? answers->newPassword
+                                                      : nullptr;
         if (text == nullptr) continue;
         ++answers->answered;
+        if (!old) ++answers->newAnswered;
         replies[i].resp = ::strdup(text);
         if (replies[i].resp == nullptr) {
             for (int j = 0; j < i; ++j) {

@@ -3,6 +3,8 @@
 // host backend (hostctl/backend.h) hands out the object.
 #pragma once
 
+#include <string>
+
 namespace HostCtl::Configuration {
 
 class HostConfiguration {
@@ -19,6 +21,9 @@ public:
     // when the host refused (not logged); the configuration is then as it
     // was. Nothing is thrown.
     virtual bool ResetToFactoryDefaults() const = 0;
+    // What the reset does on this host, for the reset entry's pane, where it
+    // differs from the standard warning; empty: the standard warning holds.
+    virtual std::string ResetWarning() const { return {}; }
 
     // Whether custom extensions are installed. A host that cannot tell
     // answers false (not logged).

@@ -3,6 +3,7 @@
 // systemd-networkd files and applied over its bus interface; ping and name
 // resolution for the network test (docs/linux-host-network.md).
 #include "hostctl/exception.h"
+#include "linuxhost/card_watch.h"
 #include "linuxhost/linux_backend.h"
 #include "linuxhost/management.h"
 #include "linuxhost/net_objects.h"
@@ -109,7 +110,9 @@ std::unique_ptr<HostCtl::Network::OperationsAgent> LinuxBackend::GetOperationsAg
     return std::make_unique<NoOperationsAgent>();
 }
 
+// Made after the first frame: the cards' watch starts with it.
 std::unique_ptr<HostCtl::HostWatch> LinuxBackend::WatchHost() const {
+    WatchSmartCards();
     return WatchNetwork();
 }
 

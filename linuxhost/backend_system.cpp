@@ -2,6 +2,8 @@
 // meminfo), its keyboard layout (console-setup), its configuration as a
 // whole, its support information, its logs, its advanced options and smart
 // cards.
+#include <mutex>
+
 #include "hostctl/exception.h"
 #include "linuxhost/adv.h"
 #include "linuxhost/configuration.h"
@@ -27,10 +29,21 @@ std::unique_ptr<HostCtl::Hardware::MemoryInfo> LinuxBackend::GetMemoryInfo() con
     return std::make_unique<MemoryInfoImpl>();
 }
 
-// The login asks for the cards only where the card path is offered; a host
-// that does not offer it has no cards to show.
+// A host that does not offer the card path has no cards to show; the
+// reason is logged when it changes (the login asks at every dialog).
 std::unique_ptr<HostCtl::Hardware::SmartCardInfo> LinuxBackend::GetSmartCardInfo() const {
-    throw HostCtl::Lib::HostCtlException(WhySmartCardLoginNotOffered());
+    static std::mutex mutex;
+    static std::string logged;
+    const std::string reason = WhySmartCardLoginNotOffered();
+    {
+        const std::lock_guard lock(mutex);
+        if (reason != logged)
+            Tesk::Platform::Log(LOG_INFO, "Smart-card login %s%s",
+                                reason.empty() ? "offered" : "not offered: ", reason.c_str());
+        logged = reason;
+    }
+    if (!reason.empty()) throw HostCtl::Lib::HostCtlException(reason);
+    return std::make_unique<SmartCardInfoImpl>();
 }
 
 std::unique_ptr<HostCtl::System::SystemInfo> LinuxBackend::GetSystemInfo() const {
@@ -69,7 +82,8 @@ std::string WhySystemFeatureNotOffered(HostCtl::Feature feature) {
         case HostCtl::Feature::CustomExtensions:
             return "A Linux host has no custom extensions to remove.";
         case HostCtl::Feature::SmartCardLogin: {
-            // Probed once: the answer holds for the console's life.
+            // Probed once, as the screens expect; the login itself asks
+            // again at every dialog (GetSmartCardInfo).
             static const std::string reason = WhySmartCardLoginNotOffered();
             return reason;
         }

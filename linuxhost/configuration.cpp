@@ -10,9 +10,9 @@
 
 #include "linuxhost/host_files.h"
 #include "linuxhost/options.h"
+#include "linuxhost/shell_timeouts.h"
 #include "linuxhost/system_info.h"
 #include "platform/hostroot.h"
-#include "linuxhost/shell_timeouts.h"
 #include "platform/syslog.h"
 #include "store/replace_file.h"
 
@@ -122,6 +122,17 @@ bool HostConfigurationImpl::ResetToFactoryDefaults() const {
         removedAll = false;
     }
     return removedAll;
+}
+
+// The standard warning speaks of passwords and machines, which a Linux host
+// keeps: its reset removes only what the console wrote.
+std::string HostConfigurationImpl::ResetWarning() const {
+    return "Warning!\n\nThe console's own settings will be removed: its options, the shell and SSH "
+           "time-outs, and the network files it wrote. The host then takes its network from "
+           "its own configuration. The root password, the keyboard layout and the virtual "
+           "machines stay as they are.\n\nThis operation requires a restart of the host. It is "
+           "recommended to previously shut down or migrate running virtual machines off this "
+           "host.";
 }
 
 }  // namespace LinuxHost

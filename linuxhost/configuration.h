@@ -25,6 +25,7 @@ class HostConfigurationImpl : public HostCtl::Configuration::HostConfiguration {
 public:
     bool Backup() const override;
     bool ResetToFactoryDefaults() const override;
+    std::string ResetWarning() const override;
     bool HasCustomExtensions() const override { return false; }
     bool RemoveCustomExtensions() const override { return false; }
 };

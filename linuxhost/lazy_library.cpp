@@ -9,6 +9,7 @@ namespace LinuxHost {
 const LazyLibrary kLibsystemd("libsystemd.so.0");
 const LazyLibrary kLibvirt("libvirt.so.0");
 const LazyLibrary kLibcrypto("libcrypto.so.3");
+const LazyLibrary kLibpcsclite("libpcsclite.so.1");
 
 void* LazyLibrary::Handle() const {
     std::call_once(once_, [this] {

@@ -1,7 +1,8 @@
 // Shared libraries that the Linux backend opens at their first use rather than
 // at every start of the program: libsystemd (the bus and the journal) and
 // libvirt pull in dozens of libraries, and the welcome screen needs none of
-// them (docs/benchmarks.md). A call goes through TESK_LAZY:
+// them, nor libcrypto or libpcsclite (docs/benchmarks.md). A call goes
+// through TESK_LAZY:
 //
 //     auto open = TESK_LAZY(kLibsystemd, sd_bus_open_system);
 //     if (open == nullptr) ...   // the library or the call is missing (logged)
@@ -36,12 +37,13 @@ private:
 extern const LazyLibrary kLibsystemd;
 extern const LazyLibrary kLibvirt;
 extern const LazyLibrary kLibcrypto;
+extern const LazyLibrary kLibpcsclite;
 
 }  // namespace LinuxHost
 
 // The function fn of library, looked up once per call site.
-#define TESK_LAZY(library, fn)                                                       \
-    ([] {                                                                            \
+#define TESK_LAZY(library, fn)                                                               \
+    ([] {                                                                                    \
         static const auto resolved = reinterpret_cast<decltype(&fn)>((library).Symbol(#fn)); \
-        return resolved;                                                             \
+        return resolved;                                                                     \
     }())

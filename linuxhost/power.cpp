@@ -1,6 +1,6 @@
 // Taking the Linux host down: its virtual machines first (linuxhost/
-// machine_stop.h), then the power-off or reboot through logind, or an
-// immediate reboot through systemd's manager (no unit is stopped).
+// machine_stop.h), then the power-off or reboot through logind. The reset's
+// restart is logind's reboot too: the host's units stop in order.
 #include <cstring>
 #include <exception>
 
@@ -14,17 +14,16 @@
 namespace LinuxHost {
 namespace {
 
-// Calls method of the manager at path of destination, with the argument
-// "interactive = false" where logind takes it; true when the call succeeded.
-bool CallManager(const char* destination, const char* path, const char* interface,
-                 const char* method, bool logind) {
+// Calls logind's method with "interactive = false"; true when the call
+// succeeded.
+bool Logind(const char* method) {
+    static constexpr char interface[] = "org.freedesktop.login1.Manager";
     const BusConnection bus = OpenSystemBus();
     if (!bus) return false;
     sd_bus_error error = SD_BUS_ERROR_NULL;
     const auto call = TESK_LAZY(kLibsystemd, sd_bus_call_method);
-    const int r =
-        logind ? call(bus.get(), destination, path, interface, method, &error, nullptr, "b", 0)
-               : call(bus.get(), destination, path, interface, method, &error, nullptr, "");
+    const int r = call(bus.get(), "org.freedesktop.login1", "/org/freedesktop/login1", interface,
+                       method, &error, nullptr, "b", 0);
     if (r < 0)
         Tesk::Platform::Log(LOG_ERR, "%s.%s failed: %s", interface, method,
                             error.message ? error.message : std::strerror(-r));
@@ -32,11 +31,6 @@ bool CallManager(const char* destination, const char* path, const char* interfac
         Tesk::Platform::Log(LOG_INFO, "%s.%s requested", interface, method);
     TESK_LAZY(kLibsystemd, sd_bus_error_free)(&error);
     return r >= 0;
-}
-
-bool Logind(const char* method) {
-    return CallManager("org.freedesktop.login1", "/org/freedesktop/login1",
-                       "org.freedesktop.login1.Manager", method, true);
 }
 
 // Stops the machines; false (logged) when some could not be stopped.
@@ -61,10 +55,7 @@ public:
     bool PowerOffAllVirtualMachines() const override { return StopMachines(true); }
     bool PowerOffHost() const override { return Logind("PowerOff"); }
     bool RestartHost() const override { return Logind("Reboot"); }
-    bool ForceRestartHost() const override {
-        return CallManager("org.freedesktop.systemd1", "/org/freedesktop/systemd1",
-                           "org.freedesktop.systemd1.Manager", "Reboot", false);
-    }
+    bool ForceRestartHost() const override { return Logind("Reboot"); }
 };
 
 }  // namespace

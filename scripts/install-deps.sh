@@ -10,16 +10,17 @@ packages=(
   libpam0g-dev libpam-wrapper libpam-modules libcrypt-dev
   libvterm-dev
   nlohmann-json3-dev
-  libnl-3-dev libnl-route-3-dev libsystemd-dev libvirt-dev libssl-dev
+  libnl-3-dev libnl-route-3-dev libsystemd-dev libvirt-dev libssl-dev libpcsclite-dev
   systemd-journal-remote
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev dialog
   less locales
   debhelper dpkg-dev fakeroot scdoc lintian groff-base man-db systemd
   # The lab (scripts/lab.sh): the host's services, the peer's servers, the
-  # tools its tests use. dnsmasq-base has no service that would start.
+  # tools its tests use. dnsmasq-base has no service that would start; pcscd's
+  # is not started without systemd (the lab's smart-card test runs its own).
   iproute2 util-linux dbus dnsmasq-base python3-dbusmock iputils-ping pamtester
-  libvirt-clients
+  libvirt-clients pcscd
 )
 
 missing=()

@@ -77,7 +77,7 @@ unshare --net="$LAB_DIR/ns/peer" true && unshare --net="$LAB_DIR/ns/host" true |
 # the libvirt node file.
 root=$LAB_DIR/root
 cp -R "$here/lab/root" "$root"
-mkdir -p "$root"/{etc/systemd/network,run/systemd/network,var/log,var/lib}
+mkdir -p "$root"/{etc/systemd/network,run/systemd/network,run/pcscd,var/log,var/lib}
 # The console starts on an installed host: its management bridge br0 over
 # eth0 on DHCP, as the console itself writes it. Commands start with no
 # network unless LAB_INSTALLED_NETWORK=1.

@@ -50,6 +50,9 @@ mount -t tmpfs -o mode=0755 tmpfs /run/systemd
 mount -t tmpfs -o mode=0755 tmpfs /run/dbus
 mkdir /run/systemd/network
 mount --bind "$root/run/systemd/network" /run/systemd/network
+# pcsc-lite's socket folder: a pcscd started in the lab listens in the lab root.
+mkdir -p /run/pcscd
+mount --bind "$root/run/pcscd" /run/pcscd
 mount --bind "$root/etc/systemd/network" /etc/systemd/network
 mount --bind "$root/etc/resolv.conf" /etc/resolv.conf
 [ ! -e /etc/machine-id ] || mount --bind "$root/etc/machine-id" /etc/machine-id
@@ -76,6 +79,14 @@ while read -r unit; do
   busctl call org.freedesktop.systemd1 /org/freedesktop/systemd1 org.freedesktop.DBus.Mock \
     AddMockUnit s "$unit" >/dev/null
 done <"$here/units"
+# Calls of systemd's manager the template lacks; they change nothing.
+AddManagerMethod() {
+  busctl call org.freedesktop.systemd1 /org/freedesktop/systemd1 org.freedesktop.DBus.Mock \
+    AddMethod sssss org.freedesktop.systemd1.Manager "$@" >/dev/null
+}
+AddManagerMethod EnableUnitFiles asbb 'ba(sss)' 'ret = (False, [])'
+AddManagerMethod DisableUnitFiles asb 'a(sss)' 'ret = []'
+AddManagerMethod Reload '' '' ''
 
 export LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 PAM_WRAPPER_SERVICE_DIR=$LAB_DIR/pam
 export PAM_WRAPPER_DISABLE_DEEPBIND=1 UID_WRAPPER_DISABLE_DEEPBIND=1

@@ -18,6 +18,9 @@ public:
         shown_ = TryHost("Getting the host's logs failed: %s", [&] {
                      return c.host.backend.GetSystemLogs()->GetLogs();
                  }).value_or(std::vector<HostCtl::Logs::LogSource>{});
+        // A host that keeps none of the logs the backend knows says so
+        // rather than offering keys that open nothing.
+        if (shown_.empty()) return "No logs that the console can show are kept on this host.";
         std::string text;
         int number = 0;
         for (const auto& log : shown_)

@@ -48,10 +48,10 @@ TEST(LabWelcome, ShowsTheHostsProductLineHardwareAndMemory) {
     WriteInRoot("/proc/sys/kernel/version", "#7 SMP PREEMPT_DYNAMIC\n");
 
     ConsoleSession console(LabSession());
-    console.waitForText("Debian GNU/Linux 12 (Zerkel 6.1.0-lab Build 7)");
-    console.waitForText("Lab Systems LS-2000 Rack Server");
-    console.waitForText("2 x Lab CPU 3000");
-    console.waitForText("16 GiB Memory");
+    EXPECT_TRUE(console.waitForText("Debian GNU/Linux 12 (Zerkel 6.1.0-lab Build 7)"));
+    EXPECT_TRUE(console.waitForText("Lab Systems LS-2000 Rack Server"));
+    EXPECT_TRUE(console.waitForText("2 x Lab CPU 3000"));
+    EXPECT_TRUE(console.waitForText("16 GiB Memory"));
     // The welcome screen's facts load none of the libraries opened at first use.
     std::ifstream maps("/proc/" + std::to_string(console.pid()) + "/maps");
     const std::string loaded(std::istreambuf_iterator<char>(maps), {});
