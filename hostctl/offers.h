@@ -6,12 +6,13 @@
 namespace HostCtl {
 
 enum class Feature {
-    LockdownMode,      // the lockdown menu entry
-    LiveCoreDump,      // the live-core check item of the agents' restart
-    CustomExtensions,  // "Remove Custom Extensions"
-    SmartCardLogin,    // the card path of the login
-    Vlan,              // a VLAN id on the management network
-    NicTeaming,        // more than one active adapter on the management network
+    LockdownMode,          // the lockdown menu entry
+    LiveCoreDump,          // the live-core check item of the agents' restart
+    CustomExtensions,      // "Remove Custom Extensions"
+    SmartCardLogin,        // the card path of the login
+    Vlan,                  // a VLAN id on the management network
+    NicTeaming,            // more than one active adapter on the management network
+    SecondStandardSwitch,  // "Create Standard Switch" and "Create Port Group"
 };
 
 }  // namespace HostCtl

@@ -143,6 +143,9 @@ std::string WhyNetworkFeatureNotOffered(HostCtl::Feature feature) {
             if (!KernelHasLinkKind("bond"))
                 return "NIC teaming is not supported by this host's kernel (no bonding driver).";
             return {};
+        case HostCtl::Feature::SecondStandardSwitch:
+            return "This host keeps one bridge, the management network's, with its one port "
+                   "group.";
         default:
             return {};
     }

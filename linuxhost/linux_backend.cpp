@@ -19,6 +19,7 @@ std::string LinuxBackend::WhyNotOffered(HostCtl::Feature feature) const {
     switch (feature) {
         case HostCtl::Feature::Vlan:
         case HostCtl::Feature::NicTeaming:
+        case HostCtl::Feature::SecondStandardSwitch:
             return WhyNetworkFeatureNotOffered(feature);
         case HostCtl::Feature::CustomExtensions:
         case HostCtl::Feature::SmartCardLogin:

@@ -18,6 +18,7 @@
 #include "recovery/safe_mode_network.h"
 #include "ui/dialog.h"
 #include "ui/footers.h"
+#include "ui/markup_escape.h"
 #include "ui/string_ids.h"
 #include "ui/strings.h"
 #include "ui/utf8.h"
@@ -36,7 +37,7 @@ void OpenDialog(Window* window, const HostContext& host) {
 }  // namespace
 
 struct NetworkRestoreWindow::Row {
-    enum class Needs { Nothing, AgentV3, ManagementOnQds };
+    enum class Needs { Nothing, AgentV3, ManagementOnQds, SecondSwitch };
     std::uint32_t id;
     const char* footer;
     Needs needs;
@@ -47,8 +48,9 @@ const std::vector<NetworkRestoreWindow::Row>& NetworkRestoreWindow::Rows() {
     using W = NetworkRestoreWindow;
     using N = Row::Needs;
     static const std::vector<Row> rows = {
-        {StrId::CreateStandardSwitch, Footer::kCreateExit, N::Nothing, &W::createStandardSwitch},
-        {StrId::CreatePortGroup, Footer::kCreateExit, N::Nothing, &W::createPortGroup},
+        {StrId::CreateStandardSwitch, Footer::kCreateExit, N::SecondSwitch,
+         &W::createStandardSwitch},
+        {StrId::CreatePortGroup, Footer::kCreateExit, N::SecondSwitch, &W::createPortGroup},
         {StrId::MigrateNicToStandardSwitch, Footer::kMigrateExit, N::AgentV3, &W::migrateZrknic},
         {StrId::RestoreNetworkSettings, Footer::kRestartExitOpen, N::Nothing,
          &W::restoreNetworkSettings},
@@ -72,12 +74,21 @@ NetworkRestoreWindow::NetworkRestoreWindow(Window* opener, const HostContext& ho
     setTitle(str(StrId::NetworkRestoreOptionsTitle));
     const bool onQds = IsManagementOnQds(host.backend);
     const bool agentV3 = host.backend.GetOperationsAgent()->IsVersion3Present();
+    const std::string noSecondSwitch =
+        host.backend.WhyNotOffered(HostCtl::Feature::SecondStandardSwitch);
     for (const Row& row : Rows()) addRow(str(row.id));
+    notOffered_.resize(Rows().size());
     for (int i = 0; i < rowCount(); ++i) {
         const Row::Needs needs = Rows()[static_cast<std::size_t>(i)].needs;
+        if (needs == Row::Needs::SecondSwitch)
+            notOffered_[static_cast<std::size_t>(i)] = noSecondSwitch;
         if ((needs == Row::Needs::AgentV3 && !agentV3) ||
             (needs == Row::Needs::ManagementOnQds && !onQds))
             disableRow(i);
+        // Grey too, but it can be selected: its pane says why.
+        if (!notOffered_[static_cast<std::size_t>(i)].empty())
+            setRowText(i, std::string("{color:dark-grey}") +
+                              str(Rows()[static_cast<std::size_t>(i)].id) + "{/color}");
     }
     selectRow(0);
 }
@@ -94,10 +105,14 @@ PaneText NetworkRestoreWindow::describe(int row) {
         describedRow_ = row;
     }
     const Row& r = Rows()[static_cast<std::size_t>(row)];
-    return {str(r.id + 6), ownFooter_ ? Footer::kChangeExitSpaced : r.footer};
+    const std::string& reason = notOffered_[static_cast<std::size_t>(row)];
+    return {reason.empty() ? std::string(str(r.id + 6))
+                           : std::string(str(r.id + 6)) + "\n\n" + EscapeHostText(reason),
+            ownFooter_ ? Footer::kChangeExitSpaced : r.footer};
 }
 
 void NetworkRestoreWindow::enter(int row) {
+    if (!notOffered_[static_cast<std::size_t>(row)].empty()) return;
     (this->*Rows()[static_cast<std::size_t>(row)].open)(row);
     // The window is drawn again as when it opened: its own footer until the
     // selection moves.

@@ -2,6 +2,7 @@
 // management network, each opening its dialog.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "host/host_context.h"
@@ -12,8 +13,10 @@ namespace Tesk {
 class NetworkRestoreWindow : public PaneWindow {
 public:
     // Asks the host once whether the management interface is on a distributed
-    // switch and whether the network-virtualisation agent 3 is installed; the
-    // rows that need them stay grey for the window's life.
+    // switch, whether the network-virtualisation agent 3 is installed and
+    // whether it makes more standard switches; the rows that need them stay
+    // grey for the window's life (a row the host does not offer can be
+    // selected, does nothing, and its pane says why).
     NetworkRestoreWindow(Window* opener, const HostContext& host);
 
 private:
@@ -41,6 +44,8 @@ private:
     // (after it opens and after each dialog).
     bool ownFooter_ = true;
     int describedRow_ = -1;
+    // Per row: why the host does not offer it; empty when it does.
+    std::vector<std::string> notOffered_;
 };
 
 }  // namespace Tesk

@@ -135,6 +135,7 @@ public:
             {HostCtl::Feature::SmartCardLogin, "smartCardLogin"},
             {HostCtl::Feature::Vlan, "vlan"},
             {HostCtl::Feature::NicTeaming, "nicTeaming"},
+            {HostCtl::Feature::SecondStandardSwitch, "secondStandardSwitch"},
         };
         for (const auto& [known, name] : kNames) {
             if (known != feature) continue;

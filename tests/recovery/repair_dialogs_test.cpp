@@ -27,6 +27,19 @@ constexpr char kInvalidGroup[] = "Please enter a valid port group name.";
 
 }  // namespace
 
+// A host that makes no second standard switch says why in the rows' pane,
+// and <Enter> opens nothing.
+TEST(CreateVss, AHostWithOneSwitchGreysTheCreateRowsAndSaysWhy) {
+    SimRoot root("default");
+    root.editState([](Json& s) { s["notOffered"]["secondStandardSwitch"] = "One bridge {only}."; });
+    ConsoleSession console(root, LocalConsole(kCols, kRows));
+    ASSERT_TRUE(OpenRestoreWindow(console));
+    EXPECT_NE(Pane(console).find("One bridge {only}."), std::string::npos) << Pane(console);
+    console.key(Key::Enter);
+    console.waitForQuiet(std::chrono::milliseconds(300));
+    EXPECT_FALSE(console.find("Switch Name:")) << console.text();
+}
+
 // A failing host first (reported, nothing changed), then the dialog again:
 // a name in use and a used uplink refused, a free one taken.
 TEST(CreateVss, RefusesUsedNamesAndUplinksThenCreatesASwitchAndAPortGroup) {
