@@ -54,54 +54,6 @@ enum class Capability {
     HypervisorFactoryLayout,
 };
 
-// What a host's own tools and services can be made to refuse, in the ways the
-// interfaces must absorb (an answer of false, a fallback, a logged step)
-// rather than throw.
-enum class HostRefusal {
-    ServiceManagement,  // the host's management refuses to switch services; the services work
-    ServiceSwitching,   // every way of switching a service fails
-    TimeoutStore,       // the shell time-outs can be neither read nor written
-    LockdownChange,     // entering and leaving lockdown mode fail with an error text
-    LockdownQuery,      // whether lockdown is on or possible cannot be asked
-    Backup,             // the configuration backup fails
-    FactoryReset,       // the factory reset fails
-    ExtensionList,      // the custom extensions cannot be listed
-    ExtensionRemoval,   // the custom extensions cannot be removed
-    Ping,               // the echo tool fails
-    PortGroupCreation,  // the tool that adds port groups fails
-    AgentStop,          // the operations agent cannot be stopped
-    Migration,          // the operations agent's move of a Zerkel NIC fails
-};
-
-// What a case can arrange beyond the shape and injected failures, and the
-// facts the interfaces do not read back.
-class HostConditions {
-public:
-    virtual ~HostConditions() = default;
-
-    // Makes the host refuse what until BackendFixture::Recover(); answers the
-    // error text the host then gives ("" when it gives none).
-    virtual std::string Refuse(HostRefusal what) = 0;
-    virtual void SetLockdownPossible(bool possible) = 0;
-    virtual void SetCustomExtensionsInstalled(bool installed) = 0;
-    // The support text the host keeps; none: the host has none.
-    virtual void SetSupportText(const std::optional<std::string>& text) = 0;
-    // The support text exists but cannot be read (and must not block a reader).
-    virtual void MakeSupportTextUnreadable() = 0;
-    // The operations agent's package at this version; null: not installed.
-    virtual void InstallOperationsAgent(const char* version) = 0;
-
-    virtual bool StartsAtBoot(HostCtl::Services::Service service) const = 0;
-    virtual int Restarts(HostCtl::Services::Service service) const = 0;
-    virtual bool SshFirewallOpen() const = 0;        // whether the firewall lets SSH through now
-    virtual std::string LastActingUser() const = 0;  // of the last request to the host's management
-    virtual int Backups() const = 0;
-    virtual bool OperationsAgentRunning() const = 0;
-    // The last host tool the backend ran, as "<command line> succeeded" or
-    // "<command line> failed"; "" when none ran.
-    virtual std::string LastToolRun() const = 0;
-};
-
 class BackendFixture {
 public:
     virtual ~BackendFixture() = default;
@@ -127,11 +79,6 @@ public:
 
     // Puts a card whose token holds the user ids into the first reader.
     virtual void InsertSmartCard(const std::vector<std::string>& userIds) = 0;
-
-    // The host conditions and records the administration and network-action
-    // cases need; null when the backend cannot arrange them (those cases then
-    // skip).
-    virtual HostConditions* Conditions() { return nullptr; }
 };
 
 using FixtureMaker = std::function<std::unique_ptr<BackendFixture>()>;

@@ -82,18 +82,6 @@ using OnManagedHost = OnHost<Shape::Managed>;
 using OnBareHost = OnHost<Shape::Bare>;
 using OnDistributedSwitchHost = OnHost<Shape::ManagedOnDistributedSwitch>;
 
-// The suite of the cases that arrange host conditions on a managed host;
-// they skip when the backend's fixture cannot.
-class OnManagedHostWithConditions : public OnManagedHost {
-protected:
-    void SetUp() override {
-        OnManagedHost::SetUp();
-        if (!IsSkipped() && !fixture().Conditions())
-            GTEST_SKIP() << "the backend's fixture arranges no host conditions";
-    }
-    HostConditions& conditions() { return *fixture().Conditions(); }
-};
-
 // The management interface, loaded unless load is false; std::logic_error
 // (a test failure) when the host has none.
 std::unique_ptr<HostCtl::Network::ZrkNic> Management(const HostCtl::Backend& host,
