@@ -1,13 +1,35 @@
 // What the lab (scripts/lab.sh) gives a console started by a test inside it:
 // the lab's host root, the Linux backend, the lab's system bus and libvirt,
-// and the PAM wrapper that takes the lab's logins.
+// and the PAM wrapper that takes the lab's logins; and what the lab tests read
+// back (its variables, whole files, the host's log).
 #pragma once
 
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
 
 #include "tests/harness/console_session.h"
 
 namespace TeskTest {
+
+// The variable's value; empty when it is not set (outside a lab).
+inline std::string Env(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+// The file's text; empty when it cannot be read.
+inline std::string ReadFile(const std::string& path) {
+    std::stringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+// The lab host's log.
+inline std::string LabLog() {
+    return ReadFile(Env("TESK_ROOT") + "/var/log/syslog.log");
+}
 
 // Hands the lab's variables that are set on to the console of options.
 inline void PassLabEnvironment(SessionOptions& options) {

@@ -1,14 +1,11 @@
 // The Linux backend's system side on fixture host roots: the host's identity,
 // support information, options, keyboard layout, configuration and logs.
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -25,42 +22,27 @@
 #include "linuxhost/system_version.h"
 #include "platform/host_platform.h"
 #include "platform/host_root_platform.h"
-#include "platform/hostroot.h"
+#include "tests/support/fixture_root.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using HostCtl::Lib::HostCtlException;
 
-class LinuxSystem : public ::testing::Test {
+class LinuxSystem : public TeskTest::FixtureRootTest {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/tesk-linuxhost-XXXXXX";
-        root_ = ::mkdtemp(pattern);
-        Tesk::Platform::SetHostRootForTesting(root_);
+        FixtureRootTest::SetUp();
         fs::create_directories(root_ + "/var/log");  // the host's log lines
         Tesk::Platform::InstallHostPlatform(std::make_unique<Tesk::Platform::HostRootPlatform>());
     }
     void TearDown() override {
         Tesk::Platform::InstallHostPlatform(nullptr);
-        Tesk::Platform::SetHostRootForTesting("");
-        fs::remove_all(root_);
+        FixtureRootTest::TearDown();
     }
-    void Write(const std::string& hostPath, const std::string& text, mode_t mode = 0644) const {
-        fs::create_directories(fs::path(root_ + hostPath).parent_path());
-        std::ofstream(root_ + hostPath) << text;
-        ::chmod((root_ + hostPath).c_str(), mode);
-    }
-    std::string Read(const std::string& hostPath) const {
-        std::ostringstream text;
-        text << std::ifstream(root_ + hostPath).rdbuf();
-        return text.str();
-    }
-    bool Exists(const std::string& hostPath) const { return fs::exists(root_ + hostPath); }
     bool Logged(const std::string& text) const {
         return Read("/var/log/syslog.log").find(text) != std::string::npos;
     }
-    std::string root_;
 };
 
 TEST_F(LinuxSystem, IdentityFromOsReleaseDmiCpuinfoAndMeminfo) {

@@ -7,16 +7,12 @@
 #include "linuxhost/change_record.h"
 #include "linuxhost/networkd_trial.h"
 
-#include <unistd.h>
-
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
 #include "hostctl/exception.h"
-#include "platform/hostroot.h"
+#include "tests/support/fixture_root.h"
 
 namespace {
 
@@ -24,30 +20,12 @@ namespace fs = std::filesystem;
 using HostCtl::Changes::ChangeKind;
 using HostCtl::Lib::HostCtlException;
 
-class FileChangeRecordTest : public ::testing::Test {
+class FileChangeRecordTest : public TeskTest::FixtureRootTest {
 protected:
     void SetUp() override {
-        char name[] = "/tmp/tesk-change-record-XXXXXX";
-        root_ = ::mkdtemp(name);
-        fs::create_directories(root_ / "etc/systemd/network");
-        Tesk::Platform::SetHostRootForTesting(root_.string());
+        FixtureRootTest::SetUp();
+        fs::create_directories(root_ + "/etc/systemd/network");
     }
-    void TearDown() override {
-        Tesk::Platform::SetHostRootForTesting("");
-        fs::remove_all(root_);
-    }
-    void Write(const std::string& path, const std::string& text) {
-        std::ofstream(root_.string() + path) << text;
-    }
-    std::string Read(const std::string& path) {
-        std::ifstream in(root_.string() + path);
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
-    bool Exists(const std::string& path) { return fs::exists(root_.string() + path); }
-
-    fs::path root_;
 };
 
 TEST_F(FileChangeRecordTest, PutBackRestoresChangedAddedAndRemovedFiles) {
@@ -73,7 +51,7 @@ TEST_F(FileChangeRecordTest, PutBackRestoresChangedAddedAndRemovedFiles) {
     EXPECT_TRUE(pending->ownerRunning);
 
     Write(net + "60-tesk-br0.network", "[Network]\nAddress=192.0.2.5/24\n");
-    fs::remove(root_.string() + net + "60-tesk-br0.netdev");
+    fs::remove(root_ + net + "60-tesk-br0.netdev");
     Write(net + "60-tesk-br0.7.network", "[Network]\n");
     Write(net + "10-other.network", "changed by someone else\n");
     Write("/etc/hostname", "new-name\n");
@@ -107,8 +85,8 @@ TEST_F(FileChangeRecordTest, ANetworkChangeIsOnTrialUntilKeptOrPutBack) {
         {"60-tesk-br0.network", "[Match]\nName=br0\n\n[Network]\nDHCP=yes\n"}};
     for (const bool keep : {true, false}) {
         SCOPED_TRACE(keep ? "kept" : "put back");
-        fs::remove_all(root_ / "etc/systemd/network");
-        fs::create_directories(root_ / "etc/systemd/network");
+        fs::remove_all(root_ + "/etc/systemd/network");
+        fs::create_directories(root_ + "/etc/systemd/network");
         for (const auto& [name, text] : before) Write(etc + name, text);
         LinuxHost::FileChangeRecord record([](ChangeKind) {});
 
@@ -131,13 +109,13 @@ TEST_F(FileChangeRecordTest, ANetworkChangeIsOnTrialUntilKeptOrPutBack) {
         EXPECT_FALSE(LinuxHost::OnTrial());
         EXPECT_FALSE(record.Pending());
         EXPECT_EQ(LinuxHost::ReadOurInstalledFiles(), keep ? after : before);
-        EXPECT_TRUE(fs::is_empty(root_ / "run/systemd/network"));
+        EXPECT_TRUE(fs::is_empty(root_ + "/run/systemd/network"));
     }
 }
 
 TEST_F(FileChangeRecordTest, ADamagedRecordIsReportedNotPutBack) {
     LinuxHost::FileChangeRecord record([](ChangeKind) { FAIL() << "nothing to follow"; });
-    fs::create_directories(root_ / "var/lib/tesk");
+    fs::create_directories(root_ + "/var/lib/tesk");
     for (const char* text : {"kind managementNetwork\nowner 1\nfile /etc/hostname 900\nshort\n",
                              "kind managementNetwork\nowner", "garbage line\n", "owner x\n"}) {
         SCOPED_TRACE(text);

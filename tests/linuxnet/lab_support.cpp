@@ -5,19 +5,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "tests/harness/keys.h"
 
 namespace LabNet {
 
 namespace Key = TeskTest::Key;
-
-std::string Env(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
 
 bool InLab() {
     return Env("TESK_BACKEND") == "linux" && !Env("LAB_PEER_NETNS").empty();
@@ -39,13 +32,6 @@ std::string Run(const std::string& command) {
         ::pclose(pipe);
     }
     return out;
-}
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 std::string ManagementFile() {

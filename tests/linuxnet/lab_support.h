@@ -7,19 +7,20 @@
 #include <string_view>
 
 #include "tests/harness/console_session.h"
+#include "tests/harness/lab_environment.h"
 
 namespace LabNet {
 
 using TeskTest::ConsoleSession;
+using TeskTest::Env;
+using TeskTest::ReadFile;
 
-std::string Env(const char* name);
 // True in the lab (scripts/lab.sh) with the Linux backend.
 bool InLab();
 // What the lab gives the console: its root, backend, bus and logins.
 TeskTest::SessionOptions LabSession();
 // The command's standard output.
 std::string Run(const std::string& command);
-std::string ReadFile(const std::string& path);
 // The management bridge's networkd file in the lab's root.
 std::string ManagementFile();
 // The host as installed: the management bridge over eth0 on DHCP.

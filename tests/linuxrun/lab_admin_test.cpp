@@ -8,10 +8,9 @@
 
 #include "tests/admin/admin_support.h"
 #include "tests/harness/lab_environment.h"
-#include "tests/linuxrun/lab_files.h"
 
 using namespace AdminTest;
-using namespace LinuxRunTest;
+using namespace TeskTest;
 
 namespace {
 
@@ -19,10 +18,6 @@ constexpr char kNewPassword[] = "Lab-Pass-42";
 
 bool Has(const std::string& text, std::string_view part) {
     return text.find(part) != std::string::npos;
-}
-
-std::string Log() {
-    return ReadFile(Env("TESK_ROOT") + "/var/log/syslog.log");
 }
 
 // The right half of the screen (the selected entry's pane) without blanks
@@ -61,7 +56,7 @@ TEST(LabAdmin, PasswordRestartNetworkAndReset) {
     ASSERT_TRUE(OpenEntry(console, "Configure Password", "Old Password:"));
     ASSERT_TRUE(ChangePassword(console, kPassword, kNewPassword));
     ASSERT_TRUE(
-        console.waitFor([] { return Has(Log(), "Login password for user root has changed"); },
+        console.waitFor([] { return Has(LabLog(), "Login password for user root has changed"); },
                         "the password changed"));
     EXPECT_EQ(ReadFile(Env("LAB_DIR") + "/pam/passdb"),
               std::string("root:") + kNewPassword + ":tesk\n");
@@ -76,7 +71,7 @@ TEST(LabAdmin, PasswordRestartNetworkAndReset) {
     console.key(FKey(11));
     ASSERT_TRUE(WaitSettled(console, "Starting management network."));
     ASSERT_TRUE(WaitSettled(console, "<Enter> OK"));
-    const std::string log = Log();
+    const std::string log = LabLog();
     EXPECT_TRUE(Has(log, "Taking br0 down") && Has(log, "Taking br0 up")) << log;
     ASSERT_TRUE(Dismiss(console, "Starting management network."));
 

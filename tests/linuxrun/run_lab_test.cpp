@@ -17,9 +17,9 @@
 #include "linuxhost/options.h"
 #include "linuxhost/shell_timeouts.h"
 #include "platform/host_platform.h"
-#include "tests/linuxrun/lab_files.h"
+#include "tests/harness/lab_environment.h"
 
-using namespace LinuxRunTest;
+using namespace TeskTest;
 
 namespace {
 

@@ -7,11 +7,10 @@
 
 #include "tests/admin/admin_support.h"
 #include "tests/harness/lab_environment.h"
-#include "tests/linuxrun/lab_files.h"
 
 using namespace AdminTest;
 
-using namespace LinuxRunTest;
+using namespace TeskTest;
 
 namespace {
 
@@ -20,10 +19,6 @@ SessionOptions LabConsole() {
     SessionOptions options = LocalConsole();
     TeskTest::PassLabEnvironment(options);
     return options;
-}
-
-std::string Log() {
-    return ReadFile(Env("TESK_ROOT") + "/var/log/syslog.log");
 }
 
 bool Has(const std::string& text, std::string_view part) {
@@ -67,7 +62,7 @@ TEST_F(LabScreens, ShutDownAndRestartStopTheMachinesBeforeLogind) {
         console.key(FKey(c.key));
         ASSERT_TRUE(console.waitFor([&] { return Has(ReadFile(Env("LAB_LOGIND_CALLS")), c.call); },
                                     c.call));
-        const std::string log = Log();
+        const std::string log = LabLog();
         const auto stopped = log.rfind("Virtual machine db01 shut down");
         const auto asked =
             log.rfind(std::string("login1.Manager.") + (c.key == 2 ? "PowerOff" : "Reboot"));
