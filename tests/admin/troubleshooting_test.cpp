@@ -17,12 +17,6 @@ bool OpenTroubleshooting(ConsoleSession& console) {
 // The console timeout dialog's title ("TESK idle timeout" is in the window too).
 constexpr std::string_view kTeskDialog = "Set idle timeout for TESK access";
 
-// Replaces a field's value: rubs out what is there, types the new text.
-void Retype(ConsoleSession& console, std::string_view text) {
-    for (int i = 0; i < 14; ++i) console.key(Key::Backspace);
-    console.type(text);
-}
-
 void ServicesOn(const SimRoot& root, bool shell, bool ssh) {
     root.editState([&](Json& s) {
         s["services"]["KovaShell"] = {{"running", shell}, {"enabled", shell}};

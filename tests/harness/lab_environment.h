@@ -26,6 +26,11 @@ inline std::string ReadFile(const std::string& path) {
     return text.str();
 }
 
+// True in a lab (scripts/lab.sh) whose console runs the Linux backend.
+inline bool InLinuxLab() {
+    return !Env("TESK_ROOT").empty() && Env("TESK_BACKEND") == "linux";
+}
+
 // The lab host's log.
 inline std::string LabLog() {
     return ReadFile(Env("TESK_ROOT") + "/var/log/syslog.log");

@@ -23,21 +23,15 @@ namespace {
 
 namespace Key = TeskTest::Key;
 using namespace LabNet;
-
-// Replaces the field's text (the caret on it) with text.
-void Retype(ConsoleSession& console, const std::string& text) {
-    console.key(Key::End);
-    for (int i = 0; i < 16; ++i) console.key(Key::Backspace);
-    console.type(text);
-}
+using SessionTest::Retype;
 
 // From the menu: 192.168.78.50/24 with gateway 192.168.78.1 (a subnet the
 // lab's wire does not carry) applied with Y, up to the question after the
 // failed gateway check.
 bool ApplyWrongSubnet(ConsoleSession& console) {
-    if (!Select(console, "Configure Management Network")) return false;
+    if (!GoToEntry(console, "Configure Management Network")) return false;
     console.key(Key::Enter);
-    if (!Settled(console, "<Esc> Exit") || !Select(console, "IPv4 Configuration")) return false;
+    if (!Settled(console, "<Esc> Exit") || !GoToEntry(console, "IPv4 Configuration")) return false;
     console.key(Key::Enter);
     if (!Settled(console, "Set static IPv4 address")) return false;
     console.keys({Key::Down, Key::Down, Key::Space, Key::Down});

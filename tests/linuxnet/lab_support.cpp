@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "tests/harness/keys.h"
+#include "tests/session/session_support.h"
 
 namespace LabNet {
 
@@ -60,47 +61,19 @@ bool Settled(ConsoleSession& console, std::string_view text, ConsoleSession::Tim
     return console.waitForText(text, timeout) && console.waitForQuiet();
 }
 
-namespace {
-
-// Waits until the caret stands on the field labelled label.
-bool CaretOn(ConsoleSession& console, std::string_view label) {
-    return console.waitFor(
-               [&] {
-                   const auto field = console.find(label);
-                   return field && console.screen().cursorVisible() &&
-                          console.screen().cursor().row == field->row;
-               },
-               "the caret on " + std::string(label)) &&
-           console.waitForQuiet(std::chrono::milliseconds(200));
-}
-
-}  // namespace
-
 bool LogIn(ConsoleSession& console) {
     if (!console.waitForText("<F2>")) return false;
     console.key(Key::F(2));
-    if (!CaretOn(console, "Login Name:")) return false;
+    if (!SessionTest::WaitCaretOn(console, "Login Name:")) return false;
     console.key(Key::Down);
-    if (!CaretOn(console, "Password:")) return false;
+    if (!SessionTest::WaitCaretOn(console, "Password:")) return false;
     console.type("tesk-demo");
     console.key(Key::Enter);
     return console.waitForText("System Customization");
 }
 
-bool Select(ConsoleSession& console, const std::string& title) {
-    console.waitForQuiet();
-    for (int i = 0; i < 14; ++i) {
-        if (console.row(1).find(title, 40) != std::string::npos) return console.waitForQuiet();
-        const std::string before = console.row(1);
-        console.key(Key::Down);
-        if (!console.waitFor([&] { return console.row(1) != before; }, "the selection to move"))
-            return false;
-    }
-    return false;
-}
-
 std::string RunNetworkTest(ConsoleSession& console) {
-    if (!Select(console, "Test Management Network")) return {};
+    if (!SessionTest::GoToEntry(console, "Test Management Network")) return {};
     console.key(Key::Enter);
     if (!Settled(console, "Resolve Hostname")) return {};
     console.key(Key::Enter);

@@ -8,9 +8,11 @@
 
 #include "tests/harness/console_session.h"
 #include "tests/harness/lab_environment.h"
+#include "tests/session/session_support.h"
 
 namespace LabNet {
 
+using SessionTest::GoToEntry;
 using TeskTest::ConsoleSession;
 using TeskTest::Env;
 using TeskTest::ReadFile;
@@ -33,8 +35,6 @@ bool Settled(ConsoleSession& console, std::string_view text,
              ConsoleSession::Timeout timeout = TeskTest::DefaultTimeout());
 // F2 and the demo login, up to the menu.
 bool LogIn(ConsoleSession& console);
-// Moves the menu's selection down to the entry whose title the pane shows.
-bool Select(ConsoleSession& console, const std::string& title);
 // Runs the network test with its proposed addresses; the screen's text at the end.
 std::string RunNetworkTest(ConsoleSession& console);
 

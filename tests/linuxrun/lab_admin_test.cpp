@@ -20,18 +20,6 @@ bool Has(const std::string& text, std::string_view part) {
     return text.find(part) != std::string::npos;
 }
 
-// The right half of the screen (the selected entry's pane) without blanks
-// and line ends, so that wrapped text reads whole.
-std::string PaneWithoutBlanks(ConsoleSession& console) {
-    std::string text;
-    for (int r = 0; r < console.screen().rows(); ++r) {
-        const std::string row = console.row(r);
-        if (row.size() > 50) text += row.substr(50);
-    }
-    std::erase(text, ' ');
-    return text;
-}
-
 // Old, new and new again, each once its field has the caret.
 bool ChangePassword(ConsoleSession& console, const std::string& old, const std::string& fresh) {
     for (const auto& [label, text] : {std::pair{"Old Password:", old},

@@ -1,5 +1,5 @@
-// Steps the robustness screen tests share: the pane's heading, host tools
-// replaced by scripts, and watching processes the console started end.
+// Steps the robustness screen tests share: host tools replaced by scripts, and watching processes
+// the console started end.
 #pragma once
 
 #include <signal.h>
@@ -13,12 +13,6 @@
 #include "tests/support/process_end.h"
 
 namespace SessionTest {
-
-// The pane's heading (the selected entry) on a menu of cols columns.
-inline std::string Heading(ConsoleSession& console, int cols) {
-    std::string row = console.row(1);
-    return static_cast<int>(row.size()) > cols / 2 + 2 ? row.substr(cols / 2 + 2) : "";
-}
 
 // Waits (scaled for slow builds) until the process has ended.
 inline bool GoneWithin(pid_t pid, std::chrono::seconds limit) {

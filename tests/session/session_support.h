@@ -96,6 +96,14 @@ inline void EnterCredentials(ConsoleSession& console, std::string_view user,
     console.key(Key::Enter, where);
 }
 
+// Replaces the value of the field with the caret: rubs out what is there (up
+// to 16 characters), types text.
+inline void Retype(ConsoleSession& console, std::string_view text) {
+    console.key(Key::End);
+    for (int i = 0; i < 16; ++i) console.key(Key::Backspace);
+    console.type(text);
+}
+
 // The row the text stands on, -1 when it is not on the screen.
 inline int RowOf(ConsoleSession& console, std::string_view text) {
     const auto at = console.find(text);
@@ -153,6 +161,19 @@ inline std::string PaneHeading(ConsoleSession& console) {
     const std::size_t from = static_cast<std::size_t>(console.screen().cols() / 2 + 2);
     const std::string row = console.row(1);
     return row.size() > from ? row.substr(from) : "";
+}
+
+// The right half of the screen (the selected entry's pane) without blanks and
+// line ends, so that wrapped text reads whole.
+inline std::string PaneWithoutBlanks(ConsoleSession& console) {
+    std::string text;
+    const std::size_t from = static_cast<std::size_t>(console.screen().cols() / 2);
+    for (int r = 0; r < console.screen().rows(); ++r) {
+        const std::string row = console.row(r);
+        if (row.size() > from) text += row.substr(from);
+    }
+    std::erase(text, ' ');
+    return text;
 }
 
 // Presses key once; true when the selection moved (the pane's heading
