@@ -74,7 +74,6 @@ protected:
         ASSERT_TRUE(LinuxHost::Options::Set("machines.shutdown_seconds", "2"));
         backend_ = LinuxHost::MakeLinuxBackend();
     }
-    std::string Log() const { return ReadFile(root_ + "/var/log/syslog.log"); }
 
     std::string root_;
     std::unique_ptr<HostCtl::Backend> backend_;
@@ -85,7 +84,7 @@ TEST_F(LinuxRunLab, ForcedStopPowersTheRunningMachinesOff) {
     EXPECT_TRUE(backend_->GetResourceInfo()->HasRunningVirtualMachines());
     const auto power = backend_->GetPowerControl();
     power->StopVirtualMachines("root", false);
-    const std::string log = Log();
+    const std::string log = LabLog();
     for (const char* line : {"Virtual machine web01 powered off by force",
                              "Virtual machine db01 powered off by force"})
         EXPECT_NE(log.find(line), std::string::npos) << line << "\n" << log;
