@@ -8,8 +8,10 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include "tests/harness/console_session.h"
+#include "tests/harness/keys.h"
 
 namespace TeskTest {
 
@@ -29,6 +31,23 @@ inline std::string ReadFile(const std::string& path) {
 // True in a lab (scripts/lab.sh) whose console runs the Linux backend.
 inline bool InLinuxLab() {
     return !Env("TESK_ROOT").empty() && Env("TESK_BACKEND") == "linux";
+}
+
+// Moves the menu's selection down to the entry whose title the pane shows,
+// waiting for each move as long as it takes: the lab's host answers the pane's
+// questions slowly on a busy machine.
+inline bool LabSelect(ConsoleSession& console, std::string_view title) {
+    console.waitForQuiet();
+    for (int i = 0; i < 20; ++i) {
+        const std::string before = console.row(1);
+        if (before.find(title, static_cast<std::size_t>(console.screen().cols() / 2)) !=
+            std::string::npos)
+            return console.waitForQuiet();
+        console.key(Key::Down);
+        if (!console.waitFor([&] { return console.row(1) != before; }, "the selection to move"))
+            return false;
+    }
+    return false;
 }
 
 // The lab host's log.

@@ -80,7 +80,7 @@ TEST(LabMenu, KeyboardLogsSupportAndExtensionsEntries) {
     ConsoleSession console(options);
     ASSERT_TRUE(LogIn(console));
 
-    ASSERT_TRUE(GoToEntry(console, "Configure Keyboard")) << console.text();
+    ASSERT_TRUE(TeskTest::LabSelect(console, "Configure Keyboard")) << console.text();
     console.key(Key::Enter);
     ASSERT_TRUE(console.waitForText("German"));
     console.keys({Key::Down, " ", Key::Enter});
@@ -89,7 +89,7 @@ TEST(LabMenu, KeyboardLogsSupportAndExtensionsEntries) {
     EXPECT_EQ(ReadInRoot("/setupcon-calls"), "-k\n");
     EXPECT_NE(ReadInRoot("/etc/default/keyboard").find("XKBLAYOUT=\"de\"\n"), std::string::npos);
 
-    ASSERT_TRUE(GoToEntry(console, "View System Logs")) << console.text();
+    ASSERT_TRUE(TeskTest::LabSelect(console, "View System Logs")) << console.text();
     ASSERT_TRUE(console.waitForText("Logins (/var/log/auth.log)"));
     const std::string pane = console.text();
     const auto number = pane.rfind('<', pane.find("Logins (/var/log/auth.log)"));
@@ -97,7 +97,7 @@ TEST(LabMenu, KeyboardLogsSupportAndExtensionsEntries) {
     ASSERT_TRUE(console.waitFor([&] { return !ReadInRoot("/pager-shown").empty(); }, "pager ran"));
     EXPECT_EQ(ReadInRoot("/pager-shown"), "sshd: session opened for root\n");
 
-    ASSERT_TRUE(GoToEntry(console, "View Support Information")) << console.text();
+    ASSERT_TRUE(TeskTest::LabSelect(console, "View Support Information")) << console.text();
     EXPECT_TRUE(console.waitForText("Machine ID: "));
     // The pane wraps the fingerprint.
     EXPECT_TRUE(console.waitFor(
@@ -108,7 +108,7 @@ TEST(LabMenu, KeyboardLogsSupportAndExtensionsEntries) {
         },
         "the SSH host key's fingerprint"));
 
-    ASSERT_TRUE(GoToEntry(console, "Remove Custom Extensions")) << console.text();
+    ASSERT_TRUE(TeskTest::LabSelect(console, "Remove Custom Extensions")) << console.text();
     EXPECT_TRUE(console.waitForText("A Linux host has no custom extensions to"));
 }
 

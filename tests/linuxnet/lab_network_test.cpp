@@ -33,10 +33,10 @@ TEST_F(LabNetwork, LeaseShownWithoutAKeyThenAStaticAddressReachesKernelAndFile) 
     EXPECT_TRUE(console.waitForText("https://192.168.77.10/ (DHCP)", std::chrono::seconds(60)));
 
     ASSERT_TRUE(LogIn(console));
-    ASSERT_TRUE(GoToEntry(console, "Configure Management Network"));
+    ASSERT_TRUE(LabSelect(console, "Configure Management Network"));
     console.key(Key::Enter);
     ASSERT_TRUE(Settled(console, "<Esc> Exit"));
-    ASSERT_TRUE(GoToEntry(console, "IPv4 Configuration"));
+    ASSERT_TRUE(LabSelect(console, "IPv4 Configuration"));
     console.key(Key::Enter);
     ASSERT_TRUE(Settled(console, "Set static IPv4 address"));
     console.keys({Key::Down, Key::Down, Key::Space, Key::Down, Key::End});
@@ -87,7 +87,7 @@ TEST_F(LabNetwork, FactoryRestoreLeavesTheHostOnDhcp) {
     ASSERT_TRUE(KernelHas(console, "192.168.77.60"));
 
     ASSERT_TRUE(LogIn(console));
-    ASSERT_TRUE(GoToEntry(console, "Network Restore Options"));
+    ASSERT_TRUE(LabSelect(console, "Network Restore Options"));
     console.key(Key::Enter);
     ASSERT_TRUE(Settled(console, "Create Standard Switch"));
     // The migration's row is grey: no operations agent on this host.

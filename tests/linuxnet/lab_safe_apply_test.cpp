@@ -29,9 +29,9 @@ using SessionTest::Retype;
 // lab's wire does not carry) applied with Y, up to the question after the
 // failed gateway check.
 bool ApplyWrongSubnet(ConsoleSession& console) {
-    if (!GoToEntry(console, "Configure Management Network")) return false;
+    if (!LabSelect(console, "Configure Management Network")) return false;
     console.key(Key::Enter);
-    if (!Settled(console, "<Esc> Exit") || !GoToEntry(console, "IPv4 Configuration")) return false;
+    if (!Settled(console, "<Esc> Exit") || !LabSelect(console, "IPv4 Configuration")) return false;
     console.key(Key::Enter);
     if (!Settled(console, "Set static IPv4 address")) return false;
     console.keys({Key::Down, Key::Down, Key::Space, Key::Down});

@@ -73,7 +73,7 @@ bool LogIn(ConsoleSession& console) {
 }
 
 std::string RunNetworkTest(ConsoleSession& console) {
-    if (!SessionTest::GoToEntry(console, "Test Management Network")) return {};
+    if (!LabSelect(console, "Test Management Network")) return {};
     console.key(Key::Enter);
     if (!Settled(console, "Resolve Hostname")) return {};
     console.key(Key::Enter);

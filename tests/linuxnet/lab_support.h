@@ -12,9 +12,9 @@
 
 namespace LabNet {
 
-using SessionTest::GoToEntry;
 using TeskTest::ConsoleSession;
 using TeskTest::Env;
+using TeskTest::LabSelect;
 using TeskTest::ReadFile;
 
 // True in the lab (scripts/lab.sh) with the Linux backend.
