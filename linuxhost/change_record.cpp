@@ -9,7 +9,6 @@
 // ours: the kept ones come back and any other is removed.
 #include "linuxhost/change_record.h"
 
-#include <dirent.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -67,17 +66,6 @@ struct Record {
 
 bool IsNetworkKind(ChangeKind kind) {
     return kind != ChangeKind::AgentsRestart;
-}
-
-std::vector<std::string> OurNetworkdFiles() {
-    std::vector<std::string> names;
-    DIR* dir = ::opendir(HostPath(kNetworkdDir).c_str());
-    if (dir == nullptr) return names;
-    while (const dirent* entry = ::readdir(dir))
-        if (std::strncmp(entry->d_name, kOurFilePrefix, std::strlen(kOurFilePrefix)) == 0)
-            names.push_back(std::string(kNetworkdDir) + "/" + entry->d_name);
-    ::closedir(dir);
-    return names;
 }
 
 KeptFile Keep(const std::string& path) {
@@ -195,7 +183,7 @@ void FileChangeRecord::Begin(ChangeKind kind) const {
     record.owner = static_cast<int>(::getpid());
     if (IsNetworkKind(kind)) {
         record.ours = true;
-        for (const auto& path : OurNetworkdFiles()) record.files.push_back(Keep(path));
+        for (const auto& path : OurInstalledPaths()) record.files.push_back(Keep(path));
         record.files.push_back(Keep("/etc/hostname"));
         // A resolv.conf that is a link belongs to the resolver service and is
         // never rewritten; only a plain file can be one the backend wrote.
@@ -239,7 +227,7 @@ void FileChangeRecord::PutBack() const {
     if (!record) return;
     if (record->ours) {
         DropTrial();
-        for (const auto& path : OurNetworkdFiles()) {
+        for (const auto& path : OurInstalledPaths()) {
             bool kept = false;
             for (const auto& file : record->files) kept = kept || file.path == path;
             if (!kept) Restore({path, std::nullopt});

@@ -30,18 +30,24 @@ std::string TrialName(const std::string& name) {
     return kTrialFilePrefix + Rest(name, kOurFilePrefix);
 }
 
-// The files of dir whose names start with prefix, by name.
+// The names in dir that start with prefix.
+std::vector<std::string> NamesPrefixed(const char* dir, const char* prefix) {
+    std::vector<std::string> names;
+    std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(HostPath(dir).c_str()), ::closedir);
+    if (!listing) return names;
+    while (const dirent* entry = ::readdir(listing.get()))
+        if (std::strncmp(entry->d_name, prefix, std::strlen(prefix)) == 0)
+            names.emplace_back(entry->d_name);
+    return names;
+}
+
+// The regular files of dir whose names start with prefix, by name.
 NetworkdFiles ReadPrefixed(const char* dir, const char* prefix) {
     NetworkdFiles files;
     const std::string real = HostPath(dir);
-    std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(real.c_str()), ::closedir);
-    if (!listing) return files;
-    while (const dirent* entry = ::readdir(listing.get())) {
-        const std::string name = entry->d_name;
-        if (name.rfind(prefix, 0) != 0) continue;
+    for (const auto& name : NamesPrefixed(dir, prefix))
         if (auto text = Tesk::Platform::ReadRegularFile(real + "/" + name, nullptr, 65536))
             files[name] = *text;
-    }
     return files;
 }
 
@@ -88,6 +94,13 @@ void RemoveTrialFiles() {
 
 NetworkdFiles ReadOurInstalledFiles() {
     return ReadPrefixed(kNetworkdDir, kOurFilePrefix);
+}
+
+std::vector<std::string> OurInstalledPaths() {
+    std::vector<std::string> paths;
+    for (const auto& name : NamesPrefixed(kNetworkdDir, kOurFilePrefix))
+        paths.push_back(std::string(kNetworkdDir) + "/" + name);
+    return paths;
 }
 
 NetworkdFiles ReadOurFiles() {

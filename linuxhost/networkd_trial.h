@@ -10,6 +10,9 @@
 // back removes them. The trial is marked by kTrialMarker (also under /run).
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "linuxhost/networkd_config.h"
 
 namespace LinuxHost {
@@ -26,6 +29,9 @@ NetworkdFiles ReadOurFiles();
 
 // Our files in /etc, whatever is on trial.
 NetworkdFiles ReadOurInstalledFiles();
+// Their host paths ("/etc/systemd/network/60-tesk-br0.network"), whatever
+// kind of file each is.
+std::vector<std::string> OurInstalledPaths();
 
 // Makes files the whole set of our files: each written atomically, any other
 // file of ours removed. During a trial the /etc files stay as they are.

@@ -86,15 +86,17 @@ NetworkRestoreWindow::NetworkRestoreWindow(Window* opener, const HostContext& ho
             (needs == Row::Needs::ManagementOnQds && !onQds))
             disableRow(i);
         // Grey too, but it can be selected: its pane says why.
-        if (!notOffered_[static_cast<std::size_t>(i)].empty())
-            setRowText(i, std::string("{color:dark-grey}") +
-                              str(Rows()[static_cast<std::size_t>(i)].id) + "{/color}");
+        if (!notOffered_[static_cast<std::size_t>(i)].empty()) greyRow(i);
     }
     selectRow(0);
 }
 
 void NetworkRestoreWindow::disableRow(int row) {
     setRowEnabled(row, false);
+    greyRow(row);
+}
+
+void NetworkRestoreWindow::greyRow(int row) {
     setRowText(row, std::string("{color:dark-grey}") +
                         str(Rows()[static_cast<std::size_t>(row)].id) + "{/color}");
 }

@@ -30,6 +30,8 @@ private:
 
     // Greys a row out for good: disabled, its text in dark-grey.
     void disableRow(int row);
+    // Its text in dark-grey only.
+    void greyRow(int row);
     void createStandardSwitch(int row);
     void createPortGroup(int row);
     void migrateZrknic(int row);
