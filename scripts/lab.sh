@@ -41,7 +41,7 @@ pam_matrix=$(find /usr/lib -path '*/pam_wrapper/pam_matrix.so' -print -quit)
 
 if [ -n "$console" ]; then
   nice -n 10 bash "$top/scripts/build.sh" build >&2
-  set -- "$top/build/tesk"
+  set -- env LD_PRELOAD=libpam_wrapper.so "$top/build/tesk"
 fi
 
 SweepStaleLabs

@@ -88,6 +88,10 @@ AddManagerMethod EnableUnitFiles asbb 'ba(sss)' 'ret = (False, [])'
 AddManagerMethod DisableUnitFiles asb 'a(sss)' 'ret = []'
 AddManagerMethod Reload '' '' ''
 
-export LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 PAM_WRAPPER_SERVICE_DIR=$LAB_DIR/pam
+# pam_wrapper's settings for the console. The library itself is preloaded into
+# the console alone (LAB_PAM_PRELOAD names it): in every other process it
+# would make and remove a directory under /tmp at each start and end, and
+# pam_wrapper picks those directories racily.
+export PAM_WRAPPER=1 PAM_WRAPPER_SERVICE_DIR=$LAB_DIR/pam LAB_PAM_PRELOAD=libpam_wrapper.so
 export PAM_WRAPPER_DISABLE_DEEPBIND=1 UID_WRAPPER_DISABLE_DEEPBIND=1
 RunWatched "$@"

@@ -71,9 +71,6 @@ public:
         // The lab root as the lab made it, kept once for every case.
         if (!fs::exists(pristine_)) fs::copy(root_, pristine_, fs::copy_options::recursive);
         Tesk::Platform::InstallHostPlatform(LinuxHost::MakeLinuxPlatform());
-        // The lab's login stand-in is for the console, not for the commands
-        // the fixture runs (it would only warn in each of them).
-        ::unsetenv("LD_PRELOAD");
     }
     ~LinuxFixture() override { Tesk::Platform::InstallHostPlatform(nullptr); }
 

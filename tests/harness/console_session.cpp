@@ -16,11 +16,14 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
 
 #include <gtest/gtest.h>
+
+#include "tests/harness/pam_wrapper_start.h"
 
 namespace TeskTest {
 
@@ -172,6 +175,12 @@ void ConsoleSession::launch() {
         throw std::runtime_error("the terminal's output did not stop on Ctrl-S");
     }
 
+    // A program that preloads pam_wrapper starts alone (pam_wrapper_start.h).
+    const auto preload = env.find("LD_PRELOAD");
+    std::optional<PamWrapperStart> pamStart;
+    if (preload != env.end() && preload->second.find("pam_wrapper") != std::string::npos)
+        pamStart.emplace();
+
     if (::access(program.c_str(), X_OK) != 0 || (pid_ = ::fork()) < 0) {
         int e = errno;
         ::close(slave);
@@ -197,6 +206,14 @@ void ConsoleSession::launch() {
     }
     ::close(slave);
     ::fcntl(master_, F_SETFL, ::fcntl(master_, F_GETFL) | O_NONBLOCK);
+    if (pamStart)
+        pamStart->started(
+            pid_,
+            [this] {
+                reap(false);
+                return exit_.kind != ExitStatus::Kind::Running;
+            },
+            DefaultTimeout());
     lastOutput_ = Clock::now();
 }
 

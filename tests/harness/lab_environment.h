@@ -55,13 +55,16 @@ inline std::string LabLog() {
     return ReadFile(Env("TESK_ROOT") + "/var/log/syslog.log");
 }
 
-// Hands the lab's variables that are set on to the console of options.
+// Hands the lab's variables that are set on to the console of options, and
+// preloads the lab's pam_wrapper into the console (only there: the lab's
+// other processes run without it).
 inline void PassLabEnvironment(SessionOptions& options) {
-    for (const char* name :
-         {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS", "TESK_LIBVIRT_URI", "LD_PRELOAD",
-          "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR", "PAM_WRAPPER_DISABLE_DEEPBIND",
-          "UID_WRAPPER_DISABLE_DEEPBIND"})
+    for (const char* name : {"TESK_ROOT", "TESK_BACKEND", "DBUS_SYSTEM_BUS_ADDRESS",
+                             "TESK_LIBVIRT_URI", "PAM_WRAPPER", "PAM_WRAPPER_SERVICE_DIR",
+                             "PAM_WRAPPER_DISABLE_DEEPBIND", "UID_WRAPPER_DISABLE_DEEPBIND"})
         if (const char* value = std::getenv(name)) options.env.emplace_back(name, value);
+    if (const char* preload = std::getenv("LAB_PAM_PRELOAD"))
+        options.env.emplace_back("LD_PRELOAD", preload);
 }
 
 }  // namespace TeskTest

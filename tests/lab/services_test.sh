@@ -25,6 +25,9 @@ check "libvirt runs web01 and db01" \
 check "libvirt has build01 and spare01 shut off" \
   test "$(virsh -c "$TESK_LIBVIRT_URI" list --inactive --name | xargs)" = "build01 spare01"
 
-check "PAM lets root in with tesk-demo" sh -c 'echo tesk-demo | pamtester tesk root authenticate'
-check "PAM refuses a wrong password" sh -c '! echo wrong | pamtester tesk root authenticate'
+# pam_wrapper is preloaded into the program that authenticates, as into the console.
+check "PAM lets root in with tesk-demo" \
+  sh -c 'echo tesk-demo | LD_PRELOAD=$LAB_PAM_PRELOAD pamtester tesk root authenticate'
+check "PAM refuses a wrong password" \
+  sh -c '! echo wrong | LD_PRELOAD=$LAB_PAM_PRELOAD pamtester tesk root authenticate'
 finish

@@ -101,6 +101,9 @@ TEST_F(LabNetwork, FactoryRestoreLeavesTheHostOnDhcp) {
     ASSERT_TRUE(Settled(console, "Host has VMs running"));
     console.key(Key::Enter);
     ASSERT_TRUE(console.waitForText("Auto-configuring network. Done.", std::chrono::seconds(60)));
+    // The change is kept (its files moved out of their trial place) before
+    // the dialog offers OK.
+    ASSERT_TRUE(Settled(console, "<Enter> OK"));
 
     EXPECT_TRUE(KernelHas(console, "192.168.77.10"));
     file = ManagementFile();
