@@ -6,6 +6,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
@@ -14,6 +15,7 @@
 
 #include "hostctl/backend.h"
 #include "sim/host.h"
+#include "sim/pam_wrapper_start.h"
 #include "sim/tools.h"
 #include "simhost/backend.h"
 
@@ -66,6 +68,8 @@ int Init(const Options& o) {
 // ended; its exit status (128 + signal when a signal ended it).
 int RunConsoleOnce(const std::string& root, const std::string& console, const std::string& program,
                    const Options& o) {
+    // The console preloads pam_wrapper: it starts alone (pam_wrapper_start.h).
+    Sim::PamWrapperStart pamStart;
     pid_t child = ::fork();
     if (child < 0) {
         std::perror("tesk-sim: fork");
@@ -85,7 +89,11 @@ int RunConsoleOnce(const std::string& root, const std::string& console, const st
         ::_exit(127);
     }
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    bool reaped = false;
+    pamStart.started(
+        child, [&] { return reaped = ::waitpid(child, &status, WNOHANG) == child; },
+        std::chrono::seconds(10));
+    while (!reaped && ::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     if (WIFEXITED(status)) {
         std::cout << "\nConsole ended with status " << WEXITSTATUS(status) << ".\n";

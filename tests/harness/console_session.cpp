@@ -23,7 +23,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/harness/pam_wrapper_start.h"
+#include "sim/pam_wrapper_start.h"
 
 namespace TeskTest {
 
@@ -175,9 +175,9 @@ void ConsoleSession::launch() {
         throw std::runtime_error("the terminal's output did not stop on Ctrl-S");
     }
 
-    // A program that preloads pam_wrapper starts alone (pam_wrapper_start.h).
+    // A program that preloads pam_wrapper starts alone (sim/pam_wrapper_start.h).
     const auto preload = env.find("LD_PRELOAD");
-    std::optional<PamWrapperStart> pamStart;
+    std::optional<Sim::PamWrapperStart> pamStart;
     if (preload != env.end() && preload->second.find("pam_wrapper") != std::string::npos)
         pamStart.emplace();
 

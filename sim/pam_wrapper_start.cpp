@@ -1,6 +1,6 @@
 // The machine-wide lock around the starts of programs that preload
 // pam_wrapper (see the header).
-#include "tests/harness/pam_wrapper_start.h"
+#include "sim/pam_wrapper_start.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <thread>
 
-namespace TeskTest {
+namespace Sim {
 
 namespace {
 
@@ -55,4 +55,4 @@ void PamWrapperStart::started(pid_t pid, const std::function<bool()>& ended,
     fd_ = -1;
 }
 
-}  // namespace TeskTest
+}  // namespace Sim
