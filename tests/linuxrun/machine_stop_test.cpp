@@ -69,22 +69,21 @@ TEST(MachineStop, GracefulFirstThenByForcePastTheLimit) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         FakeHypervisor hypervisor(c.machines);
-        const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(
-            LinuxHost::StopAllMachines(hypervisor, c.graceful, std::chrono::milliseconds(300)),
-            c.allOff);
-        EXPECT_EQ(hypervisor.calls, c.calls);
-        // The wait ends as soon as the asked machines are off, and never
-        // lasts much past the limit.
-        const auto waited = std::chrono::steady_clock::now() - start;
-        EXPECT_LT(waited, std::chrono::seconds(2));
+        // A machine that ignores the request holds a graceful stop to its
+        // limit; otherwise the wait ends once the asked machines are off,
+        // long before a limit this far away (whatever the machine's load).
         const bool ignored = std::any_of(c.machines.begin(), c.machines.end(),
                                          [](const auto& m) { return m.second == Guest::Ignores; });
+        const std::chrono::milliseconds limit =
+            ignored ? std::chrono::milliseconds(300) : std::chrono::seconds(60);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(LinuxHost::StopAllMachines(hypervisor, c.graceful, limit), c.allOff);
+        EXPECT_EQ(hypervisor.calls, c.calls);
+        const auto waited = std::chrono::steady_clock::now() - start;
         if (c.graceful && ignored) {
-            EXPECT_GE(waited, std::chrono::milliseconds(300));
-        } else if (!ignored) {
-            EXPECT_LT(waited, std::chrono::milliseconds(300));
+            EXPECT_GE(waited, limit);
         }
+        EXPECT_LT(waited, std::chrono::seconds(30));
     }
 }
 
