@@ -2,18 +2,14 @@
 // small script children in place of host tools and to read the syslog mirror.
 #pragma once
 
-#include <stdlib.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "platform/hostroot.h"
 #include "store/state.h"
 #include "tests/harness/sim_root_test.h"
 
@@ -42,10 +38,6 @@ protected:
     std::string Syslog() const { return Read("/var/log/syslog.log"); }
 
     bool Logged(const std::string& text) const { return Syslog().find(text) != std::string::npos; }
-
-    void SetFault(const std::string& name, const Sim::Json& fault) const {
-        sim().setFault(name, fault);
-    }
 };
 
 }  // namespace TeskTest
