@@ -48,7 +48,6 @@ protected:
     void Need(Capability capability);
 
     const HostCtl::Backend& host() const { return *backend_; }
-    BackendFixture& fixture() { return *fixture_; }
 
     // Each call throws HostCtlException (with the case's text when it has one)
     // and the view of the host is the same afterwards.

@@ -1,7 +1,7 @@
-// The contract of the host's own facts and settings: hardware, smart cards,
-// system information (keyboard layouts, alerts), running virtual machines,
-// advanced options and the user-account store. The firewall is the SSH
-// screen tests' (tests/admin), against the simulated host.
+// The contract of the host's own facts and settings: hardware, system
+// information (keyboard layouts, alerts), running virtual machines, advanced
+// options and the user-account store. The firewall and smart cards are the
+// screen tests' (tests/admin, tests/session), against the simulated host.
 #include <algorithm>
 #include <cctype>
 
@@ -27,25 +27,6 @@ TEST_F(SystemContract, HardwareFactsAreThereAndPlausible) {
     const std::uint64_t page = memory->GetPageSize();
     EXPECT_TRUE(page >= 512 && (page & (page - 1)) == 0) << page << " is no page size";
     EXPECT_GT(memory->GetTotalPages(), 0u);
-}
-
-TEST_F(SystemContract, SmartCardReadersAndTheirTokens) {
-    Need(Capability::SmartCards);
-    if (IsSkipped()) return;
-    auto cards = host().GetSmartCardInfo();
-    const auto slots = cards->GetAllSlots();
-    ASSERT_FALSE(slots.empty());
-    for (size_t i = 0; i < slots.size(); ++i) EXPECT_EQ(slots[i].index, static_cast<int>(i));
-    ExpectRefused({
-        {"the token of an empty reader",
-         [&](const Backend& b) { b.GetSmartCardInfo()->GetToken(slots[0]); }},
-        {"the token of a reader the host lacks",
-         [&](const Backend& b) {
-             b.GetSmartCardInfo()->GetToken({"Reader 99", static_cast<int>(slots.size())});
-         }},
-    });
-    fixture().InsertSmartCard({"alice@CORP.EXAMPLE"});
-    EXPECT_EQ(cards->GetToken(slots[0]).userIds, std::vector<std::string>{"alice@CORP.EXAMPLE"});
 }
 
 TEST_F(SystemContract, KeyboardLayoutIsOneOfTheHostsByItsExactName) {
