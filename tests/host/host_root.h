@@ -1,5 +1,6 @@
 // A fresh simulated host root per test, made by tesk-sim, with helpers to put
-// small script children in place of host tools and to read the syslog mirror.
+// small script children in place of host tools, to read the syslog mirror
+// and to set the simulated tools' faults (tests/simtools).
 #pragma once
 
 #include <sys/stat.h>
@@ -38,6 +39,10 @@ protected:
     std::string Syslog() const { return Read("/var/log/syslog.log"); }
 
     bool Logged(const std::string& text) const { return Syslog().find(text) != std::string::npos; }
+
+    void SetFault(const std::string& name, const Sim::Json& fault) const {
+        sim().setFault(name, fault);
+    }
 };
 
 }  // namespace TeskTest
