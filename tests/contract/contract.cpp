@@ -59,7 +59,6 @@ void ContractTest::ExpectFailures(const std::vector<Failure>& cases, const HostV
     if (IsSkipped()) return;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.operation);
-        if (c.prepare) c.prepare(host());
         const std::string before = view(host());
         const std::string text = "Injected failure of " + c.operation;
         fixture_->FailOperation(c.operation, text);

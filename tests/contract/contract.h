@@ -29,12 +29,10 @@ struct Refusal {
 };
 
 // An operation made to fail (its name as BackendFixture::FailOperation takes
-// it), a call that reaches it, and what brings the host to where the call
-// would succeed (run first, when given).
+// it) and a call that reaches it.
 struct Failure {
     std::string operation;
     HostCall call;
-    HostCall prepare = {};
 };
 
 class ContractTest : public ::testing::Test {
@@ -50,7 +48,6 @@ protected:
     void Need(Capability capability);
 
     const HostCtl::Backend& host() const { return *backend_; }
-    BackendFixture& fixture() { return *fixture_; }
 
     // Each call throws HostCtlException (with the case's text when it has one)
     // and the view of the host is the same afterwards.
@@ -80,7 +77,6 @@ protected:
 };
 using OnManagedHost = OnHost<Shape::Managed>;
 using OnBareHost = OnHost<Shape::Bare>;
-using OnDistributedSwitchHost = OnHost<Shape::ManagedOnDistributedSwitch>;
 
 // The management interface, loaded unless load is false; std::logic_error
 // (a test failure) when the host has none.

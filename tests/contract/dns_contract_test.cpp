@@ -118,21 +118,4 @@ TEST_F(DnsContract, RefusedNamesLeaveTheHostAlone) {
     });
 }
 
-// The operations that change the host, made to fail.
-TEST_F(DnsContract, FailuresLeaveTheHostAlone) {
-    auto dns = [](void (*call)(DnsConfig&)) {
-        return [call](const Backend& b) { call(*b.GetDnsConfig(kStack)); };
-    };
-    ExpectFailures({
-        {"RoutingInfo.SetZerkelDefaultGateway",
-         [](const Backend& b) {
-             b.GetRoutingInfo(kStack)->SetZerkelDefaultGateway(Ipv4Address(), false);
-         }},
-        {"DnsConfig.SetFqdn", dns([](DnsConfig& d) { d.SetFqdn("a.b.example", true, ""); })},
-        {"DnsConfig.RemoveNameServers", dns([](DnsConfig& d) { d.RemoveNameServers(); })},
-        {"DnsConfig.AddUserSearchDomain",
-         dns([](DnsConfig& d) { d.AddUserSearchDomain("x.example"); })},
-    });
-}
-
 }  // namespace

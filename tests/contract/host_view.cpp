@@ -10,6 +10,8 @@ namespace TeskContract {
 
 namespace HN = HostCtl::Network;
 
+namespace {
+
 std::string Describe(const std::vector<std::string>& names) {
     std::string text = "[";
     for (const auto& name : names) text += (text.size() > 1 ? "," : "") + name;
@@ -36,8 +38,6 @@ std::string Describe(const HN::IpConfig& c) {
         out << " " << n.GetStringAddress() << ":" << static_cast<int>(n.GetIpv6AddressType());
     return out.str();
 }
-
-namespace {
 
 std::string DescribeConnection(const HN::ConnectionPoint& point) {
     switch (point.GetType()) {

@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "hostctl/backend.h"
 
@@ -19,9 +18,5 @@ using HostViewer = std::function<std::string(const HostCtl::Backend&)>;
 // whether virtual machines run. A domain with more to see appends its own
 // view to this one.
 std::string HostView(const HostCtl::Backend& host);
-
-std::string Describe(const HostCtl::Network::IpConfig& config);
-std::string Describe(const HostCtl::Network::NicTeamingPolicy& policy);
-std::string Describe(const std::vector<std::string>& names);
 
 }  // namespace TeskContract

@@ -1,19 +1,16 @@
 // A fresh simulated host root per test, made by tesk-sim, with helpers to put
-// small script children in place of host tools and to read the syslog mirror.
+// small script children in place of host tools, to read the syslog mirror
+// and to set the simulated tools' faults (tests/simtools).
 #pragma once
 
-#include <stdlib.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "platform/hostroot.h"
 #include "store/state.h"
 #include "tests/harness/sim_root_test.h"
 

@@ -1,4 +1,6 @@
 // The command runner against real children.
+#include <stdlib.h>
+
 #include <chrono>
 #include <string>
 
