@@ -63,7 +63,9 @@ bool ChangeTo(ConsoleSession& console, const std::string& old, const std::string
     return true;
 }
 
-TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
+// The failures first (each with its message and emptied fields, nothing
+// changed), then changes: asked about, stored and announced.
+TEST(Password, FailuresChangeNothingAndChangesAreAskedAboutStoredAndAnnounced) {
     SimRoot root;
     const std::string hash = RootAccount(root);
     ConsoleSession console(root, RemoteShell());
@@ -85,12 +87,7 @@ TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
     EXPECT_EQ(Stars(console, kOld), 9);
     EXPECT_EQ(Stars(console, kNew), 7);
 
-    // Tab on the confirmation goes back instead of submitting.
-    Enter(console, "abc1235", Key::Tab);
-    ASSERT_TRUE(WaitCaretOn(console, kNew));
-    console.key(Key::Down);
-    ASSERT_TRUE(WaitCaretOn(console, kConfirm));
-    console.key(Key::Enter);
+    Enter(console, "abc1235");
     ASSERT_TRUE(Acknowledge(console, "The new password and the confirmed password do not match."));
     EXPECT_EQ(Stars(console, kNew), 0);
     EXPECT_EQ(Stars(console, kConfirm), 0);
@@ -113,17 +110,11 @@ TEST(Password, FailuresShowTheirMessageAndEmptyTheirFields) {
 
     ASSERT_TRUE(Dismiss(console, kOld, Key::Esc));
     EXPECT_EQ(RootAccount(root), hash);
-    EXPECT_FALSE(root.hasLogLine("has changed"));
     EXPECT_FALSE(root.stateValue("/configBackup/runs"));
-}
 
-TEST(Password, ChangesAreAskedAboutStoredAnnouncedAndTheNewPasswordLogsIn) {
-    SimRoot root;
-    const std::string hash = RootAccount(root);
-    ConsoleSession console(root, RemoteShell());
-    ASSERT_TRUE(LogIn(console));
     // The same password again is asked about; <Esc> goes back to the
     // confirmation with every field kept.
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     ASSERT_TRUE(ChangeTo(console, kPassword, kPassword));
     ASSERT_TRUE(WaitSettled(console, "New password is same as old password. Are you sure?"));
     ASSERT_TRUE(Dismiss(console, "Are you sure?", Key::Esc));
@@ -140,9 +131,6 @@ TEST(Password, ChangesAreAskedAboutStoredAnnouncedAndTheNewPasswordLogsIn) {
     ASSERT_TRUE(ChangeTo(console, kPassword, "N3w-pass"));
     ASSERT_TRUE(console.waitForTextGone(kOld));
     ASSERT_TRUE(ChangesLogged(console, root, 2));
-    EXPECT_TRUE(
-        root.hasLogLine("nox.user.tesk.login.passwd.changed Login password for user root changed",
-                        "/var/log/noxd.log"));
     EXPECT_EQ(root.stateValue("/userAccountStore/storeCount"), Json(2));
     EXPECT_EQ(root.stateValue("/configBackup/runs"), Json(2));
     EXPECT_EQ(root.stateValue("/configBackup/lastArgument"), Json("0"));
@@ -155,17 +143,6 @@ TEST(Password, ChangesAreAskedAboutStoredAnnouncedAndTheNewPasswordLogsIn) {
     EXPECT_FALSE(root.stateValue("/users/0/passwordHash"));
     EXPECT_EQ(root.state().dump().find("N3w-pass"), std::string::npos);
     EXPECT_EQ(root.readFile("/etc/simhost/users").find("N3w-pass"), std::string::npos);
-
-    // Log out; the old password is refused, the new one logs in.
-    console.key(Key::Esc);
-    ASSERT_TRUE(root.waitForLogLine("User root logged out"));
-    ASSERT_TRUE(WaitWelcome(console));
-    console.key(FKey(2));
-    ASSERT_TRUE(WaitSettled(console, "Login Name:"));
-    EnterCredentials(console, "root", kPassword);
-    ASSERT_TRUE(Acknowledge(console, "Invalid login or password."));
-    Enter(console, "N3w-pass");
-    ASSERT_TRUE(root.waitForLogLine("User root logged in"));
 
     // Accounts that cannot be stored are reported; the rest goes on.
     root.setFault("authentication.storeUserAccountsToCs", {{"exception", "store is read-only"}});

@@ -17,20 +17,14 @@ bool OpenTroubleshooting(ConsoleSession& console) {
 // The console timeout dialog's title ("TESK idle timeout" is in the window too).
 constexpr std::string_view kTeskDialog = "Set idle timeout for TESK access";
 
-void ServicesOn(const SimRoot& root, bool shell, bool ssh) {
-    root.editState([&](Json& s) {
-        s["services"]["KovaShell"] = {{"running", shell}, {"enabled", shell}};
-        s["services"]["SSH"] = {{"running", ssh}, {"enabled", ssh}};
-    });
-}
-
-// The timeouts item is reachable only while both services are off; SSH
-// switched on opens the firewall (off leaves it alone) and falls back to the
-// init script when the management tool fails.
+// The timeouts item is reachable only while both services are off (and its
+// values are range-checked); SSH switched on opens the firewall (off leaves
+// it alone) and falls back to the init script when the management tool fails.
 TEST(Troubleshooting, SwitchesTheTimeoutsItemAndTheFirewall) {
     SimRoot root;
-    ServicesOn(root, true, true);
     root.editState([](Json& s) {
+        s["services"]["KovaShell"] = {{"running", true}, {"enabled", true}};
+        s["services"]["SSH"] = {{"running", true}, {"enabled", true}};
         s["systemInfo"]["firewall"]["rulesets"] = {{{"id", "sshServer"},
                                                     {"enabled", false},
                                                     {"serviceControlled", true},
@@ -59,31 +53,7 @@ TEST(Troubleshooting, SwitchesTheTimeoutsItemAndTheFirewall) {
     ASSERT_TRUE(StepSelection(console));
     EXPECT_TRUE(PaneHeading(console).starts_with("Modify Kovix Shell and SSH timeouts"));
 
-    ASSERT_TRUE(StepSelection(console, Key::Up));
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
-    EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
-    EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "true");
-    EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/active"), "true");
-
-    // A firewall failure is logged and the switch goes on.
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable SSH"));
-    root.setFault("rux-cmd:hostsvc/start_ssh", {{"exitStatus", 1}});
-    root.setFault("firewall.isServiceControlled", {{"exception", "firewall busy"}});
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
-    EXPECT_FALSE(root.logLinesWith("Unable to run rux-cmd to start/stop ssh").empty());
-    EXPECT_FALSE(
-        root.logLinesWith("Failed to update firewall sshServer ruleset status: firewall busy")
-            .empty());
-    EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
-}
-
-// Range-checked and written in seconds.
-TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
-    SimRoot root;
-    ServicesOn(root, false, false);
-    ConsoleSession console(root, LocalConsole());
-    ASSERT_TRUE(OpenTroubleshooting(console));
-    ASSERT_TRUE(GoToEntry(console, "Modify Kovix Shell and SSH timeouts"));
+    // The shell timeouts: range-checked and written in seconds.
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Availability timeout"));
     for (const char* bad : {"1441", "-1"}) {
         SCOPED_TRACE(bad);
@@ -100,6 +70,24 @@ TEST(Troubleshooting, ShellTimeoutsAreRangeCheckedAndWritten) {
     EXPECT_EQ(StateText(root, "/advancedOptions/~1UserVars~1KovixShellTimeOut/value"), "86400");
     // The idle field kept its value: nothing written for it.
     EXPECT_TRUE(root.logLinesWith("shell interactive timeout").empty());
+    ASSERT_TRUE(WaitSettled(console, "<Esc> Exit"));
+
+    ASSERT_TRUE(StepSelection(console, Key::Up));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
+    EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
+    EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/enabled"), "true");
+    EXPECT_EQ(StateText(root, "/systemInfo/firewall/rulesets/0/active"), "true");
+
+    // A firewall failure is logged and the switch goes on.
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enable SSH"));
+    root.setFault("rux-cmd:hostsvc/start_ssh", {{"exitStatus", 1}});
+    root.setFault("firewall.isServiceControlled", {{"exception", "firewall busy"}});
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Disable SSH"));
+    EXPECT_FALSE(root.logLinesWith("Unable to run rux-cmd to start/stop ssh").empty());
+    EXPECT_FALSE(
+        root.logLinesWith("Failed to update firewall sshServer ruleset status: firewall busy")
+            .empty());
+    EXPECT_EQ(StateText(root, "/services/SSH/running"), "true");
 }
 
 // The current value changes nothing, 0 disables, a refusing host keeps the
