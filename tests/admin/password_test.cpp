@@ -13,6 +13,7 @@ namespace {
 constexpr char kOld[] = "Old Password:";
 constexpr char kNew[] = "New Password:";
 constexpr char kConfirm[] = "Confirm Password:";
+constexpr char kChanged[] = "Login password for user root has changed";
 
 // The number of mask characters shown in the field of label.
 int Stars(ConsoleSession& console, std::string_view label) {
@@ -40,15 +41,6 @@ bool Acknowledge(ConsoleSession& console, std::string_view message,
 void Enter(ConsoleSession& console, std::string_view text, std::string_view key = Key::Enter) {
     console.type(text);
     console.key(key);
-}
-
-// Waits until the syslog holds count password changes of root.
-bool ChangesLogged(ConsoleSession& console, const SimRoot& root, std::size_t count) {
-    return console.waitFor(
-        [&] {
-            return root.logLinesWith("Login password for user root has changed").size() == count;
-        },
-        "the password change in the log");
 }
 
 // From the menu through the whole dialog: old, new, new again.
@@ -124,13 +116,14 @@ TEST(Password, FailuresChangeNothingAndChangesAreAskedAboutStoredAndAnnounced) {
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "Are you sure?"));
     console.key(Key::Enter);
-    ASSERT_TRUE(root.waitForLogLine("Login password for user root has changed"));
+    ASSERT_TRUE(root.waitForLogLine(kChanged));
     ASSERT_TRUE(console.waitForTextGone(kOld));
 
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     ASSERT_TRUE(ChangeTo(console, kPassword, "N3w-pass"));
     ASSERT_TRUE(console.waitForTextGone(kOld));
-    ASSERT_TRUE(ChangesLogged(console, root, 2));
+    ASSERT_TRUE(console.waitFor([&] { return root.logLinesWith(kChanged).size() == 2u; },
+                                "the change logged"));
     EXPECT_EQ(root.stateValue("/userAccountStore/storeCount"), Json(2));
     EXPECT_EQ(root.stateValue("/configBackup/runs"), Json(2));
     EXPECT_EQ(root.stateValue("/configBackup/lastArgument"), Json("0"));
@@ -151,7 +144,8 @@ TEST(Password, FailuresChangeNothingAndChangesAreAskedAboutStoredAndAnnounced) {
     ASSERT_TRUE(Acknowledge(console, "Error while storing user account information"));
     EXPECT_TRUE(root.hasLogLine("store is read-only"));
     EXPECT_TRUE(console.waitForTextGone(kOld));
-    EXPECT_TRUE(ChangesLogged(console, root, 3));
+    EXPECT_TRUE(console.waitFor([&] { return root.logLinesWith(kChanged).size() == 3u; },
+                                "the change logged"));
     EXPECT_EQ(root.stateValue("/configBackup/runs"), Json(3));
 }
 

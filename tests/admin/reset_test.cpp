@@ -1,6 +1,6 @@
 // Resetting the system configuration from the customization menu: the <F11>
-// confirmation, the host command, the screen that only <Enter> leaves, the
-// restart, and a failing command.
+// confirmation, the host command, the restart from its last screen, and a
+// failing command.
 #include "tests/admin/admin_support.h"
 
 using namespace AdminTest;

@@ -1,5 +1,5 @@
-// Shutting down and restarting the host from the welcome screen: the keys of
-// the question, the force option turned into the kind of power-off, a power
+// Shutting down and restarting the host from the welcome screen: leaving the
+// question, the force option turned into the kind of power-off, a power
 // command that cannot start, and the progress screen that keeps the screen.
 #include "tests/admin/admin_support.h"
 

@@ -44,7 +44,8 @@ std::deque<int> Script(std::string_view text) {
         const std::string_view name = token.substr(0, token.find('*'));
         const int times =
             name.size() < token.size() ? std::stoi(std::string(token.substr(name.size() + 1))) : 1;
-        const int key = name.size() == 1 ? static_cast<unsigned char>(name[0]) : named.find(name)->second;
+        const int key =
+            name.size() == 1 ? static_cast<unsigned char>(name[0]) : named.find(name)->second;
         keys.insert(keys.end(), static_cast<std::size_t>(times), key);
         at = end;
     }

@@ -53,7 +53,7 @@ TEST(FactoryRestore, WithoutRunningMachinesResetsTheNetworkAtOnce) {
 }
 
 // Declining to stop the machines changes nothing but is recorded; a failed
-// power-off leaves the network alone, and only <Enter> leaves its progress.
+// power-off leaves the network alone.
 // (First the window on a standard switch host without the operations agent:
 // its rows greyed, and the pane that follows the selection.)
 TEST(FactoryRestore, RunningMachinesAreAskedAboutAndAFailedPowerOffChangesNothing) {
@@ -89,8 +89,5 @@ TEST(FactoryRestore, RunningMachinesAreAskedAboutAndAFailedPowerOffChangesNothin
     EXPECT_EQ(root.state()["network"]["standardSwitches"], before["standardSwitches"]);
     // The dump target is switched off on every path.
     EXPECT_EQ(root.state()["network"]["netDumper"]["enabled"], false);
-    console.key(Key::Esc);
-    console.waitForQuiet(std::chrono::milliseconds(1500));
-    EXPECT_TRUE(console.waitForText("Powering Off VMs. Failed."));
     ASSERT_TRUE(BackToWindow(console));
 }

@@ -51,7 +51,6 @@ TEST(CreateVss, RefusesUsedNamesAndUplinksThenCreatesASwitchAndAPortGroup) {
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Switch Name:"));
     TypeSettled(console, "zSwitch9");
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Please check the syslog for more information."));
-    EXPECT_TRUE(console.waitForText("Operation Failed"));
     ASSERT_TRUE(BackToWindow(console));
     EXPECT_TRUE(root.hasLogLine("Adding virtual switch failed: Switch table full"));
     EXPECT_TRUE(root.hasLogLine("Creating standard switch zSwitch9 failed"));
