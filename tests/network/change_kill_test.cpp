@@ -110,7 +110,9 @@ TEST_P(ChangeKill, LeavesTheOldOrTheNewHostAfterTheNextStart) {
     const auto duration = Clock::now() - started;
     const Json after = Projection(kind, root().state());
     // The agents run before and after their restart; only a mix stops them.
-    if (kind != ChangeKind::AgentsRestart) ASSERT_NE(before, after) << "the change changed nothing";
+    if (kind != ChangeKind::AgentsRestart) {
+        ASSERT_NE(before, after) << "the change changed nothing";
+    }
     ASSERT_FALSE(root().state().contains("pendingChange"));
 
     std::mt19937 random(20 + static_cast<int>(kind));
