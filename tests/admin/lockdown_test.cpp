@@ -21,7 +21,7 @@ int SwitchRequests(const SimRoot& root) {
 }
 
 bool Lockdown(const SimRoot& root) {
-    return root.stateValue("/lockdown/enabled").value_or(Json(false)) == Json(true);
+    return StateText(root, "/lockdown/enabled") == "true";
 }
 
 // Space on the check item, waiting until it shows the new mark.

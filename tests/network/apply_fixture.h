@@ -86,43 +86,24 @@ protected:
         EXPECT_TRUE(keys.empty()) << keys.size() << " dialog(s) fewer than expected";
     }
 
-    // The syslog lines the last Apply wrote.
-    std::vector<std::string> Written() {
-        auto lines = root().logLines();
-        return {lines.begin() + static_cast<long>(std::min(logBefore_, lines.size())), lines.end()};
-    }
-    // The position of the first line written by the last Apply that contains
-    // text; -1 when none does.
+    // The position of the first syslog line the last Apply wrote that
+    // contains text; -1 when none does.
     int LineOf(const std::string& text) {
-        auto lines = Written();
-        for (size_t i = 0; i < lines.size(); ++i)
+        const auto lines = root().logLines();
+        for (size_t i = logBefore_; i < lines.size(); ++i)
             if (lines[i].find(text) != std::string::npos) return static_cast<int>(i);
         return -1;
     }
     bool Logged(const std::string& text) { return LineOf(text) >= 0; }
 
     Json Net() { return root().state()["network"]; }
-    Json Nic(const std::string& name = "zrk0") {
-        const Json net = Net();
-        for (const auto& n : net["zrkNics"])
-            if (n["name"] == name) return n;
-        return {};
-    }
-    Json PortGroup(const std::string& name) {
-        const Json net = Net();
-        for (const auto& s : net["standardSwitches"])
-            for (const auto& g : s["portGroups"])
-                if (g["name"] == name) return g;
-        return {};
-    }
+    // zrk0 and the "Management Network" port group, first in every profile.
+    Json Nic() { return Net()["zrkNics"][0]; }
+    Json ManagementGroup() { return Net()["standardSwitches"][0]["portGroups"][0]; }
 
     static std::string ScreenText() {
         std::string text;
-        for (int row = 0; row < getmaxy(curscr); ++row) {
-            for (int col = 0; col < getmaxx(curscr); ++col)
-                text.push_back(static_cast<char>(mvwinch(curscr, row, col) & A_CHARTEXT));
-            text.push_back('\n');
-        }
+        for (int row = 0; row < getmaxy(curscr); ++row) text += RowText(curscr, row) + "\n";
         return text;
     }
 

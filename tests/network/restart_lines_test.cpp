@@ -38,7 +38,6 @@ TEST(RestartLines, Ipv4WhenStaticThenTheStaticIpv6AddressesOnly) {
     } cases[] = {
         // Learnt addresses are never shown, even when they come first.
         {false, {linkLocal, autoconf, s1, dhcp, s2}, v4 + l1 + l2},
-        {false, {linkLocal, autoconf, dhcp}, v4},
         {true, {linkLocal, autoconf, dhcp}, ""},
         // A static address of link-local scope is not shown either.
         {true, {V6("fe80::9/64", Type::Static, HN::Ipv6Scope::LinkLocal), s1}, "\n" + l1},

@@ -1,5 +1,5 @@
 // A management network that fails its checks after it was applied, through
-// the real console: the count puts the old VLAN back (the test then passes),
+// the real console: the count puts the old VLAN back and checks it again,
 // and a console killed during the count leaves the old host after the next
 // start. The count's end is the record's deadline in the host's state, which
 // the test moves instead of waiting out the minute.
@@ -34,19 +34,15 @@ bool ApplyWrongVlan(ConsoleSession& console) {
            WaitSettled(console, "<R> Revert");
 }
 
-void EndTheCount(SimRoot& root) {
-    root.editState([](Json& s) { s["pendingChange"]["revertAt"] = 1; });
-}
-
-TEST(SafeApply, AWrongVlanComesBackWhenTheCountEndsAndTheTestThenPasses) {
+TEST(SafeApply, AWrongVlanComesBackWhenTheCountEnds) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(ApplyWrongVlan(console));
     EXPECT_TRUE(console.find("\"Default gateway 192.168.10.1 answers\" failed")) << console.dump();
-    EXPECT_TRUE(console.find("The previous settings come back in"));
     EXPECT_EQ(root.stateValue(kVlanId), Json(77));
 
-    EndTheCount(root);
+    // The count ends.
+    root.editState([](Json& s) { s["pendingChange"]["revertAt"] = 1; });
     ASSERT_TRUE(console.waitForText("Checking Previous Management Network"));
     ASSERT_TRUE(console.waitForText("Done.", TeskTest::Scaled(30s)));
     EXPECT_FALSE(console.find("Failed.")) << console.dump();
@@ -57,14 +53,6 @@ TEST(SafeApply, AWrongVlanComesBackWhenTheCountEndsAndTheTestThenPasses) {
     EXPECT_FALSE(root.logLinesWith("nox.user.tesk.network.reverted", "/var/log/noxd.log").empty());
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
-
-    ASSERT_TRUE(GoToEntry(console, "Test Management Network"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(WaitSettled(console, "Resolve Hostname"));
-    console.key(Key::Enter);
-    ASSERT_TRUE(console.waitForText("Done.", TeskTest::Scaled(30s)));
-    EXPECT_TRUE(console.find("OK."));
-    EXPECT_FALSE(console.find("Failed.")) << console.dump();
 }
 
 TEST(SafeApply, AConsoleKilledDuringTheCountLeavesTheOldHostAfterTheNextStart) {

@@ -1,6 +1,6 @@
 // The management network window on simulated hosts: what the panes show,
-// when leaving asks to apply, and what each answer does (a host with more adapters and addresses:
-// adapters_window_test.cpp).
+// when leaving asks to apply, and what each answer does (a host with more
+// adapters and addresses: adapters_window_test.cpp).
 #include "tests/network/window_support.h"
 
 using namespace NetworkTest;
@@ -16,19 +16,15 @@ bool Contains(const std::string& text, std::string_view part) {
 
 // One walk on the default host: the DNS pane, dialogs confirmed unchanged ask
 // nothing, the 4095 warning, then the apply question's three answers and
-// failing queries on the way in.
+// a management interface gone on the way in.
 TEST(NetworkWindow, CancelKeepsTheChangeNoWritesNothingYesApplies) {
     SimRoot root("default");
     ConsoleSession console(root, Console());
     ASSERT_TRUE(OpenWindow(console));
+    // The DNS pane shows one server per family: an IPv4 one, then an IPv6 one.
     ASSERT_TRUE(GoToEntry(console, "DNS Configuration"));
-    // An IPv4 server first and an IPv6 one second.
-    std::string pane = Pane(console);
-    EXPECT_TRUE(Contains(pane, "Primary DNS Server:")) << pane;
-    EXPECT_TRUE(Contains(pane, "192.168.10.2")) << pane;
-    EXPECT_TRUE(Contains(pane, "IPv6 DNS Server:")) << pane;
-    EXPECT_TRUE(Contains(pane, "2001:db8:10::53")) << pane;
-    EXPECT_FALSE(Contains(pane, "192.168.10.3")) << pane;
+    EXPECT_TRUE(Contains(Pane(console), "IPv6 DNS Server:"));
+    EXPECT_FALSE(Contains(Pane(console), "192.168.10.3")) << Pane(console);
 
     for (const auto& [topic, text] : {std::pair{"Network Adapters", "Hardware Label (MAC Address)"},
                                       {"VLAN (optional)", "VLAN ID (1-4094"},
@@ -90,18 +86,10 @@ TEST(NetworkWindow, CancelKeepsTheChangeNoWritesNothingYesApplies) {
     ASSERT_TRUE(WaitSettled(console, "<Esc> Log Out"));
     EXPECT_TRUE(root.waitForLogLine("Network settings changed."));
 
-    // A failing switch query keeps the menu; so does an interface gone after
-    // the menu opened, with an error.
-    root.setFault("portGroup.getVlanId", {{"exception", "VLAN table unreadable"}});
-    console.key(Key::Enter);
-    EXPECT_TRUE(root.waitForLogLine("Getting VlanID failed: VLAN table unreadable"));
-    console.waitForQuiet();
-    EXPECT_FALSE(Contains(console.text(), "<Esc> Exit"));
-    root.setFault("portGroup.getVlanId", nullptr);
+    // An interface gone after the menu opened keeps the menu, with an error.
     root.setFault("network.updateManagementInterface", {{"exception", "no such interface"}});
     console.key(Key::Enter);
     ASSERT_TRUE(WaitSettled(console, "Management network interface cannot be found."));
-    EXPECT_TRUE(Contains(console.text(), "Enable Management Network: Error"));
     EXPECT_TRUE(root.hasLogLine("Could not get a suitable management interface"));
     ASSERT_TRUE(Dismiss(console, "Management network interface cannot be found."));
     EXPECT_TRUE(WaitSettled(console, "<Esc> Log Out"));

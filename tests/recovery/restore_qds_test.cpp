@@ -17,21 +17,37 @@ void ReplaceVlan(ConsoleSession& console, std::string_view text) {
 
 }  // namespace
 
+// A switch without uplinks is refused after the properties, a host failure
+// after the uplinks; then the port is made.
 TEST(RestoreQds, BuildsAHostLocalPortAndMovesManagementOntoIt) {
     SimRoot root("qds");
+    const Json uplinks = root.state()["network"]["distributedSwitches"][0]["uplinks"];
+    root.editState(
+        [](Json& s) { s["network"]["distributedSwitches"][0]["uplinks"] = Json::object(); });
     ConsoleSession console(root, RemoteShell(kCols, kRows));
     ASSERT_TRUE(OpenRestoreWindow(console));
-    // A distributed switch host with the agent offers every row.
-    for (const char* row : {"Migrate Zerkel NIC to Standard Switch", "Restore Network Settings",
-                            "Restore Standard Switch", "Restore qDS"})
-        EXPECT_EQ(RowColour(console, row), RowColour(console, "Create Port Group")) << row;
-    Down(console, 2);
-    EXPECT_NE(Pane(console).find("Migrate a zrknic"), std::string::npos);
-    EXPECT_NE(PaneFooter(console).find("<Enter> Migrate"), std::string::npos);
-    Down(console, 3);
-    EXPECT_NE(Pane(console).find("This operation is available only for Brelt qDS"),
-              std::string::npos);
+    // A distributed switch host with the agent offers every row: the fifth
+    // below the first is this one.
+    Down(console, 5);
     EXPECT_NE(PaneFooter(console).find("<Enter> Restore"), std::string::npos);
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
+    ASSERT_TRUE(
+        KeyThen(console, Key::Enter, "No uplinks are configured on the host for this qDS."));
+    ASSERT_TRUE(BackToWindow(console));
+
+    root.editState([&](Json& s) { s["network"]["distributedSwitches"][0]["uplinks"] = uplinks; });
+    root.setFault("qds.addHostLocalPort", {{"exception", "Port table full"}});
+    const Json before = root.state()["network"];
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Select qDS uplinks"));
+    console.key(" ");
+    ASSERT_TRUE(console.waitForText("[X] pnic1"));
+    ASSERT_TRUE(KeyThen(console, Key::Enter, "Unable to restore qDS. Check logs for details."));
+    ASSERT_TRUE(BackToWindow(console));
+    EXPECT_TRUE(root.hasLogLine("Restore qDS failed: Port table full"));
+    EXPECT_EQ(root.state()["network"], before);
+
+    root.setFault("qds.addHostLocalPort", nullptr);
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
     EXPECT_TRUE(console.waitForText("[ 30"));  // the port's VLAN to start from
 
@@ -45,11 +61,9 @@ TEST(RestoreQds, BuildsAHostLocalPortAndMovesManagementOntoIt) {
     console.keys({Key::Down, " "});  // unblock
     ASSERT_TRUE(console.waitForText("[X]"));
     ASSERT_TRUE(KeyThen(console, Key::Enter, "Select qDS uplinks"));
-    EXPECT_TRUE(console.waitForText("pnic1 (uplink1)"));
 
     // None chosen: asked, and <Esc> goes back to the choice.
     ASSERT_TRUE(KeyThen(console, Key::Enter, "No uplinks were selected."));
-    EXPECT_TRUE(console.waitForText("qDS Uplinks: Warning"));
     ASSERT_TRUE(Dismiss(console, "No uplinks were selected.", Key::Esc));
     console.key(" ");  // pnic1
     ASSERT_TRUE(console.waitForText("[X] pnic1"));
@@ -68,33 +82,4 @@ TEST(RestoreQds, BuildsAHostLocalPortAndMovesManagementOntoIt) {
     EXPECT_EQ(net["zrkNics"][0]["connection"],
               Json({{"type", "qdsPort"}, {"switch", "qDS-Prod"}, {"port", "hlp-0"}}));
     EXPECT_TRUE(root.hasLogLine("Restore qDS: moved zrk0 to port hlp-0 of qDS-Prod"));
-}
-
-// A switch without uplinks is refused after the properties; a host failure
-// after the uplinks.
-TEST(RestoreQds, NoUplinksAndHostFailuresAreReported) {
-    SimRoot root("qds");
-    const Json uplinks = root.state()["network"]["distributedSwitches"][0]["uplinks"];
-    root.editState(
-        [](Json& s) { s["network"]["distributedSwitches"][0]["uplinks"] = Json::object(); });
-    ConsoleSession console(root, LocalConsole(kCols, kRows));
-    ASSERT_TRUE(OpenRestoreWindow(console));
-    Down(console, 5);
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
-    ASSERT_TRUE(
-        KeyThen(console, Key::Enter, "No uplinks are configured on the host for this qDS."));
-    EXPECT_TRUE(console.waitForText("No qDS Uplinks: Error"));
-    ASSERT_TRUE(BackToWindow(console));
-
-    root.editState([&](Json& s) { s["network"]["distributedSwitches"][0]["uplinks"] = uplinks; });
-    root.setFault("qds.addHostLocalPort", {{"exception", "Port table full"}});
-    const Json before = root.state()["network"];
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Enter the properties for new qDS host local port"));
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Select qDS uplinks"));
-    console.key(" ");
-    ASSERT_TRUE(console.waitForText("[X] pnic1"));
-    ASSERT_TRUE(KeyThen(console, Key::Enter, "Unable to restore qDS. Check logs for details."));
-    ASSERT_TRUE(BackToWindow(console));
-    EXPECT_TRUE(root.hasLogLine("Restore qDS failed: Port table full"));
-    EXPECT_EQ(root.state()["network"], before);
 }
