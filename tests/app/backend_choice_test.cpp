@@ -19,9 +19,10 @@ using TeskTest::ExitStatus;
 using TeskTest::SessionOptions;
 using TeskTest::SimRoot;
 
+const std::string kUnknown =
+    "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)";
+
 TEST(BackendChoice, NamedOrFollowingTheRootAmongTheBuiltOnes) {
-    const std::string unknown =
-        "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)";
     struct Case {
         const char* requested;
         bool simulatedRoot;
@@ -29,10 +30,13 @@ TEST(BackendChoice, NamedOrFollowingTheRootAmongTheBuiltOnes) {
         std::string error;
     };
     const Case cases[] = {
-        {nullptr, true, "simulated", ""},     {nullptr, false, "linux", ""},  // the machine's own
-        {"", true, "simulated", ""},          {"simulated", false, "simulated", ""},
-        {"linux", true, "linux", ""},         {"linux", false, "linux", ""},
-        {"nonsense", true, nullptr, unknown}, {"nonsense", false, nullptr, unknown},
+        {nullptr, true, "simulated", ""},
+        {nullptr, false, "linux", ""},  // the machine's own
+        {"", true, "simulated", ""},
+        {"simulated", false, "simulated", ""},
+        {"linux", true, "linux", ""},
+        {"linux", false, "linux", ""},
+        {"nonsense", false, nullptr, kUnknown},  // on a simulated root: the test below
     };
     for (const Case& c : cases) {
         const std::string what = std::string(c.requested ? c.requested : "(unset)") +
@@ -60,13 +64,11 @@ int RunWithoutTerminal(const SimRoot& root, const std::string& backend) {
 }
 
 TEST(BackendChoice, AnUnservableNameEndsTheConsoleBeforeItStarts) {
-    const std::string message =
-        "Unknown host backend \"nonsense\" in TESK_BACKEND (known: simulated, linux)";
     SimRoot root;
     EXPECT_EQ(RunWithoutTerminal(root, "nonsense"), 1);
-    EXPECT_EQ(root.tryReadFile("/tmp/stderr"), "TESK: " + message + "\n");
+    EXPECT_EQ(root.tryReadFile("/tmp/stderr"), "TESK: " + kUnknown + "\n");
     EXPECT_EQ(root.tryReadFile("/tmp/stdout"), "") << "nothing drawn";
-    EXPECT_EQ(root.logLinesWith(message).size(), 1u) << root.logTail();
+    EXPECT_EQ(root.logLinesWith(kUnknown).size(), 1u) << root.logTail();
     EXPECT_FALSE(root.hasLogLine("Starting TESK"));
     EXPECT_FALSE(root.exists("/var/run/tesk.pid"));
 }

@@ -1,8 +1,8 @@
-// The console as a process: how it ends on each signal, the palette reset
-// after a normal end, and tesk-sim's run of a program on a fresh root.
+// The console as a process: the palette reset after a normal end (how it ends
+// on each signal: job_control_test.cpp), and tesk-sim's run of a program on a
+// fresh root.
 #include <signal.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -18,27 +18,6 @@ using TeskTest::SessionOptions;
 using TeskTest::SimRoot;
 
 namespace {
-
-// Started and ready: the pid file names the console.
-void WaitStarted(ConsoleSession& console, const SimRoot& root) {
-    console.waitFor(
-        [&] { return root.tryReadFile("/var/run/tesk.pid") == std::to_string(console.pid()); },
-        "pid file written");
-    console.waitForQuiet();
-}
-
-TEST(ConsoleProcess, EndsWithStatusZeroOnEveryQuitSignalAndRestartWithoutSession) {
-    SimRoot root;
-    for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGUSR2}) {
-        ConsoleSession console(root);
-        WaitStarted(console, root);
-        console.signal(sig);
-        EXPECT_EQ(console.waitExit(), ExitStatus::Exited(0)) << strsignal(sig);
-        // Ended by an event, not through the normal end: no palette reset.
-        EXPECT_EQ(console.output().find("\033]R"), std::string::npos) << strsignal(sig);
-    }
-    EXPECT_TRUE(root.readFile("/var/log/syslog.log").find("Starting TESK") != std::string::npos);
-}
 
 TEST(ConsoleProcess, NormalEndResetsThePaletteAfterCurses) {
     SimRoot root;

@@ -6,15 +6,11 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "platform/hostroot.h"
 #include "tests/harness/sim_root_test.h"
 #include "ui/terminal.h"
 

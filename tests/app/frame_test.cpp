@@ -5,20 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "app/startup.h"
-#include "platform/hostroot.h"
 #include "platform/pid_text.h"
 #include "tests/app/fixtures.h"
-#include "ui/terminal.h"
 
 namespace {
 
@@ -37,33 +32,13 @@ TEST_F(VirtualTerminalArgument, OnlyOneToSixtyThreeIsAccepted) {
     EXPECT_EQ(Read("var/log/syslog.log").find("TESK: 63"), std::string::npos);
 }
 
-// Sets or clears an environment variable for one test and puts it back.
-class EnvGuard {
-public:
-    explicit EnvGuard(const char* name) : name_(name) {
-        if (const char* v = std::getenv(name)) old_ = v, had_ = true;
-    }
-    ~EnvGuard() {
-        if (had_)
-            ::setenv(name_, old_.c_str(), 1);
-        else
-            ::unsetenv(name_);
-    }
-    void Set(const char* value) {
-        if (value)
-            ::setenv(name_, value, 1);
-        else
-            ::unsetenv(name_);
-    }
-
-private:
-    const char* name_;
-    std::string old_;
-    bool had_ = false;
-};
+// Sets (value) or clears (nullptr) an environment variable; ctest runs each
+// case in a process of its own.
+void SetEnv(const char* name, const char* value) {
+    value ? ::setenv(name, value, 1) : ::unsetenv(name);
+}
 
 TEST(TerminalType, ConsoleRemoteAndXtermRules) {
-    EnvGuard term("TERM"), ssh("SSH_CLIENT"), terminfo("TERMINFO");
     struct Case {
         bool onConsole;
         const char* term;
@@ -79,15 +54,15 @@ TEST(TerminalType, ConsoleRemoteAndXtermRules) {
         {true, "xterm", nullptr, "linux", true},               // a real console is always linux
     };
     for (const auto& c : cases) {
-        term.Set(c.term);
-        ssh.Set(c.ssh);
-        terminfo.Set(nullptr);
+        SetEnv("TERM", c.term);
+        SetEnv("SSH_CLIENT", c.ssh);
+        SetEnv("TERMINFO", nullptr);
         bool local = Tesk::ChooseTerminalType(c.onConsole);
         EXPECT_STREQ(std::getenv("TERM"), c.wantTerm) << (c.term ? c.term : "(unset)");
         EXPECT_EQ(local, c.wantLocal) << (c.term ? c.term : "(unset)");
         EXPECT_STREQ(std::getenv("TERMINFO"), "/usr/share/terminfo");
     }
-    terminfo.Set("/elsewhere");
+    SetEnv("TERMINFO", "/elsewhere");
     Tesk::ChooseTerminalType(false);
     EXPECT_STREQ(std::getenv("TERMINFO"), "/elsewhere");
 }
@@ -155,7 +130,5 @@ TEST_F(EscapeSequences, EveryVariantArrivesAsItsKey) {
     };
     for (const auto& c : cases) EXPECT_EQ(KeyFor(c.bytes), c.key) << c.bytes + 1;
 }
-
-using Colours = CursesOnPipes;
 
 }  // namespace

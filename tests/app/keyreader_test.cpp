@@ -1,7 +1,6 @@
-// The key reader: dimming, the idle timeout, events from the wake-up pipe and
-// the smart-card check. Time is driven through the reader's hooks, so minutes
-// pass without waiting for them.
-#include <signal.h>
+// The key reader: dimming, the idle timeout and events from the wake-up pipe
+// (the smart-card check: the card login's screen test). Time is driven through
+// the reader's hooks, so minutes pass without waiting for them.
 #include <sys/time.h>
 
 #include <deque>
@@ -10,10 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "hostctl/backend.h"
-#include "session/session.h"
-#include "store/state.h"
 #include "tests/app/fixtures.h"
+#include "tests/ui/screen.h"
 #include "ui/keyreader.h"
 #include "ui/keys.h"
 #include "ui/window.h"
@@ -29,15 +26,6 @@ public:
         Window::setActive(active);
     }
     std::vector<bool> changes;
-};
-
-// The session's idle timeout, set by each test.
-class FakeSession : public Tesk::KeySession {
-public:
-    int idleTimeout() const override { return timeout; }
-    bool holdRestart() override { return false; }
-    void cardChanged() override {}
-    int timeout = 600;
 };
 
 // What the fake wait does next: let the whole limit pass (a time-out), or
@@ -87,7 +75,7 @@ protected:
     timeval now_{};
     std::deque<Step> steps_;
     std::vector<long> limits_;
-    FakeSession session_;
+    TeskTest::TestKeySession session_;  // its idle timeout set by each test
 };
 
 TEST_F(KeyReader, DimsAfterAMinuteAndTheWakingKeyIsNotSwallowed) {
@@ -126,39 +114,6 @@ TEST_F(KeyReader, IdleTimeoutOnlyWhereTheCallerAllowsIt) {
     EXPECT_EQ(limits_, (std::vector<long>{60, 59}));  // the dim minute, then the rest of 120 s
 }
 
-// A window over another whose loop reads keys, with something that must be
-// cleaned up on the way out (as the login dialog wipes its password).
-class ReadingDialog : public Tesk::Window {
-public:
-    ReadingDialog(Tesk::Window* opener, bool& cleaned)
-        : Window(0, 0, 10, 3, Tesk::ColourBlack, Tesk::ColourWhite),
-          opener_(opener),
-          cleaned_(cleaned) {}
-    ~ReadingDialog() override { cleaned_ = true; }
-    Tesk::Window* opener() const override { return opener_; }
-    int run() override {
-        for (;;) Tesk::ReadKey(this, true);
-    }
-
-private:
-    Tesk::Window* opener_;
-    bool& cleaned_;
-};
-
-TEST_F(KeyReader, EndingTheConsoleUnwindsEveryWindow) {
-    RecordingWindow screen;
-    bool cleaned = false;
-    steps_ = {{'a', 1}, {Tesk::EventQuit, 1}};
-    try {
-        ReadingDialog dialog(&screen, cleaned);
-        Tesk::Run(dialog);
-        ADD_FAILURE() << "the dialog's loop ended";
-    } catch (const Tesk::ExitRequest&) {
-    }
-    EXPECT_TRUE(cleaned);
-    EXPECT_EQ(Tesk::CurrentWindow(), nullptr);
-}
-
 // The real wait on the real wake-up pipe, fed by the real signal thread.
 class WakeupPipe : public CursesOnPipes {
 protected:
@@ -184,30 +139,6 @@ TEST_F(WakeupPipe, TheKeyAfterALoneEscIsNotLeftWithCurses) {
         EXPECT_EQ(Tesk::WaitForInput(&limit), 27) << second;
         EXPECT_EQ(Tesk::WaitForInput(&limit), *second == '\r' ? Tesk::KeyEnter : *second) << second;
     }
-}
-
-class SmartCards : public HostRootTest {
-protected:
-    void Cards(const Sim::Json& slots) {
-        Sim::Update([&](Sim::Json& s) { s["smartCards"]["slots"] = slots; });
-    }
-};
-
-TEST_F(SmartCards, CardBoundSessionEndsWhenItsCardLeaves) {
-    Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["alice"]}}])"));
-    Tesk::Session session(HostCtl::TheBackend(), false);
-    session.loggedIn("alice", false);
-    session.begin();
-    EXPECT_TRUE(session.cardBound());
-    session.checkCard();  // still there: nothing happens
-
-    session.loggedIn("alic", false);  // ids compare whole, not by prefix
-    EXPECT_FALSE(session.cardBound());
-
-    session.loggedIn("alice", false);
-    Cards(Sim::Json::parse(R"([{"name":"a","token":{"userIds":["bob"]}}])"));
-    EXPECT_THROW(session.checkCard(), Tesk::ExitRequest);
-    EXPECT_NE(Read("var/log/syslog.log").find("Logging out user id 'alice'"), std::string::npos);
 }
 
 }  // namespace

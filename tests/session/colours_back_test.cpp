@@ -18,14 +18,23 @@ protected:
         o.term = GetParam();
         return o;
     }
-    // The console whose key reader's clock runs `scale` times as fast.
-    SessionOptions fastClock(int scale) const {
-        SessionOptions o = options();
-        o.program = FAST_CLOCK_CONSOLE;
-        o.args = {std::to_string(scale)};
-        return o;
-    }
 };
+
+// Waits until the cell dims, then presses key; true once the cell looks as
+// before and the screen has settled.
+bool DimThenWake(ConsoleSession& console, int col, int row, std::string_view key) {
+    const TeskTest::Cell before = console.cell(col, row);
+    const auto same = [&] {
+        const TeskTest::Cell now = console.cell(col, row);
+        return now.bg == before.bg && now.fg == before.fg && now.reverse == before.reverse;
+    };
+    if (!console.waitFor([&] { return !same(); }, "dimmed",
+                         TeskTest::Scaled(std::chrono::seconds(20))) ||
+        !console.waitForQuiet())  // keys typed while it dims are dropped
+        return false;
+    console.key(key);
+    return console.waitFor(same, "awake") && console.waitForQuiet();
+}
 
 #define EXPECT_SAME_SCREEN(before, after, console) \
     EXPECT_EQ(GridDifference(before, after, console.screen().cols()), "") << console.text()
@@ -50,32 +59,23 @@ TEST_P(ColoursComeBack, AfterTheLoginDialogClosesAndAfterALogout) {
 
 TEST_P(ColoursComeBack, AfterDimmingAndWaking) {
     SimRoot root;
-    // A minute without keys passes in twelve seconds (room for a slow login).
-    ConsoleSession console(root, fastClock(5));
+    // The key reader's clock five times as fast: a minute without keys passes
+    // in twelve seconds (room for a slow login).
+    SessionOptions fast = options();
+    fast.program = FAST_CLOCK_CONSOLE;
+    fast.args = {"5"};
+    ConsoleSession console(root, fast);
     ASSERT_TRUE(WaitWelcome(console));
     const auto welcome = Grid(console);
-    const TeskTest::Cell panel = console.cell(40, 20);  // the lower panel
-    auto same = [&](const TeskTest::Cell& a, const TeskTest::Cell& b) {
-        return a.bg == b.bg && a.fg == b.fg && a.reverse == b.reverse;
-    };
-    ASSERT_TRUE(console.waitFor([&] { return !same(console.cell(40, 20), panel); }, "dimmed",
-                                TeskTest::Scaled(std::chrono::seconds(20))));
-    ASSERT_TRUE(console.waitForQuiet());  // keys typed while it dims are dropped
-    console.key(Key::Space);
-    ASSERT_TRUE(console.waitFor([&] { return same(console.cell(40, 20), panel); }, "awake"));
+    ASSERT_TRUE(DimThenWake(console, 40, 20, Key::Space));  // a cell of the lower panel
     ASSERT_TRUE(WaitWelcome(console));
     EXPECT_SAME_SCREEN(welcome, Grid(console), console);
 
-    // The menu: its panes and margins come back the same way.
+    // The menu: its panes and margins come back the same way. <Up> at the top
+    // changes nothing but wakes it.
     ASSERT_TRUE(LogIn(console));
     const auto menu = Grid(console);
-    const TeskTest::Cell pane = console.cell(5, 22);  // a margin of the left pane
-    ASSERT_TRUE(console.waitFor([&] { return !same(console.cell(5, 22), pane); }, "dimmed",
-                                TeskTest::Scaled(std::chrono::seconds(20))));
-    ASSERT_TRUE(console.waitForQuiet());
-    console.key(Key::Up);  // already at the top: changes nothing but wakes
-    ASSERT_TRUE(console.waitFor([&] { return same(console.cell(5, 22), pane); }, "awake"));
-    ASSERT_TRUE(console.waitForQuiet());
+    ASSERT_TRUE(DimThenWake(console, 5, 22, Key::Up));  // a margin of the left pane
     EXPECT_SAME_SCREEN(menu, Grid(console), console);
 }
 

@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -124,17 +123,36 @@ int AfterPager(const char* expected, int pagerStatus) {
     return 0;
 }
 
-TEST(LogPager, GetsTheLogAndTheTerminalAndGivesBothBack) {
-    PagerRoot root("exit 3");
+TEST(LogPager, GetsTheLogTheTerminalAndAFencedEnvironmentAndGivesThemBack) {
+    // The pager leaves a helper behind and ends with its own status.
+    PagerRoot root("env | sort > $R/env\nsleep 300 &\necho $! > $R/helper\nexit 3");
     EXPECT_EQ(InTerminal(root.dir(),
                          [] {
+                             ::setenv("TERM", "xterm", 1);
+                             ::setenv("TERMINFO", "/usr/share/terminfo", 1);
+                             ::setenv("LANG", "en_US.UTF-8", 1);
+                             ::setenv("LC_TIME", "C", 1);
                              ::setenv("LESSSECURE", "keepme", 1);
+                             ::setenv("ASAN_OPTIONS", "log_path=/tmp/x", 1);
+                             ::setenv("TESK_FENCE_MARKER", "leak", 1);
                              return AfterPager("keepme", 3);
                          }),
               0);
     EXPECT_EQ(root.record(), "-cfP\n<Q> Quit </> RegExp Search <H> Help\n" +
                                  (root.dir() / "var/log/syslog.log").string() +
                                  "\nLESSSECURE=1\nforeground\n");
+    // Only the terminal, the locale and LESSSECURE; the shell running the
+    // script adds its own PWD (and maybe SHLVL).
+    std::string kept;
+    std::istringstream lines(root.file("env"));
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("PWD=") && !line.starts_with("SHLVL=") && !line.starts_with("_="))
+            kept += line + "\n";
+    EXPECT_EQ(kept,
+              "LANG=en_US.UTF-8\nLC_TIME=C\nLESSSECURE=1\nTERMINFO=/usr/share/terminfo\n"
+              "TERM=xterm\n");
+    // Nothing the pager started outlives it.
+    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("helper"), std::chrono::milliseconds(2000)));
 }
 
 TEST(LogPager, APagerStoppedByJobControlIsResumed) {
@@ -146,43 +164,6 @@ TEST(LogPager, APagerStoppedByJobControlIsResumed) {
                          }),
               0);
     EXPECT_NE(root.record().find("resumed"), std::string::npos);
-}
-
-int View() {
-    return Tesk::ViewWithPager("/bin/less", "/var/log/syslog.log");
-}
-
-TEST(LogPager, ThePagerGetsTheTerminalTheLocaleAndLessSecureOnly) {
-    PagerRoot root("env | sort > $R/env");
-    EXPECT_EQ(InTerminal(root.dir(),
-                         [] {
-                             ::setenv("TERM", "xterm", 1);
-                             ::setenv("TERMINFO", "/usr/share/terminfo", 1);
-                             ::setenv("LANG", "en_US.UTF-8", 1);
-                             ::setenv("LC_TIME", "C", 1);
-                             ::setenv("LESSSECURE", "keepme", 1);
-                             ::setenv("ASAN_OPTIONS", "log_path=/tmp/x", 1);
-                             ::setenv("TESK_FENCE_MARKER", "leak", 1);
-                             return View();
-                         }),
-              0);
-    std::string env = root.file("env");
-    // The shell running the script adds its own PWD (and maybe SHLVL).
-    std::string kept;
-    std::istringstream lines(env);
-    for (std::string line; std::getline(lines, line);)
-        if (!line.starts_with("PWD=") && !line.starts_with("SHLVL=") && !line.starts_with("_="))
-            kept += line + "\n";
-    EXPECT_EQ(kept,
-              "LANG=en_US.UTF-8\nLC_TIME=C\nLESSSECURE=1\nTERMINFO=/usr/share/terminfo\n"
-              "TERM=xterm\n")
-        << env;
-}
-
-TEST(LogPager, NothingThePagerStartedOutlivesIt) {
-    PagerRoot root("sleep 300 &\necho $! > $R/helper\nexit 0");
-    EXPECT_EQ(InTerminal(root.dir(), [] { return View(); }), 0);
-    EXPECT_TRUE(TeskTest::GoneWithin(root.pid("helper"), std::chrono::milliseconds(2000)));
 }
 
 }  // namespace

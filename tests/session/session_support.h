@@ -192,24 +192,15 @@ inline bool StepSelection(ConsoleSession& console, std::string_view key = Key::D
            console.waitForQuiet(std::chrono::milliseconds(100), TeskTest::DefaultTimeout(), where);
 }
 
-// Steps with key until the pane's heading starts with entry; false when the
-// list ends first.
-inline bool MoveSelectionTo(ConsoleSession& console, std::string_view entry, std::string_view key,
-                            std::source_location where) {
-    for (int moves = 0; moves < 40; ++moves) {
-        if (PaneHeading(console).starts_with(entry)) return true;
-        if (!StepSelection(console, key, where)) return false;
-    }
-    return false;
-}
-
 // Selects entry in the menu or window on the screen, moving down and, when the
 // list ends first, up; a failure at the caller's line when it is not there.
 inline bool GoToEntry(ConsoleSession& console, std::string_view entry,
                       std::source_location where = std::source_location::current()) {
-    if (MoveSelectionTo(console, entry, Key::Down, where) ||
-        MoveSelectionTo(console, entry, Key::Up, where))
-        return true;
+    for (const std::string_view key : {Key::Down, Key::Up})
+        for (int moves = 0; moves < 40; ++moves) {
+            if (PaneHeading(console).starts_with(entry)) return true;
+            if (!StepSelection(console, key, where)) break;
+        }
     ADD_FAILURE_AT(where.file_name(), where.line()) << "no entry " << entry << "\n"
                                                     << console.dump();
     return false;

@@ -1,5 +1,6 @@
 // The state store: a reader never sees half a document, writes replace the
-// state whole, and anything but a regular file is refused.
+// state whole, anything but a regular file is refused, and reads parse only
+// what changed.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -12,7 +13,6 @@
 #include <functional>
 #include <thread>
 
-#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -173,6 +173,17 @@ TEST_F(StateStore, WritesGoToAPrivateFileOfTheirOwnAndReplaceTheStateWhole) {
                             }),
               0);
     EXPECT_EQ(root_->readFile("/var/lib/simhost/state.json"), before);
+}
+
+TEST_F(StateStore, ReadsOfAnUnchangedStateParseNothing) {
+    Sim::Update([](Json& s) { s["profile"] = "written"; });
+    const unsigned long parses = Sim::ParseCountForTesting();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(Sim::Get("/profile"), Json("written"));
+    EXPECT_EQ(Sim::ParseCountForTesting(), parses);
+    // A change by another writer is read (and parsed) once.
+    root_->editState([](TeskTest::Json& s) { s["profile"] = "edited"; });
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(Sim::Get("/profile"), Json("edited"));
+    EXPECT_EQ(Sim::ParseCountForTesting(), parses + 1);
 }
 
 TEST_F(StateStore, NestingPastTheLimitIsUnreadableNotACrash) {

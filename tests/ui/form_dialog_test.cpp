@@ -1,6 +1,6 @@
 // The form dialog and the items' own keys: who gets a key first, what the
-// defaults do, input fields that refuse characters, and radio groups with one
-// choice.
+// defaults do, and input fields that refuse characters (a radio group's one
+// choice: the keyboard dialog's screen test).
 #include <curses.h>
 #include <gtest/gtest.h>
 
@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "screen.h"
-#include "ui/carousel.h"
 #include "ui/form_dialog.h"
 #include "ui/input_items.h"
 #include "ui/keys.h"
@@ -77,29 +76,6 @@ TEST_F(FormTest, NumericAndFilteredFieldsSwallowWhatTheyRefuse) {
     EXPECT_EQ(RunWithKeys(form, {'8', 'q', '0', KeyEnter}), 1);
     EXPECT_EQ(field.value(), "80");
     EXPECT_EQ(form.seen, (std::vector<int>{KeyEnter}));
-}
-
-TEST_F(FormTest, RadioGroupKeepsExactlyOneChoice) {
-    // Through a form: Space on the second radio, the carousel in the same
-    // group takes the choice with Space and cycles with Left/Right.
-    struct Nic {
-        std::string name;
-        std::string GetLabel() const { return "NIC " + name; }
-        std::string GetTitle() const { return name; }
-        std::string GetDetails() const { return name; }
-        std::string GetFooter() const { return ""; }
-    };
-    RadioGroup mode;
-    ProbeForm form;
-    auto& dhcp = form.items().emplace<RadioItem>("DHCP", true, &mode);
-    auto& fixed = form.items().emplace<RadioItem>("Static", false, &mode);
-    auto& nics = form.items().emplace<CarouselRadioItem<Nic>>(std::vector<Nic>{{"zk0"}, {"zk1"}},
-                                                              false, &mode);
-    EXPECT_EQ(RunWithKeys(form, {KEY_DOWN, ' ', KEY_DOWN, KEY_RIGHT, KeyEnter}), 1);
-    EXPECT_EQ(mode.chosen(), &fixed);
-    EXPECT_FALSE(dhcp.chosen());
-    EXPECT_EQ(nics.text(), "( ) NIC zk1");
-    EXPECT_EQ(form.seen, (std::vector<int>{KEY_DOWN, KEY_DOWN, KeyEnter}));
 }
 
 }  // namespace

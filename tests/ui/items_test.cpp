@@ -18,27 +18,20 @@ using TeskTest::PairAt;
 using TeskTest::RowText;
 using TeskTest::WideAt;
 
+// A list of four rows in an area of its own.
 class ItemListTest : public TeskTest::ScreenTest {
 protected:
     void SetUp() override {
         ScreenTest::SetUp();
         area_ = std::make_unique<Window>(0, 0, 30, 4, ColourYellow, ColourDarkGrey);
-    }
-    void TearDown() override {
-        list_.reset();
-        area_.reset();
-        ScreenTest::TearDown();
-    }
-    ItemList& makeList(int rows = 4) {
-        list_ = std::make_unique<ItemList>(area_.get(), 0, 0, 30, rows);
-        return *list_;
+        list_ = std::make_unique<ItemList>(area_.get(), 0, 0, 30, 4);
     }
     std::unique_ptr<Window> area_;
     std::unique_ptr<ItemList> list_;
 };
 
 TEST_F(ItemListTest, ScrollBarThumbFollowsTheTopRow) {
-    ItemList& list = makeList();
+    ItemList& list = *list_;
     for (int i = 0; i < 10; ++i) list.emplace<LabelItem>("item " + std::to_string(i), true);
     list.draw();
     WINDOW* bar = list.scrollColumn().curses();
@@ -56,7 +49,7 @@ TEST_F(ItemListTest, ScrollBarThumbFollowsTheTopRow) {
 }
 
 TEST_F(ItemListTest, SelectionSkipsLabelsAndDisabledItemsAndStopsAtTheEnds) {
-    ItemList& list = makeList();
+    ItemList& list = *list_;
     list.emplace<LabelItem>("heading");
     list.emplace<CheckItem>("a", false);
     list.emplace<LabelItem>("");

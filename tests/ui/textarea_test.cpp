@@ -19,10 +19,6 @@ protected:
         ScreenTest::SetUp();
         panel_ = std::make_unique<Window>(0, 0, 40, 10, ColourYellow, ColourBlack);
     }
-    void TearDown() override {
-        panel_.reset();
-        ScreenTest::TearDown();
-    }
     std::unique_ptr<Window> panel_;
 };
 

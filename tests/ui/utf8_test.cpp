@@ -4,7 +4,6 @@
 #include <curses.h>
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <string>
 #include <vector>
 
@@ -26,13 +25,8 @@ using TeskTest::RowText;
 const std::string kU = "\xC3\xBC", kEuro = "\xE2\x82\xAC", kKan = "\xE6\xBC\xA2",
                   kAcute = "\xCC\x81";
 
-class Utf8Test : public TeskTest::ScreenTest {
-protected:
-    void SetUp() override {
-        ScreenTest::SetUp();
-        std::setlocale(LC_ALL, "C.UTF-8");  // what wcwidth measures by
-    }
-};
+// The screen runs in the UTF-8 locale that wcwidth measures by.
+class Utf8Test : public TeskTest::ScreenTest {};
 
 TEST_F(Utf8Test, CharactersAreDecodedAndMeasured) {
     const std::string text = "a" + kU + kEuro + kKan + kAcute + "\xFF" + "\xE2\x82";
