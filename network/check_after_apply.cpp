@@ -96,12 +96,19 @@ std::vector<Check> PlanChecks(const HostContext& host) {
     std::vector<Check> checks;
     std::string name = "the management interface";
     bool dhcp = false;
+    std::string gateway;
     TryHost("Reading the management interface failed: %s", [&] {
         auto nic = backend.GetNetworkInfo()->GetManagementInterface();
         if (!nic) return;
         name = nic->GetName();
         nic->Refresh();
-        dhcp = nic->GetConfiguredIpConfig().IsUsingDhcp();
+        const HostCtl::Network::IpConfig configured = nic->GetConfiguredIpConfig();
+        dhcp = configured.IsUsingDhcp();
+        // A gateway set by hand is checked even when the host has no route
+        // to it yet: a missing route is a failed check, not a skipped one.
+        if (!configured.GetUseDhcp() && !configured.GetIpv4UseNone() &&
+            !configured.GetIpv4Gateway().IsAnyAddress())
+            gateway = configured.GetIpv4Gateway().GetStringAddress();
     });
     checks.push_back(
         {"Link up on " + name, kLinkCheckMs, Until([&backend] { return LinkUp(backend); })});
@@ -110,11 +117,12 @@ std::vector<Check> PlanChecks(const HostContext& host) {
 
     TryHost("Reading the default gateway failed: %s", [&] {
         auto routing = backend.GetRoutingInfo(kNetStack);
-        std::string gateway;
-        if (auto v4 = routing->GetZerkelDefaultGateway(); !v4.IsAnyAddress())
-            gateway = v4.GetStringAddress();
-        else if (auto v6 = routing->GetIpv6ZerkelDefaultGateway(); !v6.IsAnyAddress())
-            gateway = TestTargetText(v6, name);
+        if (gateway.empty()) {
+            if (auto v4 = routing->GetZerkelDefaultGateway(); !v4.IsAnyAddress())
+                gateway = v4.GetStringAddress();
+            else if (auto v6 = routing->GetIpv6ZerkelDefaultGateway(); !v6.IsAnyAddress())
+                gateway = TestTargetText(v6, name);
+        }
         if (gateway.empty()) return;
         checks.push_back({"Default gateway " + gateway + " answers", kPingCheckMs,
                           OnWorker([&host, gateway] { return StartPing(host, gateway); })});
