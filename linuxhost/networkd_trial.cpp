@@ -86,7 +86,7 @@ bool IsNetworkFile(const std::string& name) {
 }
 
 void RemoveTrialFiles() {
-    for (const auto& [name, text] : ReadPrefixed(kNetworkdRunDir, kTrialFilePrefix))
+    for (const auto& name : NamesPrefixed(kNetworkdRunDir, kTrialFilePrefix))
         Remove(std::string(kNetworkdRunDir) + "/" + name);
 }
 
@@ -131,7 +131,7 @@ void WriteOurFiles(const NetworkdFiles& files) {
             Write(kNetworkdRunDir, TrialName(name), Nothing(text));
             trial.insert(TrialName(name));
         }
-    for (const auto& [name, text] : ReadPrefixed(kNetworkdRunDir, kTrialFilePrefix))
+    for (const auto& name : NamesPrefixed(kNetworkdRunDir, kTrialFilePrefix))
         if (!trial.contains(name)) Remove(std::string(kNetworkdRunDir) + "/" + name);
 }
 

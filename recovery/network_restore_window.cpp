@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "host/queries.h"
 #include "hostctl/exception.h"
@@ -107,10 +108,10 @@ PaneText NetworkRestoreWindow::describe(int row) {
         describedRow_ = row;
     }
     const Row& r = Rows()[static_cast<std::size_t>(row)];
+    std::string text = str(r.id + 6);
     const std::string& reason = notOffered_[static_cast<std::size_t>(row)];
-    return {reason.empty() ? std::string(str(r.id + 6))
-                           : std::string(str(r.id + 6)) + "\n\n" + EscapeHostText(reason),
-            ownFooter_ ? Footer::kChangeExitSpaced : r.footer};
+    if (!reason.empty()) text += "\n\n" + EscapeHostText(reason);
+    return {std::move(text), ownFooter_ ? Footer::kChangeExitSpaced : r.footer};
 }
 
 void NetworkRestoreWindow::enter(int row) {

@@ -57,22 +57,14 @@ std::deque<int> Script(std::string_view text) {
 // the dialog and where the dialog went on. Running out of keys ends the run.
 class ScriptedKeys {
 public:
-    explicit ScriptedKeys(std::string_view script) : keys_(Script(script)) {
-        Tesk::Hooks().now = [] { return timeval{1000000, 0}; };
-        Tesk::Hooks().wait = [this](const timeval*) {
+    explicit ScriptedKeys(std::string_view script) : input_(Script(script)) {
+        input_.onRead = [this] {
             auto* dialog = dynamic_cast<Tesk::Dialog*>(Tesk::CurrentWindow());
             titles.push_back(dialog ? dialog->title() : std::string());
-            if (keys_.empty()) throw std::runtime_error("the test ran out of keys");
-            int key = keys_.front();
-            keys_.pop_front();
-            return key;
         };
     }
     // Every key was read: the dialog asked as often as the test expected.
-    ~ScriptedKeys() {
-        Tesk::ResetHooks();
-        EXPECT_TRUE(keys_.empty()) << keys_.size() << " keys left";
-    }
+    ~ScriptedKeys() { EXPECT_EQ(input_.left(), 0u) << "keys left"; }
 
     // The windows' titles, one per key read.
     std::vector<std::string> titles;
@@ -89,7 +81,7 @@ public:
     }
 
 private:
-    std::deque<int> keys_;
+    TeskTest::FakeInput input_;
 };
 
 class VlanDialogTest : public TeskTest::ScreenTest {};

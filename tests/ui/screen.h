@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -91,6 +92,7 @@ public:
             return now;
         };
         Tesk::Hooks().wait = [this](const timeval*) {
+            if (onRead) onRead();
             if (keys_.empty()) throw std::runtime_error("the test ran out of keys");
             int key = keys_.front();
             keys_.pop_front();
@@ -101,6 +103,8 @@ public:
     ~FakeInput() { Tesk::ResetHooks(); }
     int consumed() const { return consumed_; }
     std::size_t left() const { return keys_.size(); }
+    // Called at every reading, before the key is taken.
+    std::function<void()> onRead;
 
 private:
     std::deque<int> keys_;
